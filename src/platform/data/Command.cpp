@@ -1,0 +1,118 @@
+#include "platform/data/Command.h"
+
+#include "platform/data/Engine.h"
+
+#include <QSqlQuery>
+#include <QSqlRecord>
+
+namespace qor {
+
+struct Command::Statement
+{
+    QSqlQuery query;
+};
+
+namespace {
+
+QStringList ColumnNames(const QSqlRecord& record)
+{
+    QStringList names;
+    for (int i = 0; i < record.count(); ++i)
+        names << record.fieldName(i);
+    return names;
+}
+
+/// Ends the statement when its rows have been read, so that it holds no lock.
+class FinishGuard
+{
+public:
+    explicit FinishGuard(QSqlQuery& query) : mQuery(query) {}
+    ~FinishGuard() { mQuery.finish(); }
+    FinishGuard(const FinishGuard&) = delete;
+    FinishGuard& operator=(const FinishGuard&) = delete;
+
+private:
+    QSqlQuery& mQuery;
+};
+
+std::shared_ptr<const RecordRows> ReadRows(QSqlQuery& query, const QString& fileName)
+{
+    const FinishGuard finish(query);
+    auto rows = std::make_shared<RecordRows>();
+    rows->columns = ColumnNames(query.record());
+    const int columnCount = static_cast<int>(rows->columns.size());
+    while (query.next()) {
+        for (int i = 0; i < columnCount; ++i)
+            rows->values.push_back(query.value(i));
+        ++rows->rowCount;
+    }
+    if (query.lastError().isValid())
+        throw ProviderError(query.lastError(), fileName);
+    return rows;
+}
+
+} // namespace
+
+Command::Command(Connection& connection, QString name, QString engineText, int parameterCount)
+    : mConnection(connection),
+      mName(std::move(name)),
+      mEngineText(std::move(engineText)),
+      mParameterCount(parameterCount)
+{
+}
+
+Command::~Command() = default;
+Command::Command(Command&&) noexcept = default;
+
+Recordset Command::Open(const QStringList& values)
+{
+    Run(values);
+    auto rows = ReadRows(mStatement->query, mConnection.mEngine->fileName);
+    mOpenRows = rows;
+    return Recordset(std::move(rows));
+}
+
+int Command::Execute(const QStringList& values)
+{
+    Run(values);
+    const FinishGuard finish(mStatement->query);
+    return mStatement->query.numRowsAffected();
+}
+
+void Command::Run(const QStringList& values)
+{
+    RequireValues(values);
+    mConnection.Open();
+    const QString& fileName = mConnection.mEngine->fileName;
+    if (!mStatement) {
+        auto statement = std::make_unique<Statement>(Statement{QSqlQuery(mConnection.mEngine->Database())});
+        statement->query.setForwardOnly(true);
+        if (!statement->query.prepare(mEngineText))
+            throw ProviderError(statement->query.lastError(), fileName);
+        mStatement = std::move(statement);
+    }
+    for (int i = 0; i < values.size(); ++i) {
+        // A null text would be bound as Null.
+        mStatement->query.bindValue(i, values[i].isNull() ? u""_s : values[i]);
+    }
+    if (!mStatement->query.exec()) {
+        const RuntimeError error = ProviderError(mStatement->query.lastError(), fileName);
+        mStatement->query.finish();
+        throw error;
+    }
+}
+
+void Command::RequireValues(const QStringList& values) const
+{
+    if (values.size() != mParameterCount) {
+        throw RuntimeError(
+            ErrorNumber::Provider,
+            u"The command %1 takes %2 values, not %3."_s.arg(mName).arg(mParameterCount).arg(values.size()));
+    }
+    if (!mOpenRows.expired()) {
+        throw RuntimeError(ErrorNumber::Provider,
+                           u"The command %1 cannot run again while its recordset is open."_s.arg(mName));
+    }
+}
+
+} // namespace qor

@@ -1,0 +1,45 @@
+// A statement with parameters that runs on a connection. It opens the connection on first use and is prepared
+// once.
+#pragma once
+
+#include "platform/data/Recordset.h"
+
+#include <memory>
+#include <QStringList>
+
+namespace qor {
+
+class Connection;
+
+class Command
+{
+public:
+    /// engineText: the statement in the engine's words, its parameters as ?1, ?2, ...
+    Command(Connection& connection, QString name, QString engineText, int parameterCount);
+    ~Command();
+    Command(Command&&) noexcept;
+    Command(const Command&) = delete;
+    Command& operator=(const Command&) = delete;
+
+    /// Runs with these values, bound by position as texts; a null QString is the empty text. Every row is
+    /// read before it returns. Raises RuntimeError: a wrong number of values, a recordset of this command
+    /// that is still open, an error of the engine or of its file.
+    Recordset Open(const QStringList& values);
+    /// The same for a statement without rows; returns how many rows it changed.
+    int Execute(const QStringList& values);
+
+private:
+    struct Statement;
+
+    void Run(const QStringList& values);
+    void RequireValues(const QStringList& values) const;
+
+    Connection& mConnection;
+    QString mName;
+    QString mEngineText;
+    int mParameterCount;
+    std::unique_ptr<Statement> mStatement;
+    std::weak_ptr<const RecordRows> mOpenRows;
+};
+
+} // namespace qor

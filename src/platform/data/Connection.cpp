@@ -1,0 +1,112 @@
+#include "platform/data/Connection.h"
+
+#include "platform/data/DatabaseFile.h"
+#include "platform/data/Engine.h"
+
+#include <array>
+#include <optional>
+#include <QSqlQuery>
+#include <QUrl>
+#include <QUuid>
+
+namespace qor {
+
+namespace {
+
+/// Which engine serves a provider.
+struct Provider
+{
+    QLatin1String name;
+    const char* driver;
+};
+
+constexpr std::array providers{
+    Provider{QLatin1String("Microsoft.Jet.OLEDB.4.0"), "QSQLITE"},
+};
+
+QString DriverFor(const QString& providerName)
+{
+    for (const Provider& provider : providers) {
+        if (providerName.compare(provider.name, Qt::CaseInsensitive) == 0)
+            return QString::fromLatin1(provider.driver);
+    }
+    throw RuntimeError(
+        ErrorNumber::Provider,
+        u"The provider \"%1\" is not known. The connection string must name Microsoft.Jet.OLEDB.4.0."_s.arg(
+            providerName));
+}
+
+struct ConnectionParts
+{
+    QString provider;
+    QString fileName;
+};
+
+ConnectionParts Split(const QString& connectionString)
+{
+    const QString providerKey = u"Provider="_s;
+    const QString sourceKey = u";Data Source="_s;
+    const qsizetype source = connectionString.indexOf(sourceKey);
+    if (!connectionString.startsWith(providerKey) || source < 0) {
+        throw RuntimeError(
+            ErrorNumber::Provider,
+            u"The connection string \"%1\" must have the form \"Provider=NAME;Data Source=FILE\"."_s.arg(
+                connectionString));
+    }
+    return {connectionString.sliced(providerKey.size(), source - providerKey.size()),
+            connectionString.sliced(source + sourceKey.size())};
+}
+
+/// Opens the database; only a first statement tells whether the file is one.
+std::optional<RuntimeError> OpenError(QSqlDatabase& database, const QString& fileName)
+{
+    if (!database.open())
+        return ProviderError(database.lastError(), fileName);
+    QSqlQuery query(database);
+    if (!query.exec(u"PRAGMA schema_version"_s) || !query.next())
+        return ProviderError(query.lastError(), fileName);
+    return std::nullopt;
+}
+
+} // namespace
+
+QString NewConnectionName()
+{
+    return u"QOR_DIR_NODE-"_s + QUuid::createUuid().toString(QUuid::WithoutBraces);
+}
+
+QString EngineFileUri(const QString& fileName)
+{
+    return QUrl::fromLocalFile(fileName).toString(QUrl::FullyEncoded) + u"?mode=rw"_s;
+}
+
+Connection::Connection() = default;
+
+Connection::~Connection()
+{
+    if (mEngine)
+        QSqlDatabase::removeDatabase(mEngine->name);
+}
+
+void Connection::Open()
+{
+    if (mEngine)
+        return;
+    const ConnectionParts parts = Split(mConnectionString);
+    const QString driver = DriverFor(parts.provider);
+    RequireDatabaseFile(parts.fileName);
+
+    auto engine = std::make_unique<Engine>(Engine{NewConnectionName(), parts.fileName});
+    QSqlDatabase database = QSqlDatabase::addDatabase(driver, engine->name);
+    database.setDatabaseName(EngineFileUri(parts.fileName));
+    database.setConnectOptions(u"QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=%1"_s.arg(mLockTimeout));
+    const auto error = OpenError(database, parts.fileName);
+    database = QSqlDatabase();
+    if (error) {
+        QSqlDatabase::removeDatabase(engine->name);
+        throw RuntimeError(*error);
+    }
+    mEngine = std::move(engine);
+}
+
+} // namespace qor

@@ -1,0 +1,41 @@
+// A connection to a database, named by a connection string.
+#pragma once
+
+#include "platform/runtime/Text.h"
+
+#include <memory>
+
+namespace qor {
+
+class Connection
+{
+public:
+    /// How long a statement waits for a lock that another program holds.
+    static constexpr int lockTimeoutSeconds = 30;
+
+    Connection();
+    /// Gives the connection back; every Command on it must be gone.
+    ~Connection();
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+
+    /// "Provider=<name>;Data Source=<file>"; the file name is the rest of the text.
+    void SetConnectionString(const QString& connectionString) { mConnectionString = connectionString; }
+    const QString& ConnectionString() const { return mConnectionString; }
+    void SetLockTimeout(int milliseconds) { mLockTimeout = milliseconds; }
+
+    /// Opens the file for reading and writing; nothing when it is open. A file is never created, and its
+    /// journal mode stays as found. Raises RuntimeError: unknown provider, no such file, another format.
+    void Open();
+    bool IsOpen() const { return mEngine != nullptr; }
+
+private:
+    friend class Command;
+    struct Engine;
+
+    QString mConnectionString;
+    int mLockTimeout = lockTimeoutSeconds * 1000;
+    std::unique_ptr<Engine> mEngine;
+};
+
+} // namespace qor

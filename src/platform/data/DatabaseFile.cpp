@@ -1,0 +1,112 @@
+#include "platform/data/DatabaseFile.h"
+
+#include "platform/data/Engine.h"
+
+#include <array>
+#include <QFile>
+#include <QFileInfo>
+#include <QSqlQuery>
+
+namespace qor {
+
+namespace {
+
+/// The first bytes that tell a format, and what to say of such a file.
+struct Signature
+{
+    QByteArray bytes;
+    const char* sentence;
+};
+
+const std::array<Signature, 3>& Signatures()
+{
+    constexpr char jet[] =
+        "is a Jet database, which the editor does not open. Convert it with dir-db and put the "
+        "new file in its place.";
+    static const std::array<Signature, 3> signatures{
+        Signature{QByteArray("SQLite format 3\0", 16),
+                  "is damaged. Restore it from a backup; \"dir-db check\" tells more."},
+        Signature{QByteArray("\0\1\0\0Standard Jet DB", 19), jet},
+        Signature{QByteArray("\0\1\0\0Standard ACE DB", 19), jet},
+    };
+    return signatures;
+}
+
+[[noreturn]] void Refuse(const QString& fileName, const char* what)
+{
+    throw RuntimeError(ErrorNumber::Provider,
+                       u"The database %1 %2"_s.arg(fileName, QString::fromLatin1(what)));
+}
+
+void RunOnce(const QString& connectionName, const QString& fileName, const QString& statement)
+{
+    QSqlDatabase database = QSqlDatabase::database(connectionName, false);
+    QSqlQuery query(database);
+    if (!database.open() || !query.exec(statement) || !query.next())
+        throw ProviderError(query.lastError().isValid() ? query.lastError() : database.lastError(), fileName);
+}
+
+/// Writes the header of an empty database in write-ahead mode into an empty file.
+void WriteHeader(const QString& fileName)
+{
+    const QString name = NewConnectionName();
+    struct Remove
+    {
+        QString name;
+        ~Remove() { QSqlDatabase::removeDatabase(name); }
+    } const remove{name};
+    {
+        QSqlDatabase database = QSqlDatabase::addDatabase(u"QSQLITE"_s, name);
+        database.setDatabaseName(EngineFileUri(fileName));
+        database.setConnectOptions(u"QSQLITE_OPEN_URI"_s);
+    }
+    RunOnce(name, fileName, u"PRAGMA journal_mode = WAL"_s);
+}
+
+} // namespace
+
+void RequireDatabaseFile(const QString& fileName)
+{
+    const QFileInfo info(fileName);
+    if (!info.exists()) {
+        Refuse(fileName, "does not exist or cannot be reached. Make one with \"dir-db create\", or set "
+                         "KELDAR_COMMON_APPDATA to the folder that holds Quorvanta/KELDAR+/Database.");
+    }
+    if (!info.isFile())
+        Refuse(fileName, "is not a file. Choose another name.");
+    if (info.size() == 0)
+        Refuse(fileName, "is empty. Restore it from a backup or make a new one with \"dir-db create\".");
+}
+
+QString ForeignFileSentence(const QString& fileName)
+{
+    QFile file(fileName);
+    const QByteArray start = file.open(QIODevice::ReadOnly) ? file.read(32) : QByteArray();
+    for (const Signature& signature : Signatures()) {
+        if (start.startsWith(signature.bytes))
+            return QString::fromLatin1(signature.sentence);
+    }
+    return u"is not a configuration database. Choose another file or make one with \"dir-db create\"."_s;
+}
+
+void CreateDatabaseFile(const QString& fileName)
+{
+    QFile file(fileName);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly,
+                   QFileDevice::ReadOwner | QFileDevice::WriteOwner)) {
+        const bool exists = QFileInfo::exists(fileName);
+        throw RuntimeError(
+            ErrorNumber::Provider,
+            u"The file %1 cannot be made: %2."_s.arg(
+                fileName, exists ? u"it exists already; choose another name"_s : file.errorString()));
+    }
+    file.close();
+    try {
+        WriteHeader(fileName);
+    } catch (...) {
+        QFile::remove(fileName);
+        throw;
+    }
+}
+
+} // namespace qor

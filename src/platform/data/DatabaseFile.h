@@ -1,0 +1,20 @@
+// What a database file is, seen from outside the engine, and the making of a new one.
+#pragma once
+
+#include "platform/runtime/Text.h"
+
+namespace qor {
+
+/// Raises RuntimeError unless a file of this name exists that is not empty. It only asks the file system:
+/// opening and closing the file would drop the locks that an engine in this process holds on it.
+void RequireDatabaseFile(const QString& fileName);
+
+/// A sentence on a file that the engine does not take for a database: what it is and what to do. It reads the
+/// file's first bytes, so call it only after the engine has refused the file.
+QString ForeignFileSentence(const QString& fileName);
+
+/// Makes a new, empty database in write-ahead mode that only its owner may read (it will hold passwords).
+/// Raises RuntimeError when the file exists already or cannot be made; then nothing is left behind.
+void CreateDatabaseFile(const QString& fileName);
+
+} // namespace qor

@@ -1,0 +1,29 @@
+// The engine behind a connection; for this room's sources only.
+#pragma once
+
+#include "platform/data/Connection.h"
+#include "platform/runtime/RuntimeError.h"
+
+#include <QSqlDatabase>
+#include <QSqlError>
+
+namespace qor {
+
+struct Connection::Engine
+{
+    QString name; ///< of the connection in Qt's table of connections
+    QString fileName;
+
+    QSqlDatabase Database() const { return QSqlDatabase::database(name, false); }
+};
+
+/// An engine's failure as a sentence that names the file, what is wrong and what to do.
+RuntimeError ProviderError(const QSqlError& error, const QString& fileName);
+
+/// A connection name of our own that no connection of the host has.
+QString NewConnectionName();
+
+/// The database name and options that open `fileName` without creating it.
+QString EngineFileUri(const QString& fileName);
+
+} // namespace qor

@@ -1,0 +1,28 @@
+// Numbers in texts: the lenient numeric test and the conversions that go with it.
+#pragma once
+
+#include "platform/runtime/Text.h"
+
+#include <optional>
+#include <QVariant>
+
+namespace qor {
+
+/// The number that a whole text stands for: blanks around it, a sign, a decimal point and an exponent are
+/// accepted ("12", " -3.5 ", ".5", "1e3"). Nothing for anything else, the empty text included.
+std::optional<double> NumberFromText(QStringView text);
+
+/// The lenient numeric test.
+inline bool IsNumeric(QStringView text)
+{
+    return NumberFromText(text).has_value();
+}
+
+/// A field's value as a 16-bit integer; Null is nothing. Raises Overflow or TypeMismatch naming the field.
+std::optional<qint16> Int16FromField(const QVariant& value, const QString& field);
+
+/// value in the pattern "000000000000000.000": fifteen integer digits, three decimals, a leading "-" if below
+/// 0.
+QString ZeroPaddedNumber(double value);
+
+} // namespace qor

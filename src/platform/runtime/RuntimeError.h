@@ -1,0 +1,41 @@
+// The one exception of the component: number, source and description of a run-time error.
+#pragma once
+
+#include "platform/runtime/Text.h"
+
+#include <exception>
+
+namespace qor {
+
+/// Numbers of the run-time errors that the component raises itself.
+enum class ErrorNumber : int {
+    Overflow = 6,
+    OutOfMemory = 7,
+    SubscriptOutOfRange = 9,
+    TypeMismatch = 13,
+    InternalError = 51,
+    ObjectNotSet = 91,
+    KeyNotUnique = 457,
+    UnsupportedValueType = 1001,
+    Provider = 3000, ///< the database engine or its file
+};
+
+class RuntimeError : public std::exception
+{
+public:
+    /// description: a sentence for people that names what is wrong and, where possible, what to do.
+    RuntimeError(ErrorNumber number, QString description, QString source = u"QOR_DIR_NODE"_s);
+
+    ErrorNumber Number() const { return mNumber; }
+    const QString& Source() const { return mSource; }
+    const QString& Description() const { return mDescription; }
+    const char* what() const noexcept override { return mWhat.constData(); }
+
+private:
+    ErrorNumber mNumber;
+    QString mSource;
+    QString mDescription;
+    QByteArray mWhat;
+};
+
+} // namespace qor

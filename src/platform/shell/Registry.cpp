@@ -1,0 +1,143 @@
+#include "platform/shell/Registry.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QSaveFile>
+#include <QStringEncoder>
+#include <QtGlobal>
+
+namespace qor {
+
+namespace {
+
+constexpr QLatin1String defaultHeader("Windows Registry Editor Version 5.00\r\n");
+
+QString RootName(RegistryRoot root)
+{
+    return root == RegistryRoot::ClassesRoot ? u"HKEY_CLASSES_ROOT"_s : u"HKEY_LOCAL_MACHINE"_s;
+}
+
+struct RegistryBytes
+{
+    QByteArray bytes;
+    QString error; ///< why an existing file could not be read
+};
+
+RegistryBytes ReadRegistryFile()
+{
+    QFile file(RegistryFileName());
+    if (!file.exists())
+        return {};
+    if (!file.open(QIODevice::ReadOnly))
+        return {{}, file.errorString()};
+    return {file.readAll(), {}};
+}
+
+QString Escaped(QString text)
+{
+    return text.replace(u'\\', u"\\\\"_s).replace(u'"', u"\\\""_s);
+}
+
+bool IsAtOrBelow(const QString& path, const QString& key)
+{
+    return path == key || path.startsWith(key + u'\\');
+}
+
+/// The text without the sections whose key is one of `keys` or lies below one.
+QString WithoutKeys(const QString& text, const QStringList& keys)
+{
+    QString kept;
+    bool drop = false;
+    for (qsizetype at = 0; at < text.size();) {
+        qsizetype end = text.indexOf(u'\n', at);
+        end = end < 0 ? text.size() : end + 1;
+        const QString line = text.sliced(at, end - at);
+        const QString trimmed = line.trimmed().toLower();
+        if (trimmed.startsWith(u'[') && trimmed.endsWith(u']')) {
+            const QString path = trimmed.sliced(1).chopped(1);
+            drop = std::any_of(keys.begin(), keys.end(),
+                               [&](const QString& key) { return IsAtOrBelow(path, key.toLower()); });
+        }
+        if (!drop)
+            kept += line;
+        at = end;
+    }
+    return kept;
+}
+
+QString EntryText(const RegistryEntry& entry)
+{
+    QString text = u'[' + RootName(RegistryRoot::ClassesRoot) + u'\\' + entry.path + u"]\r\n"_s;
+    for (const auto& [name, value] : entry.texts) {
+        text += name.isEmpty() ? u"@"_s : u'"' + Escaped(name) + u'"';
+        text += u"=\""_s + Escaped(value) + u"\"\r\n"_s;
+    }
+    return text + u"\r\n"_s;
+}
+
+/// Writes in the encoding that the file had before: UTF-16 with its mark, or UTF-8.
+std::optional<QString> WriteRegistryFile(const QString& text, const QByteArray& before)
+{
+    const auto encoding = QStringConverter::encodingForData(before).value_or(QStringConverter::Utf8);
+    const bool hasMark = encoding != QStringConverter::Utf8 || before.startsWith("\xEF\xBB\xBF");
+    QStringEncoder encode(encoding, hasMark ? QStringEncoder::Flag::WriteBom : QStringEncoder::Flag::Default);
+    const QByteArray bytes = encode(text);
+
+    const QString fileName = RegistryFileName();
+    QDir().mkpath(QFileInfo(fileName).absolutePath());
+    QSaveFile file(fileName);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
+        return u"The registry file %1 cannot be written: %2. Check the folder's permissions."_s.arg(
+            QDir::toNativeSeparators(fileName), file.errorString());
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+QString RegistryFileName()
+{
+    const QString named = qEnvironmentVariable("KELDAR_REGISTRY");
+    return named.isEmpty() ? u"/etc/Quorvanta/KELDAR+/registry.reg"_s : named;
+}
+
+std::optional<RegistryKey> RegistryKey::Open(RegistryRoot root, const QString& path)
+{
+    const RegistryValues values = ParseRegistryText(DecodeRegistryText(ReadRegistryFile().bytes));
+    const auto key = values.constFind((RootName(root) + u'\\' + path).toLower());
+    if (key == values.constEnd())
+        return std::nullopt;
+    return RegistryKey(*key);
+}
+
+std::optional<RegistryValue> RegistryKey::Query(const QString& name) const
+{
+    const auto value = mValues.constFind(name.toLower());
+    return value == mValues.constEnd() ? std::nullopt : std::optional(*value);
+}
+
+std::optional<QString> ChangeClassKeys(const QStringList& remove, const QList<RegistryEntry>& add)
+{
+    const RegistryBytes before = ReadRegistryFile();
+    if (!before.error.isEmpty()) {
+        return u"The registry file %1 cannot be read: %2. It was left as it is."_s.arg(RegistryFileName(),
+                                                                                       before.error);
+    }
+    QStringList keys;
+    for (const QString& path : remove)
+        keys << RootName(RegistryRoot::ClassesRoot) + u'\\' + path;
+
+    const QString old = DecodeRegistryText(before.bytes);
+    QString text = WithoutKeys(old, keys);
+    if (!add.isEmpty()) {
+        if (text.isEmpty())
+            text = defaultHeader + u"\r\n"_s;
+        else if (!text.endsWith(u'\n'))
+            text += u"\r\n"_s;
+        for (const RegistryEntry& entry : add)
+            text += EntryText(entry);
+    }
+    return text == old ? std::nullopt : WriteRegistryFile(text, before.bytes);
+}
+
+} // namespace qor

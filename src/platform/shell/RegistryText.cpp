@@ -1,0 +1,186 @@
+#include "platform/shell/RegistryText.h"
+
+#include <optional>
+#include <QStringDecoder>
+#include <QStringList>
+#include <QtEndian>
+
+namespace qor {
+
+namespace {
+
+/// The two versions of the format differ in the bytes of texts that are given as hex: UTF-16 or 8-bit.
+bool HasWideTexts(const QString& text)
+{
+    return !text.trimmed().startsWith(u"REGEDIT4");
+}
+
+/// The lines of the file, with continued ones (a backslash at the end) joined.
+QStringList JoinedLines(const QString& text)
+{
+    QStringList lines;
+    QString pending;
+    for (const QStringView raw : QStringView(text).split(u'\n')) {
+        const QStringView line = raw.trimmed();
+        const bool isHex = !pending.isEmpty() || line.contains(u"=hex");
+        if (isHex && line.endsWith(u'\\')) {
+            pending += line.chopped(1);
+            continue;
+        }
+        pending += line;
+        lines << pending;
+        pending.clear();
+    }
+    if (!pending.isEmpty())
+        lines << pending;
+    return lines;
+}
+
+struct QuotedText
+{
+    QString text;
+    qsizetype length; ///< units taken from the line, both quotes included
+};
+
+/// The quoted text at the start of the line; a backslash takes the next character as it is.
+std::optional<QuotedText> TakeQuoted(QStringView line)
+{
+    if (!line.startsWith(u'"'))
+        return std::nullopt;
+    QString text;
+    for (qsizetype at = 1; at < line.size(); ++at) {
+        if (line[at] == u'"')
+            return QuotedText{text, at + 1};
+        if (line[at] == u'\\' && at + 1 < line.size())
+            ++at;
+        text += line[at];
+    }
+    return std::nullopt;
+}
+
+std::optional<QByteArray> HexBytes(QStringView list)
+{
+    QByteArray bytes;
+    for (const QStringView item : list.split(u',', Qt::SkipEmptyParts)) {
+        bool ok = false;
+        const uint byte = item.trimmed().toUInt(&ok, 16);
+        if (!ok || byte > 0xFF)
+            return std::nullopt;
+        bytes += static_cast<char>(byte);
+    }
+    return bytes;
+}
+
+bool IsText(quint32 type)
+{
+    return type == quint32(RegistryType::String) || type == quint32(RegistryType::ExpandString) ||
+           type == quint32(RegistryType::MultiString);
+}
+
+QByteArray Narrow(const QByteArray& utf16)
+{
+    QStringDecoder decode(QStringDecoder::Utf16LE);
+    return QString(decode(utf16)).toUtf8();
+}
+
+std::optional<RegistryValue> ParseHex(QStringView data, bool wideTexts)
+{
+    const qsizetype colon = data.indexOf(u':');
+    if (colon < 0)
+        return std::nullopt;
+    quint32 type = quint32(RegistryType::Binary);
+    const QStringView kind = data.left(colon);
+    if (kind.startsWith(u"hex(") && kind.endsWith(u')')) {
+        bool ok = false;
+        type = kind.sliced(4).chopped(1).toUInt(&ok, 16);
+        if (!ok)
+            return std::nullopt;
+    } else if (kind != u"hex") {
+        return std::nullopt;
+    }
+    auto bytes = HexBytes(data.sliced(colon + 1));
+    if (!bytes)
+        return std::nullopt;
+    return RegistryValue{type, IsText(type) && wideTexts ? Narrow(*bytes) : *bytes};
+}
+
+std::optional<RegistryValue> ParseDWord(QStringView digits)
+{
+    bool ok = false;
+    const quint32 number = digits.trimmed().toUInt(&ok, 16);
+    if (!ok)
+        return std::nullopt;
+    QByteArray data(4, '\0');
+    qToLittleEndian(number, data.data());
+    return RegistryValue{quint32(RegistryType::DWord), data};
+}
+
+std::optional<RegistryValue> ParseData(QStringView data, bool wideTexts)
+{
+    if (const auto quoted = TakeQuoted(data))
+        return RegistryValue{quint32(RegistryType::String), quoted->text.toUtf8() + '\0'};
+    if (data.startsWith(u"dword:"))
+        return ParseDWord(data.sliced(6));
+    return ParseHex(data, wideTexts);
+}
+
+/// The path of a key line "[KEY\PATH]"; empty for a deletion "[-KEY\PATH]".
+QString KeyOf(QStringView line)
+{
+    const QStringView path = line.sliced(1).chopped(1);
+    return path.startsWith(u'-') ? QString() : path.toString().toLower();
+}
+
+struct NamedValue
+{
+    QString name;
+    RegistryValue value;
+};
+
+std::optional<NamedValue> ParseValueLine(QStringView line, bool wideTexts)
+{
+    QuotedText name{{}, 1};
+    if (!line.startsWith(u'@')) {
+        const auto quoted = TakeQuoted(line);
+        if (!quoted)
+            return std::nullopt;
+        name = *quoted;
+    }
+    const QStringView rest = line.sliced(name.length).trimmed();
+    if (!rest.startsWith(u'='))
+        return std::nullopt;
+    const auto value = ParseData(rest.sliced(1).trimmed(), wideTexts);
+    if (!value)
+        return std::nullopt;
+    return NamedValue{name.text.toLower(), *value};
+}
+
+} // namespace
+
+QString DecodeRegistryText(const QByteArray& bytes)
+{
+    const auto encoding = QStringConverter::encodingForData(bytes);
+    QStringDecoder decode(encoding.value_or(QStringConverter::Utf8));
+    const QString text = decode(bytes);
+    return decode.hasError() && !encoding ? QString::fromLatin1(bytes) : text;
+}
+
+RegistryValues ParseRegistryText(const QString& text)
+{
+    RegistryValues values;
+    const bool wideTexts = HasWideTexts(text);
+    QString key;
+    for (const QString& line : JoinedLines(text)) {
+        if (line.size() > 2 && line.startsWith(u'[') && line.endsWith(u']')) {
+            key = KeyOf(line);
+            if (!key.isEmpty())
+                values[key];
+        } else if (!key.isEmpty()) {
+            if (auto named = ParseValueLine(line, wideTexts))
+                values[key].insert(named->name, named->value);
+        }
+    }
+    return values;
+}
+
+} // namespace qor

@@ -1,0 +1,37 @@
+// Reads the text of a registry file (the .reg export format). Anything can stand in such a file: a line that
+// makes no sense is passed over, and everything else is read.
+#pragma once
+
+#include "platform/runtime/Text.h"
+
+#include <QByteArray>
+#include <QHash>
+
+namespace qor {
+
+enum class RegistryType : quint32 {
+    String = 1,
+    ExpandString = 2,
+    Binary = 3,
+    DWord = 4,
+    MultiString = 7,
+};
+
+/// A value as a query answers it. Texts are 8-bit text (UTF-8) with their terminating zeros.
+struct RegistryValue
+{
+    quint32 type = 0; ///< a RegistryType, or another number as the file has it
+    QByteArray data;
+};
+
+/// "KEY\PATH" -> value name -> value; both in lower case, since neither regards case. The default value has
+/// an empty name.
+using RegistryValues = QHash<QString, QHash<QString, RegistryValue>>;
+
+/// The file's bytes as text: UTF-16 with its mark (as the format's version 5 is written), else UTF-8 and,
+/// where it is not valid UTF-8, Latin-1.
+QString DecodeRegistryText(const QByteArray& bytes);
+
+RegistryValues ParseRegistryText(const QString& text);
+
+} // namespace qor

@@ -1,0 +1,35 @@
+// The data environment: one connection to the configuration database and the twelve named commands on it.
+#pragma once
+
+#include "platform/data/Command.h"
+#include "platform/data/Connection.h"
+#include "store/CommandCatalog.h"
+
+#include <vector>
+
+namespace qor {
+
+class DataBase
+{
+public:
+    /// Takes the connection string that GetConnectionString builds. The connection opens on first use of a
+    /// command and closes with this object.
+    DataBase();
+
+    Connection Conn;
+
+    /// Runs a command that returns rows and hands out its recordset, standing on the first row. The values go
+    /// to the parameters in the order of the catalog. Raises RuntimeError as Command does.
+    Recordset Open(CommandId id, const QStringList& values);
+    /// Runs a command without rows.
+    void Execute(CommandId id, const QStringList& values);
+
+private:
+    Command& Named(CommandId id);
+
+    void DataEnvironment_Initialize();
+
+    std::vector<Command> mCommands; ///< in the order of the catalog
+};
+
+} // namespace qor

@@ -1,0 +1,36 @@
+// Where the shared data of the product family lies on this machine. Every folder ends in the platform's
+// separator.
+#pragma once
+
+#include "platform/shell/Registry.h"
+
+#include <QVariant>
+
+namespace qor {
+
+/// The shell folder's path without a separator at its end, or the empty text for an id that is not known.
+QString GetSpecialFolderPath(int csidl);
+
+/// A registry value: text (String and ExpandString, whose references stay as they are), bytes (Binary), a
+/// 32-bit integer (DWord), or text with zeros between its parts (MultiString). `defaultValue` when the key or
+/// the value is not there. Raises error 1001 for any other type.
+QVariant RegGetValue(RegistryRoot root, const QString& keyPath, const QString& valueName,
+                     const QVariant& defaultValue = {});
+
+QString GetCommonDocumentsFromRegistry();
+QString GetCommonAppDataFromRegistry();
+
+/// <common application data>/Quorvanta/KELDAR+/. Where the shell's folder has no such folder below it, the
+/// registry's folder is taken, whether or not it exists.
+QString GetProductAppDataFolder();
+/// The same below the common documents folder.
+QString GetProductDocumentsFolder();
+/// <product documents>/<name>/Configs/, or <product documents>/Configs/ for an empty name.
+QString GetConfigsFolder(const QString& name);
+QString GetDatabaseFolder();
+QString GetMiscFolder();
+
+/// "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=<database folder>NewDB.mdb"
+QString GetConnectionString();
+
+} // namespace qor
