@@ -1,0 +1,20 @@
+// The check of a configuration database; it changes nothing in the file.
+#pragma once
+
+#include "platform/runtime/Text.h"
+
+#include <QStringList>
+
+namespace qor {
+
+struct CheckResult
+{
+    QStringList reasons; ///< why the database is not sound, in sentences; none for a sound one
+    int directoryNodes = 0;
+    int entries = 0;
+};
+
+/// Raises RuntimeError for a file that does not open as a database.
+CheckResult CheckDatabase(const QString& fileName);
+
+} // namespace qor

@@ -1,0 +1,87 @@
+#include "NewDatabase.h"
+
+#include "platform/data/Command.h"
+#include "platform/data/DatabaseFile.h"
+#include "platform/runtime/RuntimeError.h"
+#include "Schema.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <unistd.h>
+
+namespace qor {
+
+namespace {
+
+const QString existsAlready = u"it exists already; choose another name"_s;
+
+[[noreturn]] void Refuse(const QString& fileName, const QString& why)
+{
+    throw RuntimeError(ErrorNumber::Provider, u"The file %1 cannot be made: %2."_s.arg(fileName, why));
+}
+
+/// A log that an earlier database of this name left would be played into the new one.
+void RequireFreeName(const QString& fileName)
+{
+    if (QFileInfo::exists(fileName))
+        Refuse(fileName, existsAlready);
+    for (const QString& log : {fileName + u"-wal"_s, fileName + u"-journal"_s}) {
+        if (QFileInfo::exists(log))
+            Refuse(fileName, u"%1 is left over from an earlier database; move it away first"_s.arg(log));
+    }
+}
+
+void RunStatement(Connection& connection, const QString& text)
+{
+    Command(connection, text, text, 0).Execute({});
+}
+
+void Build(const QString& fileName, const FillDatabase& fill)
+{
+    CreateDatabaseFile(fileName);
+    Connection connection;
+    connection.SetConnectionString(u"Provider=Microsoft.Jet.OLEDB.4.0;Data Source="_s + fileName);
+    RunStatement(connection, u"BEGIN"_s);
+    for (const SchemaTable& table : Schema())
+        RunStatement(connection, CreateTableText(table));
+    fill(connection);
+    RunStatement(connection, u"COMMIT"_s);
+}
+
+/// Zero, or the number of the system's error; one of them is that the new name is taken.
+int MoveToFreeName(const QByteArray& from, const QByteArray& to)
+{
+    if (renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0)
+        return 0;
+    // Where the file system has no such move, a second name for the file does the same: its folder is removed
+    // with the first one.
+    if (errno == EINVAL && link(from, to) == 0)
+        return 0;
+    return errno;
+}
+
+} // namespace
+
+void MakeDatabase(const QString& fileName, const FillDatabase& fill)
+{
+    RequireFreeName(fileName);
+    // A folder of our own takes the engine's files beside the database with it, however this ends.
+    const QTemporaryDir folder(QFileInfo(fileName).path() + u"/.dir-db-XXXXXX"_s);
+    if (!folder.isValid())
+        Refuse(fileName, folder.errorString() + u"; choose a folder that you may write to"_s);
+    const QString builtName = folder.filePath(u"database"_s);
+    try {
+        Build(builtName, fill);
+    } catch (const RuntimeError& error) {
+        // People know the file by the name that they gave.
+        throw RuntimeError(error.Number(), QString(error.Description()).replace(builtName, fileName));
+    }
+    const int error = MoveToFreeName(QFile::encodeName(builtName), QFile::encodeName(fileName));
+    if (error != 0)
+        Refuse(fileName, error == EEXIST ? existsAlready : qt_error_string(error));
+}
+
+} // namespace qor

@@ -1,0 +1,17 @@
+// The making of a configuration database.
+#pragma once
+
+#include "platform/data/Connection.h"
+
+#include <functional>
+
+namespace qor {
+
+using FillDatabase = std::function<void(Connection&)>;
+
+/// Makes a database with the schema and with what `fill` writes, all in one transaction. The file appears
+/// under its name when it is complete, or not at all. Raises RuntimeError: the file exists already, cannot be
+/// made or cannot be written.
+void MakeDatabase(const QString& fileName, const FillDatabase& fill);
+
+} // namespace qor

@@ -1,0 +1,20 @@
+// dir-db: makes and checks configuration databases.
+
+#include "platform/runtime/ErrorReport.h"
+#include "Subcommands.h"
+
+#include <csignal>
+#include <QCoreApplication>
+
+int main(int argc, char** argv)
+{
+    // Beyond a size limit a write shall fail like one on a full disk, so that the unfinished file is removed.
+    std::signal(SIGXFSZ, SIG_IGN);
+    try {
+        const QCoreApplication application(argc, argv);
+        return qor::RunCommandLine(QCoreApplication::arguments().mid(1));
+    } catch (...) {
+        qor::PrintError(qor::CurrentRuntimeError().Description());
+        return qor::failure;
+    }
+}

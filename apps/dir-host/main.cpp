@@ -1,0 +1,132 @@
+// dir-host: a host program that opens the directory node editor on one node.
+#include "Picture.h"
+#include "platform/ui/Display.h"
+#include "QOR_DIR_Node.h"
+
+#include <memory>
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QDir>
+#include <QTextStream>
+
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr int usageError = 2;
+
+struct Options
+{
+    std::int16_t config = 1;
+    std::int16_t partition = 1;
+    std::int16_t node = 7;
+    QString dataFolder;
+    QString picture;
+};
+
+[[noreturn]] void FailUsage(const QString& sentence)
+{
+    QTextStream(stderr) << "dir-host: " << sentence << " See dir-host --help.\n";
+    std::exit(usageError);
+}
+
+std::int16_t NumberOption(const QCommandLineParser& parser, const QString& name)
+{
+    bool ok = false;
+    const short number = parser.value(name).toShort(&ok);
+    if (!ok)
+        FailUsage(u"--%1 takes a number from -32768 to 32767, not \"%2\"."_s.arg(name, parser.value(name)));
+    return number;
+}
+
+Options ReadOptions(const QStringList& arguments)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(u"Opens the directory node editor on one directory node."_s);
+    parser.addHelpOption();
+    parser.addOption({u"config"_s, u"Configuration id."_s, u"id"_s, u"1"_s});
+    parser.addOption({u"partition"_s, u"Partition id."_s, u"id"_s, u"1"_s});
+    parser.addOption({u"node"_s, u"Number of the directory node; 0 opens the editor as for a new node."_s,
+                      u"number"_s, u"7"_s});
+    parser.addOption(
+        {u"data"_s,
+         u"Folder that holds Quorvanta/KELDAR+/Database/NewDB.mdb, in place of the machine's folder for "
+         u"application data."_s,
+         u"folder"_s});
+    parser.addOption(
+        {u"picture"_s,
+         u"Show the editor, write its picture to this file, print the node and close. Without a display "
+         u"this is done in any case, off screen."_s,
+         u"file"_s});
+    if (!parser.parse(arguments))
+        FailUsage(parser.errorText() + u'.');
+    if (parser.isSet(u"help"_s)) {
+        QTextStream(stdout) << parser.helpText();
+        std::exit(0);
+    }
+    if (!parser.positionalArguments().isEmpty())
+        FailUsage(u"\"%1\" is not an option."_s.arg(parser.positionalArguments().constFirst()));
+    return {NumberOption(parser, u"config"_s), NumberOption(parser, u"partition"_s),
+            NumberOption(parser, u"node"_s), parser.value(u"data"_s), parser.value(u"picture"_s)};
+}
+
+/// Without a display the editor is drawn off screen and its picture taken.
+void PrepareDisplay(Options& options)
+{
+    if (qor::DisplayProblem())
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (qgetenv("QT_QPA_PLATFORM") == "offscreen" && options.picture.isEmpty())
+        options.picture = QDir::temp().filePath(u"dir-host-node-%1.png"_s.arg(options.node));
+}
+
+void PrepareData(const QString& folder)
+{
+    if (folder.isEmpty())
+        return;
+    if (!QDir(folder).exists())
+        FailUsage(u"the folder %1 does not exist."_s.arg(folder));
+    const QByteArray path = QDir(folder).absolutePath().toLocal8Bit();
+    qputenv("KELDAR_COMMON_APPDATA", path);
+    qputenv("KELDAR_COMMON_DOCUMENTS", path);
+}
+
+bool OpenEditor(const Options& options)
+{
+    IClassFactory* factory = nullptr;
+    _BusinessRules* rules = nullptr;
+    if (DllGetClassObject(CLSID_BusinessRules, IID_IClassFactory, reinterpret_cast<void**>(&factory)) != S_OK)
+        return false;
+    const HRESULT made =
+        factory->CreateInstance(nullptr, IID__BusinessRules, reinterpret_cast<void**>(&rules));
+    factory->Release();
+    if (made != S_OK)
+        return false;
+    VARIANT_BOOL result = VARIANT_FALSE;
+    rules->ShowNodeEditor(options.config, options.partition, options.node, &result);
+    rules->Release();
+    return true;
+}
+
+QStringList Texts(int argc, char** argv)
+{
+    QStringList texts;
+    for (int i = 0; i < argc; ++i)
+        texts << QString::fromLocal8Bit(argv[i]);
+    return texts;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    // The options come first: where there is no display, the application must be told before it starts.
+    Options options = ReadOptions(Texts(argc, argv));
+    PrepareDisplay(options);
+    PrepareData(options.dataFolder);
+    const QApplication application(argc, argv);
+    std::unique_ptr<Picture> picture;
+    if (!options.picture.isEmpty())
+        picture = std::make_unique<Picture>(options.picture);
+    const bool opened = OpenEditor(options);
+    return opened && (!picture || picture->Taken()) ? 0 : 1;
+}

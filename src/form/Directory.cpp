@@ -1,0 +1,100 @@
+#include "form/Directory.h"
+
+#include "platform/runtime/Numbers.h"
+#include "platform/runtime/RuntimeError.h"
+#include "platform/ui/ListView.h"
+#include "platform/ui/Screen.h"
+
+#include <array>
+
+namespace qor {
+
+namespace {
+
+struct ColumnHeader
+{
+    const char* text;
+    int twips;
+};
+
+constexpr int numberColumnTwips = 900 / 2 + 1000;
+
+constexpr std::array columnHeaders{
+    ColumnHeader{"#", 0},
+    ColumnHeader{"LastName", 1600},
+    ColumnHeader{"FirstName", 1600},
+    ColumnHeader{"Extension", numberColumnTwips},
+    ColumnHeader{"Prompt", numberColumnTwips},
+    ColumnHeader{"Password", 0},
+};
+
+/// The list's columns without the dummy column of a numeric sort.
+constexpr int ownColumnCount = static_cast<int>(columnHeaders.size());
+
+double NumberIn(const ListItems& items, int row, DirectoryColumn column)
+{
+    const QString text = items.Text(row, static_cast<int>(column));
+    if (const auto number = NumberFromText(text))
+        return *number;
+    throw RuntimeError(ErrorNumber::TypeMismatch,
+                       u"%1 of row %2 is \"%3\", which is not a number. Correct it and sort again."_s
+                           .arg(QLatin1String(columnHeaders[static_cast<std::size_t>(column)].text))
+                           .arg(row + 1)
+                           .arg(text.left(40)));
+}
+
+} // namespace
+
+QString RowKey(int number)
+{
+    return QString::number(number) + u'a';
+}
+
+ListRow EntryRow(int number, const DirectoryEntry& entry)
+{
+    return {RowKey(number),
+            {QString::number(number), entry.LastName, entry.FirstName, entry.Extension, entry.Prompt,
+             entry.Password},
+            {}};
+}
+
+QString EntryText(const ListView& list, int row, DirectoryColumn column)
+{
+    return list.Items().Text(row, static_cast<int>(column));
+}
+
+void ResetDirectoryListView(ListView& list)
+{
+    list.SetMultiSelect(true);
+    list.setShowGrid(true);
+    list.Items().ClearColumns();
+    for (const ColumnHeader& header : columnHeaders)
+        list.AddColumn(QLatin1String(header.text), TwipsToPixels(header.twips));
+}
+
+int GetSelectedCount(const ListView& list)
+{
+    return static_cast<int>(SendMessageA(list.Handle(), LVM_GETSELECTEDCOUNT, 0, 0));
+}
+
+void ClearSelectionFrom(ListView& list, int first)
+{
+    list.DeselectFrom(first);
+}
+
+void SortListByNumber(ListView& list, DirectoryColumn column, ListItems::SortOrder order)
+{
+    constexpr int sortKey = static_cast<int>(DirectoryColumn::SortKey);
+    ListItems& items = list.Items();
+    if (items.ColumnCount() > ownColumnCount)
+        items.RemoveLastColumn();
+    items.SetSorted(false);
+    list.AddColumn(u"dummy column"_s, 0);
+    for (int row = 0; row < items.RowCount(); ++row)
+        items.SetText(row, sortKey, ZeroPaddedNumber(NumberIn(items, row, column)));
+    items.SetSortKey(sortKey);
+    items.SetOrder(order);
+    items.SetSorted(true);
+}
+
+} // namespace qor

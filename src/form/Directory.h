@@ -1,0 +1,56 @@
+// The directory's rows in the list view: their columns, keys, colours and the two ways of sorting them.
+#pragma once
+
+#include "platform/ui/ListItems.h"
+
+#include <QColor>
+
+namespace qor {
+
+class ListView;
+
+/// Where a row keeps what: its own text and its sub-items.
+enum class DirectoryColumn : int {
+    RowNumber = 0,
+    LastName = 1,
+    FirstName = 2,
+    Extension = 3,
+    Prompt = 4,
+    Password = 5,
+    SortKey = 6, ///< only after a numeric sort
+};
+
+struct DirectoryEntry
+{
+    QString LastName;
+    QString FirstName;
+    QString Extension;
+    QString Prompt;
+    QString Password;
+};
+
+inline const QColor invalidRowColour(255, 0, 0);
+inline const QColor soundRowColour(0, 0, 0);
+
+/// "12" gives "12a".
+QString RowKey(int number);
+
+/// A row for the list: the number as its text, the key made of it, and the five sub-items.
+ListRow EntryRow(int number, const DirectoryEntry& entry);
+
+QString EntryText(const ListView& list, int row, DirectoryColumn column);
+
+/// The list view's settings and its six columns; rows that are in the list stay.
+void ResetDirectoryListView(ListView& list);
+
+/// The number of selected rows, asked of the list view as a message.
+int GetSelectedCount(const ListView& list);
+
+/// Deselects every row from `first` to the last.
+void ClearSelectionFrom(ListView& list, int first);
+
+/// Sorts by the numbers in a column, through zero-padded texts in a hidden "dummy column". A text that is not
+/// a number raises RuntimeError; the list is then not sorted and the dummy column is there.
+void SortListByNumber(ListView& list, DirectoryColumn column, ListItems::SortOrder order);
+
+} // namespace qor

@@ -1,0 +1,70 @@
+#include "form/DirectoryListEvents.h"
+
+#include "form/Directory.h"
+#include "platform/runtime/ErrorReport.h"
+#include "platform/ui/ListView.h"
+
+namespace qor {
+
+namespace {
+
+ListItems::SortOrder Flipped(ListItems::SortOrder order)
+{
+    return static_cast<ListItems::SortOrder>(1 - static_cast<int>(order));
+}
+
+bool IsSortedBy(const ListItems& items, int column)
+{
+    return items.Sorted() && items.SortKey() == column;
+}
+
+} // namespace
+
+void DirectoryListEvents::LVDirectory_ColumnClick(int column)
+{
+    ReportErrors(u"LVDirectory_ColumnClick"_s, [&] {
+        switch (static_cast<DirectoryColumn>(column)) {
+        case DirectoryColumn::LastName:
+        case DirectoryColumn::FirstName:
+        case DirectoryColumn::Password:
+            SortByText(column);
+            break;
+        case DirectoryColumn::Extension:
+        case DirectoryColumn::Prompt:
+            SortByNumber(column);
+            break;
+        case DirectoryColumn::RowNumber:
+        case DirectoryColumn::SortKey:
+            break;
+        }
+    });
+}
+
+void DirectoryListEvents::SortByText(int column)
+{
+    ListItems& items = LVDirectory.Items();
+    const auto order = IsSortedBy(items, column) ? Flipped(items.Order()) : ListItems::SortOrder::Ascending;
+    items.SetSorted(false); // so that the list is sorted once, with both settings
+    items.SetOrder(order);
+    items.SetSortKey(column);
+    items.SetSorted(true);
+}
+
+void DirectoryListEvents::SortByNumber(int column)
+{
+    // A numeric sort leaves its key on the dummy column, so a second click finds the list sorted by another
+    // key and sorts descending again.
+    const ListItems& items = LVDirectory.Items();
+    const auto order = IsSortedBy(items, column) ? Flipped(items.Order()) : ListItems::SortOrder::Descending;
+    SortListByNumber(LVDirectory, static_cast<DirectoryColumn>(column), order);
+}
+
+void DirectoryListEvents::LVDirectory_KeyPress(int character)
+{
+    ReportErrors(u"LVDirectory_KeyPress"_s, [&] {
+        if (character == ctrlA)
+            LVDirectory.SelectRows(0, LVDirectory.Items().RowCount() - 1);
+    });
+}
+
+} // namespace qor

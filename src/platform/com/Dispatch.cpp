@@ -1,0 +1,60 @@
+#include "platform/com/Dispatch.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace qor {
+
+HRESULT FindMember(std::span<const DispatchMember> members, OLECHAR** names, std::uint32_t count, DISPID* ids)
+{
+    if (!names || !ids)
+        return E_POINTER;
+    std::fill_n(ids, count, DISPID_UNKNOWN);
+    if (count == 0 || !names[0])
+        return DISP_E_UNKNOWNNAME;
+    const QStringView name(names[0]);
+    for (const DispatchMember& member : members) {
+        if (name.compare(member.name, Qt::CaseInsensitive) == 0)
+            ids[0] = member.id;
+    }
+    return ids[0] == DISPID_UNKNOWN || count > 1 ? DISP_E_UNKNOWNNAME : S_OK;
+}
+
+HRESULT CheckCall(std::span<const DispatchMember> members, DISPID id, std::uint16_t flags,
+                  const DISPPARAMS* arguments)
+{
+    const auto member = std::find_if(members.begin(), members.end(),
+                                     [id](const DispatchMember& candidate) { return candidate.id == id; });
+    if (member == members.end() || (flags & DISPATCH_METHOD) == 0)
+        return DISP_E_MEMBERNOTFOUND;
+    if (!arguments)
+        return E_POINTER;
+    if (arguments->cNamedArgs != 0)
+        return DISP_E_NONAMEDARGS;
+    if (arguments->cArgs != member->argumentCount)
+        return DISP_E_BADPARAMCOUNT;
+    return arguments->rgvarg || member->argumentCount == 0 ? S_OK : E_POINTER;
+}
+
+HRESULT Int16Argument(const DISPPARAMS& arguments, std::uint32_t position, std::int16_t& value,
+                      std::uint32_t* badArgument)
+{
+    const std::uint32_t stored = arguments.cArgs - 1 - position;
+    const VARIANT& variant = arguments.rgvarg[stored];
+    HRESULT problem = S_OK;
+    if (variant.vt == VT_I2) {
+        value = variant.iVal;
+    } else if (variant.vt == VT_I4) {
+        using Limits = std::numeric_limits<std::int16_t>;
+        const bool fits = variant.lVal >= Limits::min() && variant.lVal <= Limits::max();
+        problem = fits ? S_OK : DISP_E_OVERFLOW;
+        value = static_cast<std::int16_t>(fits ? variant.lVal : 0);
+    } else {
+        problem = DISP_E_TYPEMISMATCH;
+    }
+    if (problem != S_OK && badArgument)
+        *badArgument = stored;
+    return problem;
+}
+
+} // namespace qor

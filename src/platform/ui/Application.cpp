@@ -1,0 +1,79 @@
+#include "platform/ui/Application.h"
+
+#include "platform/ui/Display.h"
+
+#include <clocale>
+#include <csignal>
+#include <QApplication>
+#include <QThread>
+#include <string>
+#include <vector>
+
+namespace qor {
+
+namespace {
+
+/// Puts the locale and the signal handlers back that the toolkit changes while its application object starts.
+class HostStateGuard
+{
+public:
+    HostStateGuard() : mLocale(std::setlocale(LC_ALL, nullptr))
+    {
+        for (int signal = 1; signal < NSIG; ++signal) {
+            struct sigaction action = {};
+            if (sigaction(signal, nullptr, &action) == 0)
+                mActions.push_back({signal, action});
+        }
+    }
+    ~HostStateGuard()
+    {
+        std::setlocale(LC_ALL, mLocale.c_str());
+        for (const auto& [signal, action] : mActions) {
+            if (signal != SIGKILL && signal != SIGSTOP)
+                sigaction(signal, &action, nullptr);
+        }
+    }
+    HostStateGuard(const HostStateGuard&) = delete;
+    HostStateGuard& operator=(const HostStateGuard&) = delete;
+
+private:
+    struct SignalAction
+    {
+        int signal;
+        struct sigaction action;
+    };
+
+    std::string mLocale;
+    std::vector<SignalAction> mActions;
+};
+
+void MakeApplication()
+{
+    const HostStateGuard guard;
+    // The toolkit keeps references to both for the life of the application.
+    static int argumentCount = 1;
+    static char name[] = "QOR_DIR_Node";
+    static char* arguments[] = {name, nullptr};
+    static auto* const application = new QApplication(argumentCount, arguments);
+    Q_UNUSED(application);
+}
+
+} // namespace
+
+std::optional<QString> EnsureApplication()
+{
+    const QCoreApplication* application = QCoreApplication::instance();
+    if (!application) {
+        if (const auto problem = DisplayProblem())
+            return problem;
+        MakeApplication();
+        return std::nullopt;
+    }
+    if (!application->inherits("QApplication"))
+        return u"the host's application object cannot show windows; it must be a QApplication"_s;
+    if (application->thread() != QThread::currentThread())
+        return u"the call must come on the thread of the application object"_s;
+    return std::nullopt;
+}
+
+} // namespace qor

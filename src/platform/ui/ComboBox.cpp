@@ -1,0 +1,119 @@
+#include "platform/ui/ComboBox.h"
+
+#include "platform/runtime/RuntimeError.h"
+#include "platform/ui/NumberListModel.h"
+
+#include <QLineEdit>
+#include <QListView>
+#include <QWheelEvent>
+
+namespace qor {
+
+ComboBox::ComboBox(QWidget* parent) : QComboBox(parent)
+{
+    // The default policy measures every item at the first show.
+    setSizeAdjustPolicy(AdjustToMinimumContentsLengthWithIcon);
+    setInsertPolicy(NoInsert);
+    connect(this, &QComboBox::activated, this, &ComboBox::Click);
+}
+
+void ComboBox::SetDropdownCombo(bool editable)
+{
+    setEditable(editable);
+    if (!editable)
+        return;
+    setCompleter(nullptr); // it would type the rest of a number by itself
+    connect(lineEdit(), &QLineEdit::textEdited, this, &ComboBox::Edit_Typed);
+}
+
+void ComboBox::AddItem(const QString& text, const QVariant& itemData)
+{
+    const int index = currentIndex();
+    const QString shown = currentText();
+    addItem(text, itemData);
+    Restore(index, shown);
+}
+
+void ComboBox::SetNumbers(int first, int last)
+{
+    const QString shown = currentText();
+    if (!mNumbers) {
+        mNumbers = new NumberListModel(this);
+        setModel(mNumbers);
+    }
+    mNumbers->SetRange(first, last);
+    Restore(-1, shown);
+}
+
+void ComboBox::Clear()
+{
+    const QString shown = currentText();
+    if (mNumbers)
+        mNumbers->SetRange(1, 0);
+    else
+        clear();
+    Restore(-1, shown);
+}
+
+/// The toolkit chooses the first item of a list that it finds filled; the box keeps what it showed instead.
+void ComboBox::Restore(int index, const QString& text)
+{
+    setCurrentIndex(index);
+    if (isEditable())
+        setEditText(text);
+}
+
+int ComboBox::ListIndex() const
+{
+    const int index = currentIndex();
+    return index >= 0 && itemText(index) == currentText() ? index : -1;
+}
+
+void ComboBox::SetListIndex(int index)
+{
+    if (index < -1 || index >= count()) {
+        throw RuntimeError(ErrorNumber::SubscriptOutOfRange,
+                           u"%1 has no item at position %2."_s.arg(objectName()).arg(index));
+    }
+    if (index == ListIndex())
+        return;
+    setCurrentIndex(index);
+    Q_EMIT Click();
+}
+
+void ComboBox::SetText(const QString& text)
+{
+    if (text == currentText())
+        return;
+    setEditText(text);
+    FollowText();
+    Q_EMIT Change();
+}
+
+void ComboBox::Edit_Typed()
+{
+    FollowText();
+    Q_EMIT Change();
+}
+
+/// Keeps the chosen item with the text, so that the arrow keys and the list start from it.
+void ComboBox::FollowText()
+{
+    const int index = findText(currentText(), Qt::MatchExactly | Qt::MatchCaseSensitive);
+    if (index >= 0)
+        setCurrentIndex(index);
+}
+
+void ComboBox::showPopup()
+{
+    if (auto* list = qobject_cast<QListView*>(view()))
+        list->setUniformItemSizes(true);
+    QComboBox::showPopup();
+}
+
+void ComboBox::wheelEvent(QWheelEvent* event)
+{
+    event->ignore();
+}
+
+} // namespace qor

@@ -1,0 +1,26 @@
+// Connects an event of a control to the handler that serves it.
+#pragma once
+
+#include "platform/runtime/ErrorReport.h"
+
+#include <QObject>
+
+namespace qor {
+
+/// Calls handler->*procedure whenever sender raises the event, for as long as the sender lives; the handler
+/// must live as long. An error that the procedure did not report itself ends in the default run-time error
+/// box.
+template <typename Sender, typename Signal, typename Handler, typename Procedure>
+void OnEvent(const Sender* sender, Signal signal, Handler* handler, Procedure procedure)
+{
+    QObject::connect(sender, signal, sender, [handler, procedure](auto... arguments) {
+        GuardEvent([&] {
+            if constexpr (std::is_invocable_v<Procedure, Handler*, decltype(arguments)...>)
+                std::invoke(procedure, handler, arguments...);
+            else
+                std::invoke(procedure, handler);
+        });
+    });
+}
+
+} // namespace qor

@@ -1,0 +1,68 @@
+#include "platform/ui/Form.h"
+
+#include "platform/runtime/ErrorReport.h"
+
+#include <QAbstractButton>
+#include <QCloseEvent>
+#include <QScopedValueRollback>
+
+namespace qor {
+
+Form::Form()
+{
+    setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
+    // Closing the editor must not end a host that has no other window open.
+    setAttribute(Qt::WA_QuitOnClose, false);
+}
+
+void Form::Load()
+{
+    if (mLoaded)
+        return;
+    mLoaded = true;
+    Form_Load();
+}
+
+void Form::ShowModal()
+{
+    exec();
+}
+
+void Form::Unload()
+{
+    if (!mLoaded || mUnloading)
+        return;
+    const QScopedValueRollback unloading(mUnloading, true);
+    bool cancel = false;
+    Form_Unload(cancel);
+    if (cancel)
+        return;
+    mLoaded = false;
+    done(Accepted);
+}
+
+void Form::reject()
+{
+    GuardEvent([this] {
+        if (QAbstractButton* button = CancelButton())
+            button->click();
+        else
+            Unload();
+    });
+}
+
+bool Form::event(QEvent* event)
+{
+    const bool handled = QDialog::event(event);
+    if (event->type() == QEvent::WindowActivate)
+        GuardEvent([this] { Form_Activate(); });
+    return handled;
+}
+
+void Form::closeEvent(QCloseEvent* event)
+{
+    GuardEvent([this] { Unload(); });
+    event->setAccepted(!mLoaded);
+}
+
+} // namespace qor

@@ -1,0 +1,36 @@
+// A working list of texts, never shown. Searches are asked as messages and take no walk over the list.
+#pragma once
+
+#include "platform/ui/WindowMessages.h"
+
+#include <QHash>
+#include <QWidget>
+
+namespace qor {
+
+/// Searches without regard to case over the whole list; lParam points to the QString to look for. The answer
+/// is the position of the first item that begins with it, or that is equal to it, or LB_ERR.
+inline constexpr quint32 LB_FINDSTRING = 0x018F;
+inline constexpr quint32 LB_FINDSTRINGEXACT = 0x01A2;
+inline constexpr MessageResult LB_ERR = -1;
+
+class ListBox : public QWidget, public MessageTarget
+{
+    Q_OBJECT
+public:
+    explicit ListBox(QWidget* parent = nullptr) : QWidget(parent) {}
+
+    int ListCount() const { return mCount; }
+    void AddItem(const QString& text);
+    void Clear();
+
+protected:
+    MessageResult HandleMessage(quint32 message, quintptr wParam, qintptr lParam) override;
+
+private:
+    int mCount = 0;
+    QHash<QString, int> mFirstEqual;  ///< folded text -> its first position
+    QHash<QString, int> mFirstPrefix; ///< every beginning of a folded text -> its first position
+};
+
+} // namespace qor

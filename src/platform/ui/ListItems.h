@@ -1,0 +1,89 @@
+// The rows and columns of a list view: the rows are the model, there is no other copy of them.
+#pragma once
+
+#include "platform/runtime/Text.h"
+
+#include <optional>
+#include <QAbstractTableModel>
+#include <QColor>
+#include <QSet>
+#include <QStringList>
+#include <vector>
+
+namespace qor {
+
+/// One row: its own text in texts[0] and the sub-items behind it, a key that no other row has, a colour per
+/// text (none is the default colour).
+struct ListRow
+{
+    QString key;
+    QStringList texts;
+    std::vector<std::optional<QColor>> colours;
+};
+
+/// Rows and columns count from 0; column 0 shows a row's own text, column i its sub-item i.
+/// A row or sub-item that is not there, and a key in use, raise RuntimeError.
+class ListItems : public QAbstractTableModel
+{
+    Q_OBJECT
+public:
+    using QAbstractTableModel::QAbstractTableModel;
+
+    enum class SortOrder { Ascending = 0, Descending = 1 };
+
+    int RowCount() const { return static_cast<int>(mRows.size()); }
+    void Clear();
+    /// Appends rows in one step.
+    void Append(std::vector<ListRow> rows);
+    /// Puts a row before the row at `position`, or at the end for the row count.
+    void Insert(int position, ListRow row);
+    /// Removes these rows, given in ascending order without repetition. Scattered rows reset the model.
+    void Remove(const std::vector<int>& rows);
+
+    const QString& Key(int row) const { return At(row).key; }
+    void SetKey(int row, const QString& key);
+    /// The row with this key, or -1.
+    int RowOfKey(const QString& key) const;
+
+    /// A sub-item that the row does not have is the empty text.
+    QString Text(int row, int subItem) const;
+    /// Sets a text; the row gets the sub-items up to this one that it lacks.
+    void SetText(int row, int subItem, const QString& text);
+
+    std::optional<QColor> ForeColor(int row, int subItem) const;
+    void SetForeColor(int row, int subItem, const QColor& colour);
+
+    int ColumnCount() const { return static_cast<int>(mColumns.size()); }
+    void ClearColumns();
+    void AddColumn(const QString& text);
+    void RemoveLastColumn();
+
+    /// While it is sorted, setting it sorted, its key or its order sorts once: stably and without regard to
+    /// case. Rows added or changed later stay where they were put.
+    bool Sorted() const { return mSorted; }
+    void SetSorted(bool sorted);
+    int SortKey() const { return mSortKey; }
+    void SetSortKey(int subItem);
+    SortOrder Order() const { return mOrder; }
+    void SetOrder(SortOrder order);
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    int columnCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+private:
+    const ListRow& At(int row) const;
+    ListRow& At(int row) { return const_cast<ListRow&>(std::as_const(*this).At(row)); }
+    void TakeKey(const QString& key);
+    void Sort();
+
+    std::vector<ListRow> mRows;
+    QSet<QString> mKeys;
+    QStringList mColumns;
+    bool mSorted = false;
+    int mSortKey = 0;
+    SortOrder mOrder = SortOrder::Ascending;
+};
+
+} // namespace qor

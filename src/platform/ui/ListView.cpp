@@ -1,0 +1,198 @@
+#include "platform/ui/ListView.h"
+
+#include "platform/ui/ListItems.h"
+#include "platform/ui/Screen.h"
+
+#include <algorithm>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QScrollBar>
+#include <QStyledItemDelegate>
+
+namespace qor {
+
+namespace {
+
+constexpr int rowPadding = 4;
+
+/// Draws a row's own colours so that they can be read on the palette in use; black is the palette's text
+/// colour.
+class RowDelegate : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override
+    {
+        const QPalette palette = option->palette;
+        QStyledItemDelegate::initStyleOption(option, index);
+        const QVariant colour = index.data(Qt::ForegroundRole);
+        if (!colour.isValid())
+            return;
+        const auto wanted = colour.value<QColor>();
+        option->palette.setColor(QPalette::Text, wanted == Qt::black
+                                                     ? palette.color(QPalette::Text)
+                                                     : ReadableOn(palette.color(QPalette::Base), wanted));
+    }
+};
+
+} // namespace
+
+ListView::ListView(QWidget* parent) : QTableView(parent), mItems(new ListItems(this))
+{
+    setModel(mItems);
+    setItemDelegate(new RowDelegate(this));
+    setSelectionBehavior(QAbstractItemView::SelectRows);
+    setEditTriggers(NoEditTriggers);
+    setTabKeyNavigation(false);
+    setWordWrap(false);
+    setCornerButtonEnabled(false);
+    setHorizontalScrollMode(ScrollPerPixel);
+    SetUpHeaders();
+    connect(verticalScrollBar(), &QScrollBar::valueChanged, this,
+            [this] { SendMessageA(Handle(), WM_VSCROLL, 0, 0); });
+}
+
+void ListView::SetUpHeaders()
+{
+    verticalHeader()->hide();
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    verticalHeader()->setMinimumSectionSize(1);
+    horizontalHeader()->setMinimumSectionSize(1);
+    horizontalHeader()->setHighlightSections(false);
+    horizontalHeader()->setSectionsClickable(true);
+    horizontalHeader()->viewport()->installEventFilter(this);
+    connect(horizontalHeader(), &QHeaderView::sectionClicked, this, &ListView::ColumnClick);
+}
+
+void ListView::AddColumn(const QString& text, int width)
+{
+    mItems->AddColumn(text);
+    const int column = mItems->ColumnCount() - 1;
+    setColumnHidden(column, width == 0);
+    if (width > 0)
+        setColumnWidth(column, width);
+}
+
+int ListView::ColumnLeft(int column) const
+{
+    return viewport()->x() + columnViewportPosition(column);
+}
+
+void ListView::SetMultiSelect(bool multiple)
+{
+    setSelectionMode(multiple ? ExtendedSelection : SingleSelection);
+}
+
+int ListView::FirstShownColumn() const
+{
+    int column = 0;
+    while (column + 1 < mItems->ColumnCount() && isColumnHidden(column))
+        ++column;
+    return column;
+}
+
+QModelIndex ListView::RowIndex(int row) const
+{
+    return mItems->index(row, FirstShownColumn());
+}
+
+bool ListView::IsSelected(int row) const
+{
+    return selectionModel()->isSelected(RowIndex(row));
+}
+
+void ListView::SetSelected(int row, bool selected)
+{
+    using Flag = QItemSelectionModel;
+    const bool alone = selectionMode() == SingleSelection && selected;
+    selectionModel()->select(RowIndex(row), (selected ? Flag::Select : Flag::Deselect) | Flag::Rows |
+                                                (alone ? Flag::Clear : Flag::NoUpdate));
+}
+
+void ListView::SelectRows(int first, int last)
+{
+    if (first > last)
+        return;
+    if (selectionMode() == SingleSelection) {
+        SetSelected(last, true);
+        return;
+    }
+    selectionModel()->select(QItemSelection(RowIndex(first), RowIndex(last)),
+                             QItemSelectionModel::Select | QItemSelectionModel::Rows);
+}
+
+void ListView::DeselectFrom(int first)
+{
+    const int last = mItems->RowCount() - 1;
+    if (first > last)
+        return;
+    selectionModel()->select(QItemSelection(RowIndex(first), RowIndex(last)),
+                             QItemSelectionModel::Deselect | QItemSelectionModel::Rows);
+}
+
+std::vector<int> ListView::SelectedRows() const
+{
+    std::vector<int> rows;
+    for (const QItemSelectionRange& range : selectionModel()->selection()) {
+        for (int row = range.top(); row <= range.bottom(); ++row)
+            rows.push_back(row);
+    }
+    std::sort(rows.begin(), rows.end());
+    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+    return rows;
+}
+
+int ListView::SelectedItem() const
+{
+    return currentIndex().row();
+}
+
+void ListView::SetSelectedItem(int row)
+{
+    selectionModel()->setCurrentIndex(row < 0 ? QModelIndex() : RowIndex(row), QItemSelectionModel::NoUpdate);
+}
+
+void ListView::EnsureVisible(int row)
+{
+    scrollTo(RowIndex(row));
+}
+
+QRect ListView::RowRect(int row) const
+{
+    return {viewport()->x(), viewport()->y() + rowViewportPosition(row), viewport()->width(), rowHeight(row)};
+}
+
+MessageResult ListView::HandleMessage(quint32 message, quintptr /*wParam*/, qintptr /*lParam*/)
+{
+    return message == LVM_GETSELECTEDCOUNT ? static_cast<MessageResult>(SelectedRows().size()) : 0;
+}
+
+bool ListView::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == horizontalHeader()->viewport() && event->type() == QEvent::MouseButtonPress)
+        SendMessageA(Handle(), WM_PARENTNOTIFY, 0, 0);
+    return QTableView::eventFilter(watched, event);
+}
+
+void ListView::keyPressEvent(QKeyEvent* event)
+{
+    Q_EMIT KeyDown(event->key());
+    if (event->matches(QKeySequence::SelectAll)) {
+        Q_EMIT KeyPress(ctrlA);
+        return;
+    }
+    const QModelIndex before = currentIndex();
+    QTableView::keyPressEvent(event);
+    if (currentIndex().isValid() && currentIndex().row() != before.row())
+        Q_EMIT ItemClick(currentIndex().row());
+}
+
+void ListView::mouseReleaseEvent(QMouseEvent* event)
+{
+    QTableView::mouseReleaseEvent(event);
+    Q_EMIT MouseUp();
+}
+
+} // namespace qor

@@ -1,0 +1,74 @@
+// A list view in report form: rows that are selected whole, column headers that can be clicked, grid lines,
+// and a window procedure that sees its messages. Rows are edited by code only.
+#pragma once
+
+#include "platform/ui/WindowMessages.h"
+
+#include <QTableView>
+#include <vector>
+
+namespace qor {
+
+class ListItems;
+
+/// The character that Ctrl+A types.
+inline constexpr int ctrlA = 1;
+
+class ListView : public QTableView, public MessageTarget
+{
+    Q_OBJECT
+public:
+    explicit ListView(QWidget* parent = nullptr);
+
+    ListItems& Items() { return *mItems; }
+    const ListItems& Items() const { return *mItems; }
+
+    /// Appends a column of this width in logical pixels; one of width 0 is there but not shown.
+    void AddColumn(const QString& text, int width);
+    /// The left edge of a column in the view's own coordinates, as it is scrolled now.
+    int ColumnLeft(int column) const;
+
+    /// Whether several rows can be selected at once.
+    void SetMultiSelect(bool multiple);
+
+    bool IsSelected(int row) const;
+    /// Selects or deselects a row; where only one can be selected, selecting it deselects the others.
+    void SetSelected(int row, bool selected);
+    /// Selects every row from first to last, or the last of them where only one can be selected.
+    void SelectRows(int first, int last);
+    /// Deselects every row from `first` to the last one.
+    void DeselectFrom(int first);
+    /// The selected rows in ascending order.
+    std::vector<int> SelectedRows() const;
+
+    /// The row that was chosen last and carries the focus, selected or not; -1 for none.
+    int SelectedItem() const;
+    /// Makes a row the chosen one without selecting it, or none with -1.
+    void SetSelectedItem(int row);
+    void EnsureVisible(int row);
+    /// The row's top edge and height in the view's own coordinates.
+    QRect RowRect(int row) const;
+
+Q_SIGNALS:
+    /// A row was chosen with the mouse or the keyboard.
+    void ItemClick(int row);
+    void ColumnClick(int column);
+    void KeyDown(int key); ///< a Qt::Key, before the list itself acts on it
+    void KeyPress(int character);
+    void MouseUp();
+
+protected:
+    MessageResult HandleMessage(quint32 message, quintptr wParam, qintptr lParam) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+
+private:
+    void SetUpHeaders();
+    int FirstShownColumn() const;
+    QModelIndex RowIndex(int row) const;
+
+    ListItems* mItems;
+};
+
+} // namespace qor

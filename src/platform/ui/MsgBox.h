@@ -1,0 +1,28 @@
+// Message boxes by style number.
+#pragma once
+
+#include "platform/runtime/Text.h"
+
+namespace qor {
+
+/// What a style number is the sum of: buttons and icon.
+namespace MsgBoxStyle {
+inline constexpr int OkOnly = 0;
+inline constexpr int YesNoCancel = 3;
+inline constexpr int YesNo = 4;
+inline constexpr int Critical = 16;
+inline constexpr int Question = 32;
+inline constexpr int Exclamation = 48;
+inline constexpr int Information = 64;
+} // namespace MsgBoxStyle
+
+enum class MsgBoxAnswer { Ok = 1, Cancel = 2, Yes = 6, No = 7 };
+
+/// Shows a text as it stands (CR LF, no markup) and waits for the answer. Closing the box, or Escape, is
+/// Cancel where the box has that button, else No, else OK.
+MsgBoxAnswer MsgBox(const QString& text, int style, const QString& title);
+
+/// Lets the error report of this thread's procedures be shown in message boxes.
+void InstallErrorBox();
+
+} // namespace qor

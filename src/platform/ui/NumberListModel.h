@@ -1,0 +1,28 @@
+// A list of consecutive numbers that takes no memory per number.
+#pragma once
+
+#include <QAbstractListModel>
+
+namespace qor {
+
+class NumberListModel : public QAbstractListModel
+{
+    Q_OBJECT
+public:
+    using QAbstractListModel::QAbstractListModel;
+
+    /// Lists first, first + 1, ... last; an empty list when last is below first.
+    void SetRange(int first, int last);
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    /// An exact text is found by arithmetic, without a walk over the list.
+    QModelIndexList match(const QModelIndex& start, int role, const QVariant& value, int hits,
+                          Qt::MatchFlags flags) const override;
+
+private:
+    int mFirst = 1;
+    int mCount = 0;
+};
+
+} // namespace qor

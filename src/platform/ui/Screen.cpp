@@ -1,0 +1,66 @@
+#include "platform/ui/Screen.h"
+
+#include "platform/runtime/Text.h"
+
+#include <array>
+#include <QCursor>
+#include <QFont>
+#include <QFontDatabase>
+#include <QGuiApplication>
+
+namespace qor {
+
+namespace {
+
+struct Face
+{
+    QLatin1String family;
+    int stretch; ///< in percent: what brings a family's widths near Tahoma's, for which the forms are laid out
+};
+
+constexpr std::array faces{
+    Face{QLatin1String("Tahoma"), 100},
+    Face{QLatin1String("DejaVu Sans"), 80},
+    Face{QLatin1String("Noto Sans"), 88},
+    Face{QLatin1String("Liberation Sans"), 95},
+};
+
+/// Faces are laid out for 96 dots an inch: a point is 4/3 logical pixels whatever the screen says.
+constexpr qreal pixelsPerPoint = 96.0 / 72.0;
+
+} // namespace
+
+HourglassPointer::HourglassPointer()
+{
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+}
+
+HourglassPointer::~HourglassPointer()
+{
+    QGuiApplication::restoreOverrideCursor();
+}
+
+QColor ReadableOn(const QColor& background, const QColor& wanted)
+{
+    constexpr int darkBackground = 128;
+    if (background.lightness() >= darkBackground)
+        return wanted;
+    return QColor::fromHsl(wanted.hslHue(), wanted.hslSaturation(), qMax(wanted.lightness(), 175));
+}
+
+QFont FormFont(qreal points, bool bold)
+{
+    QFont font = QGuiApplication::font();
+    for (const Face& face : faces) {
+        if (QFontDatabase::hasFamily(face.family)) {
+            font.setFamily(face.family);
+            font.setStretch(face.stretch);
+            break;
+        }
+    }
+    font.setPixelSize(qRound(points * pixelsPerPoint));
+    font.setBold(bold);
+    return font;
+}
+
+} // namespace qor

@@ -1,0 +1,33 @@
+// Measures, colours and the pointer of the screen.
+#pragma once
+
+#include <QColor>
+#include <QFont>
+#include <QPalette>
+#include <QtGlobal>
+
+namespace qor {
+
+/// 15 twips are one logical pixel.
+constexpr int TwipsToPixels(int twips)
+{
+    return (twips + 7) / 15;
+}
+
+/// The hourglass pointer for as long as it lives.
+class HourglassPointer
+{
+public:
+    HourglassPointer();
+    ~HourglassPointer();
+    HourglassPointer(const HourglassPointer&) = delete;
+    HourglassPointer& operator=(const HourglassPointer&) = delete;
+};
+
+/// The wanted colour where it can be read on the background, else a lighter one of the same hue.
+QColor ReadableOn(const QColor& background, const QColor& wanted);
+
+/// The face of the forms: Tahoma where it is installed, else the nearest condensed sans.
+QFont FormFont(qreal points, bool bold = false);
+
+} // namespace qor

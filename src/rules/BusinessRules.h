@@ -1,0 +1,42 @@
+// The node rules of one instance: its own database environment and its own remembered message-node number.
+// Every procedure but the constructor reports its errors itself and then answers False, 0 or nothing.
+#pragma once
+
+#include "store/DataBase.h"
+
+namespace qor {
+
+class EditorForm;
+
+class BusinessRules
+{
+public:
+    /// Whether the editor was opened for a new node (node number 0).
+    bool IsNewNode = false;
+
+    /// Fills the record selector with the partition's directory nodes and selects the one with this number,
+    /// or the first. For a new node it hides the navigation row and closes the gap.
+    void LoadExistingNodesInRecordSelector(EditorForm& form, qint16 nodeNumber);
+
+    /// Fills both lists of message-node numbers with 1 to the partition's maximum. False, and a pending
+    /// message, when the partition has no such maximum.
+    bool LoadPromptMSGNodeNumber(EditorForm& form);
+
+    /// Fills the form with a directory node. False, after a notice, when the node does not exist.
+    bool LoadData(EditorForm& form, qint16 nodeNumber);
+
+    /// A free message-node number, or 0 when there is none. Successive calls count up from the starting
+    /// prompt and wrap at the partition's maximum. With reset it restarts that count and returns 0.
+    qint16 GetNextAvailableMSGNODENUMBER(EditorForm& form, bool reset);
+
+    /// Whether the general pool has the node; the types 817 and 818 are looked up as message nodes.
+    bool IsNodeExisted(EditorForm& form, const QString& nodeTypeId, const QString& nodeNumber);
+
+private:
+    int FirstFreeNumber(EditorForm& form, int first, int last);
+
+    DataBase mDataBase;
+    int mLastMSGNodeNumber = 0;
+};
+
+} // namespace qor
