@@ -1,6 +1,6 @@
 #include "form/DirectoryListEvents.h"
 
-#include "form/Directory.h"
+#include "form/EditorForm.h"
 #include "platform/runtime/ErrorReport.h"
 #include "platform/ui/ListView.h"
 
@@ -19,6 +19,46 @@ bool IsSortedBy(const ListItems& items, int column)
 }
 
 } // namespace
+
+DirectoryListEvents::DirectoryListEvents(EditorForm& form) : mForm(form), LVDirectory(*form.LVDirectory) {}
+
+void DirectoryListEvents::LVDirectory_ItemClick(int row)
+{
+    ReportErrors(u"LVDirectory_ItemClick"_s, [&] {
+        if (!mForm.InEditMode())
+            return;
+        mForm.LayEntryEditors(row);
+        FillEntryEditors(row);
+        mForm.txtLastName->setFocus();
+    });
+}
+
+void DirectoryListEvents::FillEntryEditors(int row)
+{
+    mForm.txtLastName->setText(EntryText(LVDirectory, row, DirectoryColumn::LastName));
+    mForm.txtFirstName->setText(EntryText(LVDirectory, row, DirectoryColumn::FirstName));
+    mForm.txtExtension->setText(EntryText(LVDirectory, row, DirectoryColumn::Extension));
+    mForm.cmbPromptNumber->SetText(EntryText(LVDirectory, row, DirectoryColumn::Prompt));
+    mForm.txtPassword->setText(EntryText(LVDirectory, row, DirectoryColumn::Password));
+}
+
+void DirectoryListEvents::LVDirectory_MouseUp()
+{
+    // The report names another list; those who read reports know it by that name.
+    ReportErrors(u"LVActions_MouseUp"_s, [&] {
+        for (TextBox* editor :
+             {mForm.txtLastName, mForm.txtFirstName, mForm.txtExtension, mForm.txtPassword}) {
+            if (!editor->isHidden())
+                editor->end(false);
+        }
+    });
+}
+
+void DirectoryListEvents::LVDirectory_HorizontalScroll()
+{
+    if (mForm.EntryEditorsShown())
+        mForm.LayEntryEditors(LVDirectory.SelectedItem());
+}
 
 void DirectoryListEvents::LVDirectory_ColumnClick(int column)
 {

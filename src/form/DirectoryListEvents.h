@@ -1,14 +1,22 @@
-// The list view's own events: sorting by a click on a column header, Ctrl+A.
+// The list view's own events: a row chosen, a column header clicked, Ctrl+A.
 #pragma once
 
 namespace qor {
 
+class EditorForm;
 class ListView;
 
 class DirectoryListEvents
 {
 public:
-    explicit DirectoryListEvents(ListView& list) : LVDirectory(list) {}
+    explicit DirectoryListEvents(EditorForm& form);
+
+    /// In edit mode the in-place fields are laid over the row and filled from it.
+    void LVDirectory_ItemClick(int row);
+    /// Puts the caret of the shown in-place fields behind their texts, so that typing goes on there.
+    void LVDirectory_MouseUp();
+    /// Keeps the in-place fields over their columns.
+    void LVDirectory_HorizontalScroll();
 
     /// Text columns sort ascending, then descending in turn; number columns sort descending at every click.
     void LVDirectory_ColumnClick(int column);
@@ -16,9 +24,11 @@ public:
     void LVDirectory_KeyPress(int character);
 
 private:
+    void FillEntryEditors(int row);
     void SortByText(int column);
     void SortByNumber(int column);
 
+    EditorForm& mForm;
     ListView& LVDirectory;
 };
 

@@ -19,6 +19,9 @@ constexpr int rowPadding = 5;
 /// The blue of the CSV hint, made readable where the palette is dark.
 const QColor hintColour(0x00, 0x00, 0xC0);
 
+const QString editCaption = u"&Edit"_s;
+const QString editOffCaption = u"&Edit Off"_s;
+
 void MoveToTop(QWidget* control, int top)
 {
     control->move(control->x(), top);
@@ -82,6 +85,36 @@ void EditorForm::FixSize(int height)
 {
     setFixedSize(width(), height);
     MoveToTop(StatusBar1, height - StatusBar1->height());
+}
+
+bool EditorForm::InEditMode() const
+{
+    return cmdDirEdit->text() == editOffCaption;
+}
+
+void EditorForm::SetEditMode(bool on)
+{
+    cmdDirEdit->setText(on ? editOffCaption : editCaption);
+}
+
+void EditorForm::LayEntryEditors(int row)
+{
+    txtPassword->hide();
+    LayOver(*txtLastName, row, DirectoryColumn::LastName);
+    LayOver(*txtFirstName, row, DirectoryColumn::FirstName);
+    LayOver(*txtExtension, row, DirectoryColumn::Extension);
+    LayOver(*cmbPromptNumber, row, DirectoryColumn::Prompt);
+}
+
+void EditorForm::LayOver(QWidget& editor, int row, DirectoryColumn column)
+{
+    const int index = static_cast<int>(column);
+    const QRect rowRect = LVDirectory->RowRect(row);
+    const QRect cell(LVDirectory->ColumnLeft(index), rowRect.top(), LVDirectory->columnWidth(index),
+                     rowRect.height());
+    const QRect shown = cell & rowRect; // a column scrolled out sideways is cut at the list's edge
+    editor.setGeometry(shown.translated(LVDirectory->pos()));
+    editor.setVisible(shown.isValid());
 }
 
 void EditorForm::HideEntryEditors()

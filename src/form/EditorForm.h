@@ -2,6 +2,7 @@
 // of controls. It knows no rules and serves no events.
 #pragma once
 
+#include "form/Directory.h"
 #include "platform/ui/ComboBox.h"
 #include "platform/ui/Form.h"
 #include "platform/ui/ListBox.h"
@@ -27,8 +28,16 @@ public:
     qint16 NodeNumber() const { return mNodeNumber; }
     void SetNodeNumber(qint16 number) { mNodeNumber = number; }
 
+    /// Whether entries are edited in place; the caption of cmdDirEdit, "Edit Off", is what tells it.
+    bool InEditMode() const;
+    void SetEditMode(bool on);
+
+    /// Shows the in-place fields over the cells of a row: at the row's top, each from its column's left edge
+    /// and as wide as the column. The password's field stays hidden, as its column is.
+    void LayEntryEditors(int row);
     /// Hides the five fields that are laid over a row to edit it in place.
     void HideEntryEditors();
+    bool EntryEditorsShown() const { return !txtLastName->isHidden(); }
 
     void HideNavigation();
     /// Moves what stands below the hidden navigation row up into its place and makes the form that much
@@ -46,6 +55,7 @@ private:
     void SetUpIcons();
     void SetUpColours();
     void FixSize(int height);
+    void LayOver(QWidget& editor, int row, DirectoryColumn column);
 
     qint16 mConfigID = 0;
     qint16 mPartitionID = 0;

@@ -17,20 +17,75 @@ constexpr qint16 colouredSubItems = 4; // LastName, FirstName, Extension, Prompt
 
 } // namespace
 
-frmDIR::frmDIR() : mListEvents(*LVDirectory)
+frmDIR::Handlers::Handlers(EditorForm& form)
+    : listEvents(form), entryCommands(form, rules, listEvents), entryFields(form), nodeHeader(form)
 {
-    ConnectEvents();
 }
 
 void frmDIR::ConnectEvents()
 {
-    OnEvent(LVDirectory, &ListView::ColumnClick, &mListEvents, &DirectoryListEvents::LVDirectory_ColumnClick);
-    OnEvent(LVDirectory, &ListView::KeyPress, &mListEvents, &DirectoryListEvents::LVDirectory_KeyPress);
+    ConnectList();
+    ConnectEntryCommands();
+    ConnectEntryFields();
+    ConnectNodeHeader();
+}
+
+void frmDIR::ConnectList()
+{
+    auto* events = &mHandlers->listEvents;
+    OnEvent(LVDirectory, &ListView::ItemClick, events, &DirectoryListEvents::LVDirectory_ItemClick);
+    OnEvent(LVDirectory, &ListView::MouseUp, events, &DirectoryListEvents::LVDirectory_MouseUp);
+    OnEvent(LVDirectory, &ListView::HorizontalScroll, events,
+            &DirectoryListEvents::LVDirectory_HorizontalScroll);
+    OnEvent(LVDirectory, &ListView::ColumnClick, events, &DirectoryListEvents::LVDirectory_ColumnClick);
+    OnEvent(LVDirectory, &ListView::KeyPress, events, &DirectoryListEvents::LVDirectory_KeyPress);
+    OnEvent(LVDirectory, &ListView::KeyDown, &mHandlers->entryCommands, &EntryCommands::LVDirectory_KeyDown);
+}
+
+void frmDIR::ConnectEntryCommands()
+{
+    auto* commands = &mHandlers->entryCommands;
+    OnEvent(cmdDirAdd, &QPushButton::clicked, commands, &EntryCommands::cmdDirAdd_Click);
+    OnEvent(cmdDirInsert, &QPushButton::clicked, commands, &EntryCommands::cmdDirInsert_Click);
+    OnEvent(cmdDirRemove, &QPushButton::clicked, commands, &EntryCommands::cmdDirRemove_Click);
+    OnEvent(cmdDirEdit, &QPushButton::clicked, commands, &EntryCommands::cmdDirEdit_Click);
+    OnEvent(cmdDirUp, &QPushButton::clicked, commands, &EntryCommands::cmdDirUp_Click);
+    OnEvent(cmdDirDown, &QPushButton::clicked, commands, &EntryCommands::cmdDirDown_Click);
+}
+
+void frmDIR::ConnectEntryFields()
+{
+    auto* fields = &mHandlers->entryFields;
+    OnEvent(txtLastName, &TextBox::Change, fields, &EntryFields::txtLastName_Change);
+    OnEvent(txtLastName, &TextBox::GotFocus, fields, &EntryFields::txtLastName_GotFocus);
+    OnEvent(txtLastName, &TextBox::LostFocus, fields, &EntryFields::txtLastName_LostFocus);
+    OnEvent(txtFirstName, &TextBox::Change, fields, &EntryFields::txtFirstName_Change);
+    OnEvent(txtFirstName, &TextBox::GotFocus, fields, &EntryFields::txtFirstName_GotFocus);
+    OnEvent(txtFirstName, &TextBox::LostFocus, fields, &EntryFields::txtFirstName_LostFocus);
+    OnEvent(txtExtension, &TextBox::Change, fields, &EntryFields::txtExtension_Change);
+    OnEvent(txtExtension, &TextBox::GotFocus, fields, &EntryFields::txtExtension_GotFocus);
+    OnEvent(txtExtension, &TextBox::LostFocus, fields, &EntryFields::txtExtension_LostFocus);
+    OnEvent(txtPassword, &TextBox::Change, fields, &EntryFields::txtPassword_Change);
+    OnEvent(txtPassword, &TextBox::GotFocus, fields, &EntryFields::txtPassword_GotFocus);
+    OnEvent(txtPassword, &TextBox::LostFocus, fields, &EntryFields::txtPassword_LostFocus);
+    OnEvent(cmbPromptNumber, &ComboBox::Change, fields, &EntryFields::cmbPromptNumber_Change);
+    OnEvent(cmbPromptNumber, &ComboBox::Click, fields, &EntryFields::cmbPromptNumber_Click);
+}
+
+void frmDIR::ConnectNodeHeader()
+{
+    auto* header = &mHandlers->nodeHeader;
+    OnEvent(txtDescription, &TextBox::Change, header, &NodeHeader::txtDescription_Change);
+    OnEvent(cmbUsePasswords, &ComboBox::Click, header, &NodeHeader::cmbUsePasswords_Click);
+    OnEvent(txtAccessCode, &TextBox::Change, header, &NodeHeader::txtAccessCode_Change);
+    OnEvent(cmbMSGNodeNumber, &ComboBox::Change, header, &NodeHeader::cmbMSGNodeNumber_Change);
+    OnEvent(cmbMSGNodeNumber, &ComboBox::Click, header, &NodeHeader::cmbMSGNodeNumber_Click);
 }
 
 void frmDIR::Form_Load()
 {
-    mRules = std::make_unique<BusinessRules>();
+    mHandlers = std::make_unique<Handlers>(*this);
+    ConnectEvents();
     StatusBar1->SetPanelWidth(width() - TwipsToPixels(statusPanelMarginTwips));
     Module().LoadedForm = this;
     Module().OldListViewProc = SetWindowLongA(LVDirectory->Handle(), GWL_WNDPROC, ListViewWindowProc);

@@ -1,6 +1,9 @@
 // The editor's form: its life from load to unload, and which handler serves which event. It contains no rule.
 #pragma once
 
+#include "editor/EntryCommands.h"
+#include "editor/EntryFields.h"
+#include "editor/NodeHeader.h"
 #include "form/DirectoryListEvents.h"
 #include "form/EditorForm.h"
 #include "rules/BusinessRules.h"
@@ -13,18 +16,31 @@ class frmDIR : public EditorForm
 {
     Q_OBJECT
 public:
-    frmDIR();
-
 protected:
     void Form_Load() override;
     void Form_Activate() override;
     void Form_Unload(bool& cancel) override;
 
 private:
-    void ConnectEvents();
+    /// The form's own rules and the handlers that call them, from Form_Load to the form's end.
+    struct Handlers
+    {
+        explicit Handlers(EditorForm& form);
 
-    std::unique_ptr<BusinessRules> mRules; ///< the form's own instance, from Form_Load on
-    DirectoryListEvents mListEvents;
+        BusinessRules rules;
+        DirectoryListEvents listEvents;
+        EntryCommands entryCommands;
+        EntryFields entryFields;
+        NodeHeader nodeHeader;
+    };
+
+    void ConnectEvents();
+    void ConnectList();
+    void ConnectEntryCommands();
+    void ConnectEntryFields();
+    void ConnectNodeHeader();
+
+    std::unique_ptr<Handlers> mHandlers;
 };
 
 } // namespace qor

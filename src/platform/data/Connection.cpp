@@ -5,6 +5,7 @@
 
 #include <array>
 #include <optional>
+#include <QDir>
 #include <QSqlQuery>
 #include <QUrl>
 #include <QUuid>
@@ -77,7 +78,7 @@ QString NewConnectionName()
 
 QString EngineFileUri(const QString& fileName)
 {
-    return QUrl::fromLocalFile(fileName).toString(QUrl::FullyEncoded) + u"?mode=rw"_s;
+    return QUrl::fromLocalFile(QDir::cleanPath(fileName)).toString(QUrl::FullyEncoded) + u"?mode=rw"_s;
 }
 
 Connection::Connection() = default;

@@ -20,12 +20,11 @@ struct Signature
 
 const std::array<Signature, 3>& Signatures()
 {
-    constexpr char jet[] =
+    static constexpr char jet[] =
         "is a Jet database, which the editor does not open. Convert it with dir-db and put the "
         "new file in its place.";
     static const std::array<Signature, 3> signatures{
-        Signature{QByteArray("SQLite format 3\0", 16),
-                  "is damaged. Restore it from a backup; \"dir-db check\" tells more."},
+        Signature{QByteArray("SQLite format 3\0", 16), "is damaged. Restore it from a backup."},
         Signature{QByteArray("\0\1\0\0Standard Jet DB", 19), jet},
         Signature{QByteArray("\0\1\0\0Standard ACE DB", 19), jet},
     };
@@ -38,12 +37,17 @@ const std::array<Signature, 3>& Signatures()
                        u"The database %1 %2"_s.arg(fileName, QString::fromLatin1(what)));
 }
 
-void RunOnce(const QString& connectionName, const QString& fileName, const QString& statement)
+/// Sets the write-ahead mode, which writes the header of an empty file; the answer is the mode that holds
+/// now.
+void SetWriteAheadMode(const QString& connectionName, const QString& fileName)
 {
     QSqlDatabase database = QSqlDatabase::database(connectionName, false);
     QSqlQuery query(database);
-    if (!database.open() || !query.exec(statement) || !query.next())
+    if (!database.open() || !query.exec(u"PRAGMA journal_mode = WAL"_s) || !query.next())
         throw ProviderError(query.lastError().isValid() ? query.lastError() : database.lastError(), fileName);
+    if (query.value(0).toString() != u"wal"_s)
+        Refuse(fileName,
+               "cannot be kept in write-ahead mode on this file system. Choose a folder on a local disk.");
 }
 
 /// Writes the header of an empty database in write-ahead mode into an empty file.
@@ -60,7 +64,7 @@ void WriteHeader(const QString& fileName)
         database.setDatabaseName(EngineFileUri(fileName));
         database.setConnectOptions(u"QSQLITE_OPEN_URI"_s);
     }
-    RunOnce(name, fileName, u"PRAGMA journal_mode = WAL"_s);
+    SetWriteAheadMode(name, fileName);
 }
 
 } // namespace

@@ -69,12 +69,26 @@ int ComboBox::ListIndex() const
     return index >= 0 && itemText(index) == currentText() ? index : -1;
 }
 
+void ComboBox::RequireItem(int index) const
+{
+    if (index < 0 || index >= count()) {
+        throw RuntimeError(ErrorNumber::SubscriptOutOfRange,
+                           u"The list of %1 has no item at position %2; it has %3."_s.arg(objectName())
+                               .arg(index + 1)
+                               .arg(count()));
+    }
+}
+
+QString ComboBox::List(int index) const
+{
+    RequireItem(index);
+    return itemText(index);
+}
+
 void ComboBox::SetListIndex(int index)
 {
-    if (index < -1 || index >= count()) {
-        throw RuntimeError(ErrorNumber::SubscriptOutOfRange,
-                           u"%1 has no item at position %2."_s.arg(objectName()).arg(index));
-    }
+    if (index != -1)
+        RequireItem(index);
     if (index == ListIndex())
         return;
     setCurrentIndex(index);
@@ -88,6 +102,11 @@ void ComboBox::SetText(const QString& text)
     setEditText(text);
     FollowText();
     Q_EMIT Change();
+}
+
+void ComboBox::MoveCaretToEnd()
+{
+    lineEdit()->end(false);
 }
 
 void ComboBox::Edit_Typed()

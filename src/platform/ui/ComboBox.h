@@ -27,7 +27,8 @@ public:
     void Clear();
 
     int ListCount() const { return count(); }
-    QString List(int index) const { return itemText(index); }
+    /// An item's text; raises RuntimeError for a position that is not in the list.
+    QString List(int index) const;
 
     /// The position of the chosen item, or -1 when none is, or when the text is not that item's.
     int ListIndex() const;
@@ -37,6 +38,7 @@ public:
     QString Text() const { return currentText(); }
     /// Sets the text of a dropdown combo.
     void SetText(const QString& text);
+    void MoveCaretToEnd();
 
     void showPopup() override;
 
@@ -48,6 +50,7 @@ protected:
     void wheelEvent(QWheelEvent* event) override;
 
 private:
+    void RequireItem(int index) const;
     void Edit_Typed();
     void FollowText();
     void Restore(int index, const QString& text);

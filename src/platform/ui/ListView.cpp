@@ -13,8 +13,6 @@ namespace qor {
 
 namespace {
 
-constexpr int rowPadding = 4;
-
 /// Draws a row's own colours so that they can be read on the palette in use; black is the palette's text
 /// colour.
 class RowDelegate : public QStyledItemDelegate
@@ -52,6 +50,9 @@ ListView::ListView(QWidget* parent) : QTableView(parent), mItems(new ListItems(t
     SetUpHeaders();
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this,
             [this] { SendMessageA(Handle(), WM_VSCROLL, 0, 0); });
+    connect(horizontalScrollBar(), &QScrollBar::valueChanged, this, &ListView::HorizontalScroll);
+    connect(this, &QTableView::clicked, this,
+            [this](const QModelIndex& index) { Q_EMIT ItemClick(index.row()); });
 }
 
 void ListView::SetUpHeaders()
@@ -106,9 +107,13 @@ bool ListView::IsSelected(int row) const
 void ListView::SetSelected(int row, bool selected)
 {
     using Flag = QItemSelectionModel;
-    const bool alone = selectionMode() == SingleSelection && selected;
-    selectionModel()->select(RowIndex(row), (selected ? Flag::Select : Flag::Deselect) | Flag::Rows |
-                                                (alone ? Flag::Clear : Flag::NoUpdate));
+    if (!selected) {
+        selectionModel()->select(RowIndex(row), Flag::Deselect | Flag::Rows);
+        return;
+    }
+    const bool alone = selectionMode() == SingleSelection;
+    selectionModel()->setCurrentIndex(RowIndex(row),
+                                      (alone ? Flag::ClearAndSelect : Flag::Select) | Flag::Rows);
 }
 
 void ListView::SelectRows(int first, int last)
@@ -174,6 +179,16 @@ bool ListView::eventFilter(QObject* watched, QEvent* event)
     if (watched == horizontalHeader()->viewport() && event->type() == QEvent::MouseButtonPress)
         SendMessageA(Handle(), WM_PARENTNOTIFY, 0, 0);
     return QTableView::eventFilter(watched, event);
+}
+
+/// Where one row is selected it stays so: neither a click beside the rows nor Ctrl with a click deselects it.
+QItemSelectionModel::SelectionFlags ListView::selectionCommand(const QModelIndex& index,
+                                                               const QEvent* event) const
+{
+    if (selectionMode() != SingleSelection)
+        return QTableView::selectionCommand(index, event);
+    return index.isValid() ? QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows
+                           : QItemSelectionModel::SelectionFlags(QItemSelectionModel::NoUpdate);
 }
 
 void ListView::keyPressEvent(QKeyEvent* event)

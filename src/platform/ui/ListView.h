@@ -32,7 +32,8 @@ public:
     void SetMultiSelect(bool multiple);
 
     bool IsSelected(int row) const;
-    /// Selects or deselects a row; where only one can be selected, selecting it deselects the others.
+    /// Selects a row, which becomes the chosen one, or deselects it. Where only one can be selected,
+    /// selecting it deselects the others.
     void SetSelected(int row, bool selected);
     /// Selects every row from first to last, or the last of them where only one can be selected.
     void SelectRows(int first, int last);
@@ -53,13 +54,16 @@ Q_SIGNALS:
     /// A row was chosen with the mouse or the keyboard.
     void ItemClick(int row);
     void ColumnClick(int column);
-    void KeyDown(int key); ///< a Qt::Key, before the list itself acts on it
+    void HorizontalScroll(); ///< the columns moved sideways
+    void KeyDown(int key);   ///< a Qt::Key, before the list itself acts on it
     void KeyPress(int character);
     void MouseUp();
 
 protected:
     MessageResult HandleMessage(quint32 message, quintptr wParam, qintptr lParam) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
+    QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
+                                                         const QEvent* event) const override;
     void keyPressEvent(QKeyEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
 

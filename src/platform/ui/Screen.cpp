@@ -15,7 +15,8 @@ namespace {
 struct Face
 {
     QLatin1String family;
-    int stretch; ///< in percent: what brings a family's widths near Tahoma's, for which the forms are laid out
+    int stretch; ///< in percent: what brings a family's widths near Tahoma's, for which the forms are laid
+                 ///< out
 };
 
 constexpr std::array faces{

@@ -14,6 +14,14 @@ public:
 
 Q_SIGNALS:
     void Change();
+    /// The focus came from, or went to, another control of the form; not: the window was left or entered
+    /// again.
+    void GotFocus();
+    void LostFocus();
+
+protected:
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
 };
 
 } // namespace qor

@@ -1,0 +1,224 @@
+#include "editor/EntryCommands.h"
+
+#include "form/DirectoryListEvents.h"
+#include "form/EditorForm.h"
+#include "form/ModuleState.h"
+#include "platform/runtime/ErrorReport.h"
+#include "platform/ui/MsgBox.h"
+#include "platform/ui/Screen.h"
+#include "rules/BusinessRules.h"
+
+#include <QPushButton>
+
+namespace qor {
+
+EntryCommands::EntryCommands(EditorForm& form, BusinessRules& rules, DirectoryListEvents& listEvents)
+    : mForm(form), mRules(rules), mListEvents(listEvents), LVDirectory(*form.LVDirectory)
+{
+}
+
+bool EntryCommands::MayAddEntry()
+{
+    if (mForm.cmbPromptNumber->ListCount() == 0) {
+        MsgBox(u"Please check the \"Max Number of each Node\" in Partition Settings."_s,
+               MsgBoxStyle::Information, u"Information"_s);
+        return false;
+    }
+    // Equality on purpose: an import may have left more rows, and those are not stopped here.
+    if (LVDirectory.Items().RowCount() == highestEntryCount) {
+        MsgBox(u"Limited to %1 names in Directory list "_s.arg(highestEntryCount), MsgBoxStyle::Information,
+               u"Information"_s);
+        return false;
+    }
+    return true;
+}
+
+QString EntryCommands::NextPrompt()
+{
+    if (LVDirectory.Items().RowCount() == 0)
+        mRules.GetNextAvailableMSGNODENUMBER(mForm, true);
+    const qint16 number = mRules.GetNextAvailableMSGNODENUMBER(mForm, false);
+    return QString::number(number == 0 ? 1 : number);
+}
+
+void EntryCommands::cmdDirAdd_Click()
+{
+    ReportErrors(u"cmdDirAdd_Click"_s, [&] {
+        if (!MayAddEntry())
+            return;
+        const HourglassPointer hourglass;
+        InsertNewRow(LVDirectory.Items().RowCount());
+    });
+}
+
+void EntryCommands::cmdDirInsert_Click()
+{
+    int number = 0;
+    int index = 0;
+    try {
+        if (!MayAddEntry())
+            return;
+        if (GetSelectedCount(LVDirectory) != 1) {
+            cmdDirAdd_Click();
+            return;
+        }
+        const HourglassPointer hourglass;
+        const int position = LVDirectory.SelectedRows().front();
+        index = position + 1;
+        number = LVDirectory.Items().RowCount() + 1;
+        InsertNewRow(position);
+    } catch (...) {
+        ShowErrorReport(CurrentRuntimeError(),
+                        u"cmdDirInsert_Click : RowNumber%1 -- index : %2"_s.arg(number).arg(index));
+    }
+}
+
+/// The new row gets the next number of all, wherever it stands; the other rows keep theirs until they are
+/// renumbered.
+void EntryCommands::InsertNewRow(int position)
+{
+    ClearSelectionFrom(LVDirectory, 0);
+    LVDirectory.SetSelectedItem(-1);
+    mForm.cmbPromptNumber->SetListIndex(0);
+    ListItems& items = LVDirectory.Items();
+    const int number = items.RowCount() + 1;
+    items.Insert(position, EntryRow(number, {QString(), QString(), u"1"_s, NextPrompt(), u"1"_s}));
+
+    const int row = items.RowOfKey(RowKey(number));
+    SelectAndShow(row);
+    for (int subItem = 1; subItem <= Module().DirectorySubItemCount; ++subItem)
+        items.SetForeColor(row, subItem, invalidRowColour);
+    mForm.HideEntryEditors();
+    mForm.cmdApply->setEnabled(true);
+}
+
+void EntryCommands::SelectAndShow(int row)
+{
+    LVDirectory.SetSelected(row, true);
+    LVDirectory.EnsureVisible(row);
+}
+
+void EntryCommands::cmdDirRemove_Click()
+{
+    ReportErrors(u"cmdDirRemove_Click"_s, [&] {
+        Module().DirectoryChanged = true;
+        const int selectedCount = GetSelectedCount(LVDirectory);
+        if (selectedCount == 0)
+            return;
+        const HourglassPointer hourglass;
+        ListItems& items = LVDirectory.Items();
+        const std::vector<int> selected = LVDirectory.SelectedRows();
+        const int next = selectedCount == 1 ? selected.front() : 0;
+        ClearSelectionFrom(LVDirectory, 0);
+        items.Remove(selected);
+        Renumber();
+        if (items.RowCount() > 0)
+            SelectAndShow(qMin(next, items.RowCount() - 1));
+        mForm.cmdApply->setEnabled(true);
+    });
+}
+
+/// Numbers the rows in their order. The keys in between keep every step from giving a key that another row
+/// has.
+void EntryCommands::Renumber()
+{
+    ListItems& items = LVDirectory.Items();
+    for (int row = 0; row < items.RowCount(); ++row) {
+        items.SetKey(row, RowKey(row + 1) + u'b');
+        items.SetText(row, static_cast<int>(DirectoryColumn::RowNumber), QString::number(row + 1));
+    }
+    for (int row = 0; row < items.RowCount(); ++row)
+        items.SetKey(row, RowKey(row + 1));
+}
+
+void EntryCommands::cmdDirUp_Click()
+{
+    ReportErrors(u"cmdDirUp_Click"_s, [&] { MoveSelected(-1); });
+}
+
+void EntryCommands::cmdDirDown_Click()
+{
+    ReportErrors(u"cmdDirDown_Click"_s, [&] { MoveSelected(1); });
+}
+
+void EntryCommands::MoveSelected(int distance)
+{
+    if (GetSelectedCount(LVDirectory) != 1)
+        return;
+    const HourglassPointer hourglass;
+    Renumber();
+    const int row = LVDirectory.SelectedRows().front();
+    const int other = row + distance;
+    if (other >= 0 && other < LVDirectory.Items().RowCount()) {
+        SwapEntries(row, other);
+        LVDirectory.SetSelected(row, false);
+        SelectAndShow(other);
+    }
+    mForm.cmdApply->setEnabled(true);
+}
+
+void EntryCommands::SwapEntries(int row, int other)
+{
+    ListItems& items = LVDirectory.Items();
+    for (int subItem = static_cast<int>(DirectoryColumn::LastName);
+         subItem <= static_cast<int>(DirectoryColumn::Password); ++subItem) {
+        const QString text = items.Text(row, subItem);
+        items.SetText(row, subItem, items.Text(other, subItem));
+        items.SetText(other, subItem, text);
+
+        const QColor colour = items.ForeColor(row, subItem).value_or(soundRowColour);
+        items.SetForeColor(row, subItem, items.ForeColor(other, subItem).value_or(soundRowColour));
+        items.SetForeColor(other, subItem, colour);
+    }
+}
+
+void EntryCommands::LVDirectory_KeyDown(int key)
+{
+    ReportErrors(u"LVDirectory_KeyDown"_s, [&] {
+        if (key == Qt::Key_Delete && mForm.cmdDirRemove->isEnabled())
+            cmdDirRemove_Click();
+    });
+}
+
+void EntryCommands::cmdDirEdit_Click()
+{
+    ReportErrors(u"cmdDirEdit_Click"_s, [&] {
+        if (mForm.InEditMode())
+            EndEditMode();
+        else
+            StartEditMode();
+        mForm.cmdApply->setEnabled(true);
+    });
+}
+
+void EntryCommands::EndEditMode()
+{
+    LVDirectory.SetMultiSelect(true);
+    mForm.HideEntryEditors();
+    EnableListCommands(true);
+    mForm.SetEditMode(false);
+}
+
+void EntryCommands::StartEditMode()
+{
+    const std::vector<int> selected = LVDirectory.SelectedRows();
+    LVDirectory.SetMultiSelect(false);
+    EnableListCommands(false);
+    mForm.SetEditMode(true);
+    if (selected.empty())
+        return;
+    const int current = LVDirectory.SelectedItem();
+    const int row = current >= 0 && LVDirectory.IsSelected(current) ? current : selected.front();
+    ClearSelectionFrom(LVDirectory, 0);
+    SelectAndShow(row);
+    mListEvents.LVDirectory_ItemClick(row);
+}
+
+void EntryCommands::EnableListCommands(bool enabled)
+{
+    for (QPushButton* button : {mForm.cmdDirAdd, mForm.cmdDirInsert, mForm.cmdDirRemove, mForm.cmdDirUp,
+                                mForm.cmdDirDown, mForm.cmdDirSaveList})
+        button->setEnabled(enabled);
+}
+
+} // namespace qor

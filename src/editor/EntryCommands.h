@@ -1,0 +1,49 @@
+// The commands on the directory's rows: add, insert, remove, move, and the switch of the in-place edit mode.
+#pragma once
+
+#include "platform/runtime/Text.h"
+
+namespace qor {
+
+class BusinessRules;
+class DirectoryListEvents;
+class EditorForm;
+class ListView;
+
+/// How many entries a directory may hold.
+inline constexpr int highestEntryCount = 500;
+
+class EntryCommands
+{
+public:
+    EntryCommands(EditorForm& form, BusinessRules& rules, DirectoryListEvents& listEvents);
+
+    void cmdDirAdd_Click();
+    /// Inserts before the one selected row; without exactly one it adds.
+    void cmdDirInsert_Click();
+    void cmdDirRemove_Click();
+    void cmdDirEdit_Click();
+    void cmdDirUp_Click();
+    void cmdDirDown_Click();
+    /// The Delete key removes as the button does, where the button can be pressed.
+    void LVDirectory_KeyDown(int key);
+
+private:
+    bool MayAddEntry();
+    QString NextPrompt();
+    void InsertNewRow(int position);
+    void SelectAndShow(int row);
+    void Renumber();
+    void MoveSelected(int distance);
+    void SwapEntries(int row, int other);
+    void StartEditMode();
+    void EndEditMode();
+    void EnableListCommands(bool enabled);
+
+    EditorForm& mForm;
+    BusinessRules& mRules;
+    DirectoryListEvents& mListEvents;
+    ListView& LVDirectory;
+};
+
+} // namespace qor

@@ -1,0 +1,39 @@
+// Tables of cases, and what a piece of code raised.
+#pragma once
+
+#include "platform/runtime/RuntimeError.h"
+
+#include <functional>
+#include <QTest>
+
+namespace qor {
+
+struct Case
+{
+    const char* name;
+    QString given;
+    QString expected;
+};
+
+/// Adds the columns "given" and "expected" and a row for each case.
+inline void AddCases(std::initializer_list<Case> cases)
+{
+    QTest::addColumn<QString>("given");
+    QTest::addColumn<QString>("expected");
+    for (const Case& row : cases)
+        QTest::newRow(row.name) << row.given << row.expected;
+}
+
+/// "number: description", or the empty text when the body raised nothing.
+template <typename Body>
+QString RaisedBy(Body&& body)
+{
+    try {
+        std::invoke(std::forward<Body>(body));
+    } catch (const RuntimeError& error) {
+        return u"%1: "_s.arg(static_cast<int>(error.Number())) + error.Description();
+    }
+    return {};
+}
+
+} // namespace qor
