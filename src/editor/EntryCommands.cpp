@@ -191,6 +191,12 @@ void EntryCommands::cmdDirEdit_Click()
     });
 }
 
+void EntryCommands::LeaveEditMode()
+{
+    if (mForm.InEditMode())
+        cmdDirEdit_Click();
+}
+
 void EntryCommands::EndEditMode()
 {
     LVDirectory.SetMultiSelect(true);

@@ -23,6 +23,8 @@ public:
     void cmdDirInsert_Click();
     void cmdDirRemove_Click();
     void cmdDirEdit_Click();
+    /// Ends the in-place edit mode if it is on; every way to commit or to leave the node begins with it.
+    void LeaveEditMode();
     void cmdDirUp_Click();
     void cmdDirDown_Click();
     /// The Delete key removes as the button does, where the button can be pressed.

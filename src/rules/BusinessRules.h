@@ -32,7 +32,26 @@ public:
     /// Whether the general pool has the node; the types 817 and 818 are looked up as message nodes.
     bool IsNodeExisted(EditorForm& form, const QString& nodeTypeId, const QString& nodeNumber);
 
+    /// Tests once per form whether the message nodes exist that the entries name, and offers to create the
+    /// missing ones as copies of message node 0. The status bar is left visible with its last text.
+    void CheckForUnReferencedNodes(EditorForm& form);
+
+    /// Writes the form's node, its general-pool row and all its entries under this number. What ran before a
+    /// failure stays written; everything written is on disk when it returns.
+    void SaveChanges(EditorForm& form, qint16 nodeNumber);
+
 private:
+    /// A node's identity as the commands take it.
+    struct NodeIdentity
+    {
+        QString config;
+        QString partition;
+        QString number;
+    };
+
+    void CreateMessageNode(EditorForm& form, const QString& prompt, const QString& description);
+    void SaveHeader(EditorForm& form, const NodeIdentity& node);
+    void SaveEntries(EditorForm& form, const NodeIdentity& node);
     int FirstFreeNumber(EditorForm& form, int first, int last);
 
     DataBase mDataBase;

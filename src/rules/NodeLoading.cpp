@@ -69,8 +69,9 @@ void ShowHeader(EditorForm& form, const Recordset& node)
     form.txtAccessCode->setText(node.Field(u"AccessCode"_s).toString());
     form.cmbUsePasswords->SetListIndex(WholeNumber(node.Field(u"UsePasswords"_s)) == 1 ? 0 : 1);
     const int prompt = WholeNumber(node.Field(u"StartingPromptNumber"_s)).value_or(0);
-    const bool inList = prompt >= 1 && prompt <= form.cmbMSGNodeNumber->ListCount();
-    form.cmbMSGNodeNumber->SetListIndex(inList ? prompt - 1 : 0);
+    const int highest = form.cmbMSGNodeNumber->ListCount();
+    if (highest > 0)
+        form.cmbMSGNodeNumber->SetListIndex(prompt >= 1 && prompt <= highest ? prompt - 1 : 0);
 }
 
 void ShowPosition(EditorForm& form)

@@ -1,10 +1,12 @@
 #include "service/BusinessRulesObject.h"
 
+#include "editor/LabelCheck.h"
 #include "form/Directory.h"
 #include "form/ModuleState.h"
 #include "platform/runtime/ErrorReport.h"
 #include "platform/ui/Application.h"
 #include "platform/ui/MsgBox.h"
+#include "rules/ConfirmationDialog.h"
 #include "service/frmDIR.h"
 
 #include <array>
@@ -70,6 +72,8 @@ HRESULT BusinessRulesObject::ShowNodeEditor(std::int16_t configId, std::int16_t 
 void BusinessRulesObject::RunEditor(std::int16_t configId, std::int16_t partitionId, std::int16_t nodeNumber)
 {
     InstallErrorBox();
+    AddBuiltInClass(labelCheckId, MakeLabelCheck);
+    AddBuiltInClass(confirmationDialogId, MakeConfirmationDialog);
     std::unique_ptr<frmDIR> form;
     ReportErrors(u"ShowNodeEditor"_s, [&] {
         mRules.IsNewNode = nodeNumber == 0;

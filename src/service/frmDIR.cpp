@@ -18,7 +18,12 @@ constexpr qint16 colouredSubItems = 4; // LastName, FirstName, Extension, Prompt
 } // namespace
 
 frmDIR::Handlers::Handlers(EditorForm& form)
-    : listEvents(form), entryCommands(form, rules, listEvents), entryFields(form), nodeHeader(form)
+    : listEvents(form),
+      entryCommands(form, rules, listEvents),
+      entryFields(form),
+      nodeHeader(form),
+      commit(form, rules, entryCommands),
+      navigation(form, rules, entryCommands, commit)
 {
 }
 
@@ -28,6 +33,8 @@ void frmDIR::ConnectEvents()
     ConnectEntryCommands();
     ConnectEntryFields();
     ConnectNodeHeader();
+    ConnectCommit();
+    ConnectNavigation();
 }
 
 void frmDIR::ConnectList()
@@ -82,6 +89,24 @@ void frmDIR::ConnectNodeHeader()
     OnEvent(cmbMSGNodeNumber, &ComboBox::Click, header, &NodeHeader::cmbMSGNodeNumber_Click);
 }
 
+void frmDIR::ConnectCommit()
+{
+    auto* commit = &mHandlers->commit;
+    OnEvent(cmdApply, &QPushButton::clicked, commit, &Commit::cmdApply_Click);
+    OnEvent(cmdOK, &QPushButton::clicked, commit, &Commit::cmdOK_Click);
+    OnEvent(cmdCancel, &QPushButton::clicked, commit, &Commit::cmdCancel_Click);
+}
+
+void frmDIR::ConnectNavigation()
+{
+    auto* navigation = &mHandlers->navigation;
+    OnEvent(cmdFirst, &QPushButton::clicked, navigation, &RecordNavigation::cmdFirst_Click);
+    OnEvent(cmdPrevious, &QPushButton::clicked, navigation, &RecordNavigation::cmdPrevious_Click);
+    OnEvent(cmbNode, &ComboBox::Click, navigation, &RecordNavigation::cmbNode_Click);
+    OnEvent(cmdNext, &QPushButton::clicked, navigation, &RecordNavigation::cmdNext_Click);
+    OnEvent(cmdLast, &QPushButton::clicked, navigation, &RecordNavigation::cmdLast_Click);
+}
+
 void frmDIR::Form_Load()
 {
     mHandlers = std::make_unique<Handlers>(*this);
@@ -103,8 +128,12 @@ void frmDIR::Form_Activate()
         MsgBox(message, MsgBoxStyle::Information, u"Information"_s);
 }
 
-void frmDIR::Form_Unload(bool& /*cancel*/)
+void frmDIR::Form_Unload(bool& cancel)
 {
+    if (mHandlers->commit.AskToSaveChanges() == MsgBoxAnswer::Cancel) {
+        cancel = true;
+        return;
+    }
     Module().OldListViewProc = SetWindowLongA(LVDirectory->Handle(), GWL_WNDPROC, Module().OldListViewProc);
 }
 

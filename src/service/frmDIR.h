@@ -1,9 +1,11 @@
 // The editor's form: its life from load to unload, and which handler serves which event. It contains no rule.
 #pragma once
 
+#include "editor/Commit.h"
 #include "editor/EntryCommands.h"
 #include "editor/EntryFields.h"
 #include "editor/NodeHeader.h"
+#include "editor/RecordNavigation.h"
 #include "form/DirectoryListEvents.h"
 #include "form/EditorForm.h"
 #include "rules/BusinessRules.h"
@@ -32,6 +34,8 @@ private:
         EntryCommands entryCommands;
         EntryFields entryFields;
         NodeHeader nodeHeader;
+        Commit commit;
+        RecordNavigation navigation;
     };
 
     void ConnectEvents();
@@ -39,6 +43,8 @@ private:
     void ConnectEntryCommands();
     void ConnectEntryFields();
     void ConnectNodeHeader();
+    void ConnectCommit();
+    void ConnectNavigation();
 
     std::unique_ptr<Handlers> mHandlers;
 };

@@ -242,14 +242,14 @@ void RefuseArguments(_BusinessRules& rules)
                             std::uint32_t* bad = nullptr) {
         return rules.Invoke(member, {}, 0, flags, &parameters, nullptr, nullptr, bad);
     };
-    Expect("unknown id", invoke(id + 1, DISPATCH_METHOD, {arguments, nullptr, 3, 0}),
-           DISP_E_MEMBERNOTFOUND);
+    Expect("unknown id", invoke(id + 1, DISPATCH_METHOD, {arguments, nullptr, 3, 0}), DISP_E_MEMBERNOTFOUND);
     Expect("property", invoke(id, 2, {arguments, nullptr, 3, 0}), DISP_E_MEMBERNOTFOUND);
     for (const std::uint32_t count : {0U, 2U, 4U, 0xFFFFFFFFU})
         Expect("count", invoke(id, DISPATCH_METHOD, {arguments, nullptr, count, 0}), DISP_E_BADPARAMCOUNT);
     Expect("named argument", invoke(id, DISPATCH_METHOD, {arguments, &named, 3, 1}), DISP_E_NONAMEDARGS);
     Expect("no arguments", invoke(id, DISPATCH_METHOD, {nullptr, nullptr, 3, 0}), E_POINTER);
-    Expect("no call", rules.Invoke(id, {}, 0, DISPATCH_METHOD, nullptr, nullptr, nullptr, nullptr), E_POINTER);
+    Expect("no call", rules.Invoke(id, {}, 0, DISPATCH_METHOD, nullptr, nullptr, nullptr, nullptr),
+           E_POINTER);
     std::uint32_t bad = 9;
     Expect("text", invoke(id, DISPATCH_METHOD, {arguments, nullptr, 3, 0}, &bad), DISP_E_TYPEMISMATCH);
     Expect("its place", static_cast<HRESULT>(bad), 2);

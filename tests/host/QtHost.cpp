@@ -1,5 +1,5 @@
-// Hosts that use the toolkit themselves, one for each way in which they can be in the component's way or it in
-// theirs. Each prints what it got.
+// Hosts that use the toolkit themselves, one for each way in which they can be in the component's way or it
+// in theirs. Each prints what it got.
 //
 //     QtHost SCENARIO [CALL...]
 #include "Host.h"

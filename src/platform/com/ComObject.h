@@ -73,6 +73,7 @@ public:
         return reinterpret_cast<void**>(&mObject);
     }
     Interface* operator->() const { return mObject; }
+    Interface& operator*() const { return *mObject; }
     explicit operator bool() const { return mObject != nullptr; }
 
 private:

@@ -31,6 +31,7 @@ public:
 
 private:
     friend class Command;
+    friend class DeferredSync;
     struct Engine;
 
     QString mConnectionString;

@@ -16,6 +16,7 @@ enum class ErrorNumber : int {
     InternalError = 51,
     ObjectNotSet = 91,
     KeyNotUnique = 457,
+    CannotCreateObject = 429,
     UnsupportedValueType = 1001,
     Provider = 3000, ///< the database engine or its file
 };

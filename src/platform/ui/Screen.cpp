@@ -31,12 +31,12 @@ constexpr qreal pixelsPerPoint = 96.0 / 72.0;
 
 } // namespace
 
-HourglassPointer::HourglassPointer()
+ScreenPointer::ScreenPointer(Qt::CursorShape shape)
 {
-    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    QGuiApplication::setOverrideCursor(QCursor(shape));
 }
 
-HourglassPointer::~HourglassPointer()
+ScreenPointer::~ScreenPointer()
 {
     QGuiApplication::restoreOverrideCursor();
 }

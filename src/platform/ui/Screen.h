@@ -14,14 +14,27 @@ constexpr int TwipsToPixels(int twips)
     return (twips + 7) / 15;
 }
 
-/// The hourglass pointer for as long as it lives.
-class HourglassPointer
+/// A pointer of this shape for as long as it lives.
+class ScreenPointer
 {
 public:
-    HourglassPointer();
-    ~HourglassPointer();
-    HourglassPointer(const HourglassPointer&) = delete;
-    HourglassPointer& operator=(const HourglassPointer&) = delete;
+    explicit ScreenPointer(Qt::CursorShape shape);
+    ~ScreenPointer();
+    ScreenPointer(const ScreenPointer&) = delete;
+    ScreenPointer& operator=(const ScreenPointer&) = delete;
+};
+
+class HourglassPointer : public ScreenPointer
+{
+public:
+    HourglassPointer() : ScreenPointer(Qt::WaitCursor) {}
+};
+
+/// The default pointer, within the work of an hourglass.
+class DefaultPointer : public ScreenPointer
+{
+public:
+    DefaultPointer() : ScreenPointer(Qt::ArrowCursor) {}
 };
 
 /// The wanted colour where it can be read on the background, else a lighter one of the same hue.

@@ -1,6 +1,7 @@
 #include "platform/ui/StatusBar.h"
 
 #include <QLabel>
+#include <QLayout>
 
 namespace qor {
 
@@ -25,8 +26,10 @@ void StatusBar::SetPanelText(const QString& text)
 {
     mPanel->setText(text);
     setAccessibleDescription(text);
-    if (isVisible())
+    if (isVisible()) {
+        layout()->activate();
         repaint();
+    }
 }
 
 } // namespace qor

@@ -1,0 +1,155 @@
+#include "editor/Commit.h"
+
+#include "editor/EntryCommands.h"
+#include "editor/LabelCheck.h"
+#include "form/BusyForm.h"
+#include "form/EditorForm.h"
+#include "platform/runtime/ErrorReport.h"
+#include "platform/runtime/Numbers.h"
+#include "platform/ui/MsgBox.h"
+#include "rules/BusinessRules.h"
+#include "rules/Validation.h"
+
+namespace qor {
+
+namespace {
+
+bool CanBeSaved(const ListView& list, int row)
+{
+    return !EntryText(list, row, DirectoryColumn::LastName).isEmpty() &&
+           !EntryText(list, row, DirectoryColumn::FirstName).isEmpty() &&
+           IsNumeric(EntryText(list, row, DirectoryColumn::Extension));
+}
+
+bool Contains(const ListBox& list, const QString& text)
+{
+    return SendMessageA(list.Handle(), LB_FINDSTRINGEXACT, 0, reinterpret_cast<qintptr>(&text)) != LB_ERR;
+}
+
+} // namespace
+
+Commit::Commit(EditorForm& form, BusinessRules& rules, EntryCommands& entryCommands)
+    : mForm(form), mRules(rules), mEntryCommands(entryCommands)
+{
+}
+
+void Commit::cmdApply_Click()
+{
+    ReportErrors(u"cmdApply_Click"_s, [&] { RunSequence(); });
+}
+
+void Commit::cmdOK_Click()
+{
+    ReportErrors(u"cmdOK_Click"_s, [&] {
+        mEntryCommands.LeaveEditMode();
+        if (mForm.cmdApply->isEnabled())
+            cmdApply_Click();
+        if (!mForm.cmdApply->isEnabled())
+            mForm.Unload();
+    });
+}
+
+void Commit::cmdCancel_Click()
+{
+    ReportErrors(u"cmdCancel_Click"_s, [&] {
+        mEntryCommands.LeaveEditMode();
+        if (AskToSaveChanges() == MsgBoxAnswer::Cancel)
+            return;
+        mForm.cmdApply->setEnabled(false);
+        mForm.Unload();
+    });
+}
+
+MsgBoxAnswer Commit::AskToSaveChanges()
+{
+    mEntryCommands.LeaveEditMode();
+    if (!mForm.cmdApply->isEnabled())
+        return MsgBoxAnswer::No;
+    const MsgBoxAnswer answer = MsgBox(u"Do you want to save changes?"_s,
+                                       MsgBoxStyle::YesNoCancel | MsgBoxStyle::Question, u"Confirmation"_s);
+    if (answer != MsgBoxAnswer::Yes)
+        return answer;
+    const Outcome outcome = RunSequence();
+    if (outcome == Outcome::LabelRefused)
+        mForm.txtDescription->setFocus();
+    return outcome == Outcome::Saved ? MsgBoxAnswer::Yes : MsgBoxAnswer::Cancel;
+}
+
+/// A save that failed and was reported counts as saved: it cannot be told from one that went well.
+Commit::Outcome Commit::RunSequence()
+{
+    mEntryCommands.LeaveEditMode();
+    if (CheckAccessCode(mForm) != u"OK"_s)
+        return Outcome::AccessCodeRefused;
+    if (!DirectoryMayBeSaved())
+        return Outcome::DirectoryRefused;
+    if (!LabelMayBeSaved())
+        return Outcome::LabelRefused;
+    mRules.SaveChanges(mForm, mForm.NodeNumber());
+    mForm.cmdApply->setEnabled(false);
+    return Outcome::Saved;
+}
+
+bool Commit::DirectoryMayBeSaved()
+{
+    const DirectoryCheck check = CheckDirectoryData();
+    if (check.Sound)
+        return true;
+    if (check.InvalidEntry) {
+        MsgBox(u"Invalid Entry. Please update the directory."_s, MsgBoxStyle::Information, u"Information"_s);
+    } else if (MsgBox(u"Duplicate prompts in Directory. Continue saving?"_s,
+                      MsgBoxStyle::YesNo | MsgBoxStyle::Question, u"Confirmation"_s) == MsgBoxAnswer::Yes) {
+        return true;
+    }
+    ShowRow(check.RowKey);
+    return false;
+}
+
+DirectoryCheck Commit::CheckDirectoryData()
+{
+    const BusyForm busy(mForm);
+    mForm.StatusBar1->SetPanelText(u"Checking Data. Please wait..."_s);
+    mForm.lstPrompts->Clear();
+    const ListView& list = *mForm.LVDirectory;
+    DirectoryCheck check;
+    const int rowCount = list.Items().RowCount();
+    for (int row = 0; row < rowCount && !check.InvalidEntry; ++row) {
+        const QString prompt = EntryText(list, row, DirectoryColumn::Prompt);
+        check.InvalidEntry = !CanBeSaved(list, row);
+        const bool duplicate = !check.InvalidEntry && Contains(*mForm.lstPrompts, prompt);
+        if (check.InvalidEntry || duplicate) {
+            check.Sound = false;
+            check.RowKey = list.Items().Key(row);
+            check.DuplicatePrompt |= duplicate;
+        } else {
+            mForm.lstPrompts->AddItem(prompt);
+        }
+    }
+    mForm.StatusBar1->SetPanelText(QString());
+    return check;
+}
+
+bool Commit::LabelMayBeSaved()
+{
+    const QString label = mForm.txtDescription->text();
+    const auto labelCheck = CreateObject(labelCheckId);
+    if (CallByName(*labelCheck, u"ValidateText"_s, {TextArgument(label)}).boolVal != VARIANT_FALSE)
+        return true;
+    MsgBox(u"Double quotes and continuous single quotes are not allowed in the Label field"_s,
+           MsgBoxStyle::Information, u"Information"_s);
+    return false;
+}
+
+void Commit::ShowRow(const QString& rowKey)
+{
+    ListView& list = *mForm.LVDirectory;
+    ClearSelectionFrom(list, 0);
+    const int row = list.Items().RowOfKey(rowKey);
+    if (row >= 0) {
+        list.SetSelected(row, true);
+        list.EnsureVisible(row);
+    }
+    list.setFocus();
+}
+
+} // namespace qor

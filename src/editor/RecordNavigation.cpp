@@ -1,0 +1,87 @@
+#include "editor/RecordNavigation.h"
+
+#include "editor/Commit.h"
+#include "editor/EntryCommands.h"
+#include "form/EditorForm.h"
+#include "platform/runtime/ErrorReport.h"
+#include "platform/ui/MsgBox.h"
+#include "rules/BusinessRules.h"
+
+namespace qor {
+
+RecordNavigation::RecordNavigation(EditorForm& form, BusinessRules& rules, EntryCommands& entryCommands,
+                                   Commit& commit)
+    : mForm(form), mRules(rules), mEntryCommands(entryCommands), mCommit(commit)
+{
+}
+
+void RecordNavigation::cmdFirst_Click()
+{
+    Move(u"cmdFirst_Click"_s, 0, [](int, int) { return 0; });
+}
+
+void RecordNavigation::cmdPrevious_Click()
+{
+    Move(u"cmdPrevious_Click"_s, 0, [](int index, int) { return index - 1; });
+}
+
+void RecordNavigation::cmdNext_Click()
+{
+    Move(u"cmdNext_Click"_s, mForm.cmbNode->ListCount() - 1, [](int index, int) { return index + 1; });
+}
+
+void RecordNavigation::cmdLast_Click()
+{
+    Move(u"cmdLast_Click"_s, mForm.cmbNode->ListCount() - 1, [](int, int last) { return last; });
+}
+
+/// The mark of changes is cleared before the test for the end, so No at the end keeps the edits on screen as
+/// clean.
+void RecordNavigation::Move(const QString& procedure, int end, int (*target)(int index, int last))
+{
+    ReportErrors(procedure, [&] {
+        mEntryCommands.LeaveEditMode();
+        if (mCommit.AskToSaveChanges() == MsgBoxAnswer::Cancel)
+            return;
+        mForm.cmdApply->setEnabled(false);
+        const int index = mForm.cmbNode->ListIndex();
+        if (index == end)
+            return;
+        mForm.cmbNode->SetListIndex(target(index, mForm.cmbNode->ListCount() - 1));
+        mForm.SetNodeNumber(NodeNumberAt(mForm.cmbNode->ListIndex()));
+    });
+}
+
+void RecordNavigation::cmbNode_Click()
+{
+    ReportErrors(u"cmbNode_Click"_s, [&] {
+        mEntryCommands.LeaveEditMode();
+        const qint16 chosen = NodeNumberAt(mForm.cmbNode->ListIndex());
+        if (chosen == mForm.NodeNumber())
+            return;
+        if (mCommit.AskToSaveChanges() == MsgBoxAnswer::Cancel) {
+            SelectNodeOnDisplay();
+            return;
+        }
+        mRules.LoadData(mForm, chosen);
+        mForm.cmdApply->setEnabled(false);
+        mForm.SetNodeNumber(chosen);
+    });
+}
+
+void RecordNavigation::SelectNodeOnDisplay()
+{
+    for (int index = 0; index < mForm.cmbNode->ListCount(); ++index) {
+        if (NodeNumberAt(index) == mForm.NodeNumber()) {
+            mForm.cmbNode->SetListIndex(index);
+            return;
+        }
+    }
+}
+
+qint16 RecordNavigation::NodeNumberAt(int index) const
+{
+    return static_cast<qint16>(mForm.cmbNode->itemData(index).toInt());
+}
+
+} // namespace qor

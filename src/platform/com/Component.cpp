@@ -1,0 +1,157 @@
+#include "platform/com/Component.h"
+
+#include "platform/runtime/RuntimeError.h"
+#include "platform/shell/Registry.h"
+
+#include <QFileInfo>
+#include <QHash>
+#include <QLibrary>
+#include <QUuid>
+#include <vector>
+
+namespace qor {
+
+namespace {
+
+QHash<QString, MakeObject>& BuiltInClasses()
+{
+    static QHash<QString, MakeObject> classes;
+    return classes;
+}
+
+[[noreturn]] void FailCreation(const QString& programId, const QString& why)
+{
+    throw RuntimeError(ErrorNumber::CannotCreateObject,
+                       u"The component %1 cannot be created: %2"_s.arg(programId, why));
+}
+
+/// The default value of a class key, without its terminating zero; empty when it is not there.
+QString ClassKeyText(const QString& path)
+{
+    const auto key = RegistryKey::Open(RegistryRoot::ClassesRoot, path);
+    const auto value = key ? key->Query({}) : std::nullopt;
+    return value ? QString::fromUtf8(value->data.constData()) : QString();
+}
+
+/// The sentence that says why a registered library is not loaded; nothing when it may be.
+std::optional<QString> PathProblem(const QString& path)
+{
+    constexpr QFileDevice::Permissions writableByOthers = QFileDevice::WriteGroup | QFileDevice::WriteOther;
+    const QFileInfo info(path);
+    if (!info.isAbsolute())
+        return u"its registered library \"%1\" is not an absolute path."_s.arg(path);
+    if (!info.isFile())
+        return u"its registered library %1 does not exist. Register it again."_s.arg(path);
+    if (info.permissions() & writableByOthers) {
+        return u"its registered library %1 can be written by others than its owner. Take that permission away."_s
+            .arg(path);
+    }
+    return std::nullopt;
+}
+
+CLSID ClsidFromText(const QString& text)
+{
+    const QUuid uuid(text);
+    CLSID clsid{uuid.data1, uuid.data2, uuid.data3, {}};
+    std::copy(std::begin(uuid.data4), std::end(uuid.data4), std::begin(clsid.Data4));
+    return clsid;
+}
+
+ComReference<IDispatch> LoadRegistered(const QString& programId, const QString& clsidText)
+{
+    const QString path = ClassKeyText(u"CLSID\\%1\\InprocServer32"_s.arg(clsidText));
+    if (const auto problem = PathProblem(path))
+        FailCreation(programId, *problem);
+    QLibrary library(path);
+    using GetClassObject = HRESULT (*)(const CLSID&, const IID&, void**);
+    const auto getClassObject = reinterpret_cast<GetClassObject>(library.resolve("DllGetClassObject"));
+    if (!getClassObject)
+        FailCreation(programId, library.errorString());
+
+    ComReference<IClassFactory> factory;
+    ComReference<IDispatch> object;
+    if (getClassObject(ClsidFromText(clsidText), IID_IClassFactory, factory.Receive()) != S_OK ||
+        factory->CreateInstance(nullptr, IID_IDispatch, object.Receive()) != S_OK)
+        FailCreation(programId, u"its library %1 does not make it."_s.arg(path));
+    return object;
+}
+
+} // namespace
+
+void AddBuiltInClass(QLatin1String programId, MakeObject make)
+{
+    BuiltInClasses().insert(QString(programId).toLower(), make);
+}
+
+ComReference<IDispatch> CreateObject(const QString& programId)
+{
+    const QString clsid = ClassKeyText(programId + u"\\Clsid"_s);
+    if (!clsid.isEmpty())
+        return LoadRegistered(programId, clsid);
+    const MakeObject make = BuiltInClasses().value(programId.toLower());
+    if (!make)
+        FailCreation(programId, u"it is not registered. Install and register it."_s);
+    ComReference<IDispatch> object;
+    *object.Receive() = make();
+    return object;
+}
+
+VARIANT TextArgument(const QString& text)
+{
+    VARIANT variant{};
+    variant.vt = VT_BSTR;
+    variant.bstrVal = reinterpret_cast<const OLECHAR*>(text.utf16());
+    return variant;
+}
+
+VARIANT IntegerResult(std::int32_t value)
+{
+    VARIANT variant{};
+    variant.vt = VT_I4;
+    variant.lVal = value;
+    return variant;
+}
+
+VARIANT BooleanResult(bool value)
+{
+    VARIANT variant{};
+    variant.vt = VT_BOOL;
+    variant.boolVal = value ? VARIANT_TRUE : VARIANT_FALSE;
+    return variant;
+}
+
+VARIANT CallByName(IDispatch& object, const QString& method, std::initializer_list<VARIANT> arguments)
+{
+    std::u16string name = method.toStdU16String();
+    OLECHAR* names[] = {name.data()};
+    DISPID id = DISPID_UNKNOWN;
+    std::vector<VARIANT> reversed(std::rbegin(arguments), std::rend(arguments));
+    DISPPARAMS parameters{reversed.data(), nullptr, static_cast<std::uint32_t>(reversed.size()), 0};
+    VARIANT result{};
+    const IID none{};
+    HRESULT outcome = object.GetIDsOfNames(none, names, 1, 0, &id);
+    if (outcome == S_OK)
+        outcome = object.Invoke(id, none, 0, DISPATCH_METHOD, &parameters, &result, nullptr, nullptr);
+    if (outcome < 0) {
+        throw RuntimeError(
+            ErrorNumber::CannotCreateObject,
+            u"The component does not run %1 (result %2). Register a component that does."_s.arg(
+                method, QString::number(static_cast<quint32>(outcome), 16)));
+    }
+    return result;
+}
+
+HRESULT TextIn(const DISPPARAMS& arguments, std::uint32_t position, QString& text, std::uint32_t* badArgument)
+{
+    const std::uint32_t stored = arguments.cArgs - 1 - position;
+    const VARIANT& variant = arguments.rgvarg[stored];
+    if (variant.vt != VT_BSTR) {
+        if (badArgument)
+            *badArgument = stored;
+        return DISP_E_TYPEMISMATCH;
+    }
+    text = variant.bstrVal ? QString::fromUtf16(variant.bstrVal) : QString();
+    return S_OK;
+}
+
+} // namespace qor

@@ -1,0 +1,36 @@
+// Components by their programmatic identifier: creation, and calls by name.
+#pragma once
+
+#include "platform/com/ComObject.h"
+#include "platform/runtime/Text.h"
+
+#include <initializer_list>
+#include <QLatin1String>
+
+namespace qor {
+
+/// Makes an object of a built-in class, with one reference.
+using MakeObject = IDispatch* (*)();
+
+/// A class that is there where the registry names none of this identifier.
+void AddBuiltInClass(QLatin1String programId, MakeObject make);
+
+/// A new object of the class: the one that the registry names, loaded from its absolute path, else the
+/// built-in one. Raises RuntimeError when there is neither, or when the registered library cannot be used: a
+/// relative path, a file that others than its owner may write, no class factory.
+ComReference<IDispatch> CreateObject(const QString& programId);
+
+/// A text as an argument; the variant points into the text, which must outlive the call.
+VARIANT TextArgument(const QString& text);
+VARIANT IntegerResult(std::int32_t value);
+VARIANT BooleanResult(bool value);
+
+/// Calls a method by name, the arguments in the order of declaration, and returns its result. Raises
+/// RuntimeError when the object does not know the method or refuses the call.
+VARIANT CallByName(IDispatch& object, const QString& method, std::initializer_list<VARIANT> arguments);
+
+/// The text in argument `position` (from 0) of a late-bound call; DISP_E_TYPEMISMATCH for another type.
+HRESULT TextIn(const DISPPARAMS& arguments, std::uint32_t position, QString& text,
+               std::uint32_t* badArgument);
+
+} // namespace qor

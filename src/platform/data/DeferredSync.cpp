@@ -1,0 +1,73 @@
+#include "platform/data/DeferredSync.h"
+
+#include "platform/data/Engine.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <QFileInfo>
+#include <QSqlQuery>
+#include <unistd.h>
+
+namespace qor {
+
+namespace {
+
+QString Ask(const QSqlDatabase& database, const QString& statement)
+{
+    QSqlQuery query(database);
+    return query.exec(statement) && query.next() ? query.value(0).toString() : QString();
+}
+
+void SyncPath(const QString& path)
+{
+    const int descriptor = open(path.toLocal8Bit().constData(), O_RDONLY | O_CLOEXEC);
+    const bool synced = descriptor >= 0 && fsync(descriptor) == 0;
+    const int error = errno;
+    if (descriptor >= 0)
+        close(descriptor);
+    if (!synced) {
+        throw RuntimeError(ErrorNumber::Provider,
+                           u"%1 cannot be written to disk: %2. Check the disk and save again."_s.arg(
+                               path, QString::fromLocal8Bit(std::strerror(error))));
+    }
+}
+
+} // namespace
+
+DeferredSync::DeferredSync(Connection& connection) : mConnection(connection)
+{
+    mConnection.Open();
+    const QSqlDatabase database = mConnection.mEngine->Database();
+    if (Ask(database, u"PRAGMA journal_mode"_s) != u"wal"_s)
+        return;
+    Ask(database, u"PRAGMA synchronous = NORMAL"_s);
+    mDeferred = true;
+}
+
+DeferredSync::~DeferredSync()
+{
+    try {
+        Finish();
+    } catch (const RuntimeError&) {
+        // Whoever needs to know calls Finish.
+    }
+}
+
+void DeferredSync::Finish()
+{
+    if (!mDeferred)
+        return;
+    mDeferred = false;
+    const Connection::Engine& engine = *mConnection.mEngine;
+    Ask(engine.Database(), u"PRAGMA synchronous = FULL"_s);
+    // The log may be opened and closed beside the engine: its locks are on the other files. The folder is
+    // synced too, because the log itself may be new in it.
+    const QString log = engine.fileName + u"-wal"_s;
+    if (!QFileInfo::exists(log))
+        return;
+    SyncPath(log);
+    SyncPath(QFileInfo(log).absolutePath());
+}
+
+} // namespace qor
