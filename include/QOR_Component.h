@@ -120,9 +120,8 @@ struct IDispatch : IUnknown
     /// none.
     virtual HRESULT GetIDsOfNames(const IID& reserved, OLECHAR** names, std::uint32_t count, LCID locale,
                                   DISPID* ids) = 0;
-    virtual HRESULT Invoke(DISPID member, const IID& reserved, LCID locale, std::uint16_t flags,
-                           DISPPARAMS* arguments, VARIANT* result, EXCEPINFO* exception,
-                           std::uint32_t* badArgument) = 0;
+    virtual HRESULT Invoke(DISPID member, const IID& reserved, LCID locale, std::uint16_t flags, DISPPARAMS* arguments,
+                           VARIANT* result, EXCEPINFO* exception, std::uint32_t* badArgument) = 0;
 
 protected:
     ~IDispatch() = default;

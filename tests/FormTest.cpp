@@ -10,6 +10,7 @@
 
 #include <cmath>
 #include <QAccessible>
+#include <QScopeGuard>
 
 using namespace qor;
 
@@ -127,8 +128,8 @@ double Contrast(const QColor& one, const QColor& other)
         const auto linear = [](double value) {
             return value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
         };
-        return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
-               0.0722 * linear(colour.blueF()) + 0.05;
+        return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF()) +
+               0.05;
     };
     return qMax(light(one), light(other)) / qMin(light(one), light(other));
 }
@@ -214,8 +215,8 @@ private Q_SLOTS:
         QString clicked;
         connect(form.cmdOK, &QPushButton::clicked, this, [&] { clicked += u"OK "_s; });
         connect(form.cmdCancel, &QPushButton::clicked, this, [&] { clicked += u"Cancel "_s; });
-        for (QWidget* from : std::initializer_list<QWidget*>{form.txtDescription, form.cmbMSGNodeNumber,
-                                                             form.cmbNode, form.LVDirectory}) {
+        for (QWidget* from : std::initializer_list<QWidget*>{form.txtDescription, form.cmbMSGNodeNumber, form.cmbNode,
+                                                             form.LVDirectory}) {
             from->setFocus();
             QTest::keyClick(from, Qt::Key_Return);
             QTest::keyClick(from, Qt::Key_Escape);
@@ -280,9 +281,8 @@ private Q_SLOTS:
         events.LVDirectory_ColumnClick(1);
         for (const QString& text : {u"x"_s, QString()}) {
             list.Items().SetText(3, 3, text);
-            BoxScript script{
-                ErrorReport(u"LVDirectory_ColumnClick"_s,
-                            u"Extension of row 4 is \"%1\", which is not a number*"_s.arg(text))};
+            BoxScript script{ErrorReport(u"LVDirectory_ColumnClick"_s,
+                                         u"Extension of row 4 is \"%1\", which is not a number*"_s.arg(text))};
             events.LVDirectory_ColumnClick(3);
             QCOMPARE(StateOf(list), u"1,20,3,x unsorted of 7"_s);
         }
@@ -309,8 +309,7 @@ private Q_SLOTS:
         QCOMPARE(list.SelectedRows(), (std::vector{3, 4}));
         Show(form);
         const QModelIndex shown = list.model()->index(4, static_cast<int>(DirectoryColumn::FirstName));
-        QTest::mouseClick(list.viewport(), Qt::LeftButton, Qt::ControlModifier,
-                          list.visualRect(shown).center());
+        QTest::mouseClick(list.viewport(), Qt::LeftButton, Qt::ControlModifier, list.visualRect(shown).center());
         QCOMPARE(list.SelectedRows(), std::vector{3});
         QVERIFY(list.IsSelected(3) && !list.IsSelected(4));
         ClearSelectionFrom(list, 0);
@@ -330,8 +329,8 @@ private Q_SLOTS:
         form.SetEditMode(true);
         events.LVDirectory_ItemClick(1);
         int column = 1;
-        for (const QWidget* editor : std::initializer_list<QWidget*>{
-                 form.txtLastName, form.txtFirstName, form.txtExtension, form.cmbPromptNumber}) {
+        for (const QWidget* editor : std::initializer_list<QWidget*>{form.txtLastName, form.txtFirstName,
+                                                                     form.txtExtension, form.cmbPromptNumber}) {
             const QRect cell = list.visualRect(list.model()->index(1, column++));
             const QPoint place = list.viewport()->mapTo(form.fraDirectory, cell.topLeft());
             QVERIFY(editor->isVisible());
@@ -347,8 +346,7 @@ private Q_SLOTS:
         QCOMPARE(form.txtFirstName->cursorPosition(), 1);
         form.txtPassword->show();
         form.HideEntryEditors();
-        for (const char* name :
-             {"txtLastName", "txtFirstName", "txtExtension", "cmbPromptNumber", "txtPassword"})
+        for (const char* name : {"txtLastName", "txtFirstName", "txtExtension", "cmbPromptNumber", "txtPassword"})
             QVERIFY2(form.findChild<QWidget*>(QLatin1String(name))->isHidden(), name);
     }
 
@@ -358,14 +356,12 @@ private Q_SLOTS:
         Show(form);
         form.HideNavigation();
         form.CompactLayoutWithoutNavigation();
-        for (const char* name :
-             {"cmdFirst", "cmdPrevious", "cmbNode", "lblRecordPosition", "cmdNext", "cmdLast"})
+        for (const char* name : {"cmdFirst", "cmdPrevious", "cmbNode", "lblRecordPosition", "cmdNext", "cmdLast"})
             QVERIFY2(!form.findChild<QWidget*>(QLatin1String(name))->isVisible(), name);
         QStringList tops;
         for (const QWidget* control : std::initializer_list<QWidget*>{
-                 form.lblLabel, form.txtDescription, form.lblAccessCode, form.txtAccessCode,
-                 form.lblStartingPrompt, form.lblMSG, form.cmbMSGNodeNumber, form.fraDirectory, form.cmdOK,
-                 form.cmdCancel, form.cmdApply})
+                 form.lblLabel, form.txtDescription, form.lblAccessCode, form.txtAccessCode, form.lblStartingPrompt,
+                 form.lblMSG, form.cmbMSGNodeNumber, form.fraDirectory, form.cmdOK, form.cmdCancel, form.cmdApply})
             tops << QString::number(control->y());
         QCOMPARE(tops.join(u' '), u"8 8 32 32 32 32 32 56 400 400 400"_s);
         QTRY_COMPARE(form.height(), 487 - 32);
@@ -376,7 +372,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<QColor>("background");
         QTest::newRow("light") << QColor(Qt::white);
-        QTest::newRow("dark") << QColor(0x20, 0x20, 0x20);
+        QTest::newRow("dark") << QColor(0x40, 0x40, 0x40);
         QTest::newRow("black") << QColor(Qt::black);
     }
     void coloursCanBeRead()
@@ -388,12 +384,13 @@ private Q_SLOTS:
         list.Items().SetForeColor(0, 1, invalidRowColour);
         list.Items().SetForeColor(0, 2, soundRowColour);
         Show(form);
-        const QPalette before = QApplication::palette();
-        QApplication::setPalette(QPalette(background, background));
-        const QPalette hint = form.lblCSVFormat->palette();
+        const auto restore = qScopeGuard([before = QApplication::palette()] { QApplication::setPalette(before); });
+        QPalette palette(background, background);
+        palette.setColor(QPalette::Base, background);
+        QApplication::setPalette(palette);
+        QTRY_COMPARE(list.palette().color(QPalette::Base), background);
         const QImage picture = list.viewport()->grab().toImage();
-        picture.save(u"/tmp/mid-%1.png"_s.arg(background.name().mid(1)));
-        QApplication::setPalette(before);
+        const QPalette hint = form.lblCSVFormat->palette();
         QVERIFY(Contrast(hint.color(QPalette::WindowText), hint.color(QPalette::Window)) >= 3);
         for (const int column : {1, 2}) {
             const QRect cell = list.visualRect(list.model()->index(0, column));

@@ -33,8 +33,8 @@ using FoundColumns = QHash<QString, FoundColumn>; ///< by the name in lower case
 FoundColumns ReadColumns(Connection& connection, const SchemaTable& table)
 {
     FoundColumns found;
-    Recordset columns = Query(connection, u"SELECT name, type, pk FROM pragma_table_info(?1)"_s,
-                              {QString::fromLatin1(table.name)});
+    Recordset columns =
+        Query(connection, u"SELECT name, type, pk FROM pragma_table_info(?1)"_s, {QString::fromLatin1(table.name)});
     for (; !columns.EndOfFile(); columns.MoveNext()) {
         found.insert(columns.Field(0).toString().toLower(),
                      {columns.Field(1).toString().toUpper(), columns.Field(2).toInt()});

@@ -16,8 +16,7 @@ QString InsertText(const SchemaTable& table)
         columns << Quoted(column.name);
         values << u"NULLIF(?%1, char(1))"_s.arg(columns.size());
     }
-    return u"INSERT INTO %1 (%2) VALUES (%3)"_s.arg(Quoted(table.name), columns.join(u", "_s),
-                                                    values.join(u", "_s));
+    return u"INSERT INTO %1 (%2) VALUES (%3)"_s.arg(Quoted(table.name), columns.join(u", "_s), values.join(u", "_s));
 }
 
 Command InsertCommand(Connection& connection, const SchemaTable& table)
@@ -28,10 +27,7 @@ Command InsertCommand(Connection& connection, const SchemaTable& table)
 
 } // namespace
 
-RowWriter::RowWriter(Connection& connection, TableId table)
-    : mInsert(InsertCommand(connection, SchemaEntry(table)))
-{
-}
+RowWriter::RowWriter(Connection& connection, TableId table) : mInsert(InsertCommand(connection, SchemaEntry(table))) {}
 
 void RowWriter::Write(QStringList values)
 {

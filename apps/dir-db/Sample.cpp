@@ -57,9 +57,8 @@ const std::array maxima{
 };
 
 constexpr std::array messageRanges{
-    SampleMessages{mainPartition, 0, 12},  SampleMessages{mainPartition, 14, 26},
-    SampleMessages{mainPartition, 28, 40}, SampleMessages{mainPartition, 43, 49},
-    SampleMessages{mainPartition, 51, 54}, SampleMessages{mainPartition, 56, 60},
+    SampleMessages{mainPartition, 0, 12},  SampleMessages{mainPartition, 14, 26}, SampleMessages{mainPartition, 28, 40},
+    SampleMessages{mainPartition, 43, 49}, SampleMessages{mainPartition, 51, 54}, SampleMessages{mainPartition, 56, 60},
     SampleMessages{withoutMaximum, 0, 6},  SampleMessages{secondConfig, 0, 10},
 };
 
@@ -117,15 +116,13 @@ void SampleWriter::WriteMessage(PartitionKey key, int number)
 {
     const QString numberText = QString::number(number);
     const QString description = number == 0 ? u"Template"_s : u"Message "_s + numberText;
-    const QString waveFile =
-        u"P%1M%2.wav"_s.arg(key.partition, 2, 10, QChar(u'0')).arg(number, 3, 10, QChar(u'0'));
+    const QString waveFile = u"P%1M%2.wav"_s.arg(key.partition, 2, 10, QChar(u'0')).arg(number, 3, 10, QChar(u'0'));
     // MaxLength, OnOff, DTMF, Password, Directory, KELFilename, Comment, SkipCount, Permission, WarningTone,
     // LineAssignment, NodeType, NodeDescription, MSGArchive
-    mNodeMsg.Write(KeyTexts(key) << NODE_TYPE_MSG << numberText << u"180"_s << u"1"_s << u"0123456789*#"_s
-                                 << u""_s << u"Prompts"_s << waveFile << u"Sample"_s << u"0"_s << u"1"_s
-                                 << u"1"_s << u"All"_s << u"MSG"_s << description << u"0"_s);
-    mNodeGeneralPool.Write(KeyTexts(key)
-                           << NODE_TYPE_MSG << numberText << u"MSG"_s << description << dateModified);
+    mNodeMsg.Write(KeyTexts(key) << NODE_TYPE_MSG << numberText << u"180"_s << u"1"_s << u"0123456789*#"_s << u""_s
+                                 << u"Prompts"_s << waveFile << u"Sample"_s << u"0"_s << u"1"_s << u"1"_s << u"All"_s
+                                 << u"MSG"_s << description << u"0"_s);
+    mNodeGeneralPool.Write(KeyTexts(key) << NODE_TYPE_MSG << numberText << u"MSG"_s << description << dateModified);
 }
 
 void SampleWriter::WriteDirectory(const SampleDirectory& directory)
@@ -143,9 +140,8 @@ void SampleWriter::WriteDirectory(const SampleDirectory& directory)
 
 void SampleWriter::WriteEntry(const SampleDirectory& directory, int position)
 {
-    const SampleEntry entry = directory.entries == Entries::Odd
-                                  ? OddEntry(position)
-                                  : OrdinaryEntry(position, directory.lastPrompt);
+    const SampleEntry entry =
+        directory.entries == Entries::Odd ? OddEntry(position) : OrdinaryEntry(position, directory.lastPrompt);
     mDetailDir.Write(KeyTexts(directory.key)
                      << QString::number(directory.number) << QString::number(position + 1) << entry.lastName
                      << entry.firstName << entry.extension << entry.namePrompt << entry.password);

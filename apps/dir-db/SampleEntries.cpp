@@ -99,8 +99,8 @@ int OddEntryCount()
 SampleEntry OddEntry(int position)
 {
     const OddRow& row = oddRows.at(static_cast<std::size_t>(position));
-    return {row.lastName.toString(), row.firstName.toString(), row.extension.toString(),
-            row.namePrompt.toString(), row.password.toString()};
+    return {row.lastName.toString(), row.firstName.toString(), row.extension.toString(), row.namePrompt.toString(),
+            row.password.toString()};
 }
 
 } // namespace qor

@@ -57,9 +57,8 @@ constexpr std::array nodeMsgColumns{
 };
 
 constexpr std::array nodeGeneralPoolColumns{
-    SchemaColumn{"ConfigID", Integer, 1},   SchemaColumn{"PartID", Integer, 2},
-    SchemaColumn{"NodeTypeID", Integer, 3}, SchemaColumn{"NodeNumber", Integer, 4},
-    SchemaColumn{"NodeType", Text},         SchemaColumn{"NodeDescription", Text},
+    SchemaColumn{"ConfigID", Integer, 1},   SchemaColumn{"PartID", Integer, 2}, SchemaColumn{"NodeTypeID", Integer, 3},
+    SchemaColumn{"NodeNumber", Integer, 4}, SchemaColumn{"NodeType", Text},     SchemaColumn{"NodeDescription", Text},
     SchemaColumn{"DateModified", Text},
 };
 

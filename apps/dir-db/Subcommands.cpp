@@ -44,8 +44,8 @@ int RunCheck(const QStringList& arguments)
     const QString& fileName = arguments[0];
     const CheckResult result = CheckDatabase(fileName);
     if (result.reasons.isEmpty()) {
-        PrintLine(u"%1: sound (%2 directory nodes, %3 entries)"_s.arg(
-            fileName, QString::number(result.directoryNodes), QString::number(result.entries)));
+        PrintLine(u"%1: sound (%2 directory nodes, %3 entries)"_s.arg(fileName, QString::number(result.directoryNodes),
+                                                                      QString::number(result.entries)));
         return success;
     }
     PrintError(u"The database %1 is not sound:"_s.arg(fileName));
@@ -71,9 +71,8 @@ int PrintHelp()
     QString text = u"Usage: dir-db COMMAND FILE\n\nMakes and checks configuration databases.\n\n"_s;
     for (const Subcommand& subcommand : subcommands)
         text += u"  %1%2\n"_s.arg(CallOf(subcommand), -24).arg(QString::fromLatin1(subcommand.purpose));
-    text +=
-        u"  %1show this text\n\nA file that exists is never overwritten. The exit code is 0 when all went "
-        "well, 1 when it did not,\n2 when the command line is wrong."_s.arg(u"help"_s, -24);
+    text += u"  %1show this text\n\nA file that exists is never overwritten. The exit code is 0 when all went "
+            "well, 1 when it did not,\n2 when the command line is wrong."_s.arg(u"help"_s, -24);
     PrintLine(text);
     return success;
 }

@@ -77,8 +77,7 @@ void Picture::Take(QDialog& editor)
     if (mTaken)
         out << "Picture: " << mFileName << '\n';
     else
-        QTextStream(stderr) << "dir-host: the picture " << mFileName
-                            << " cannot be written; name another file.\n";
+        QTextStream(stderr) << "dir-host: the picture " << mFileName << " cannot be written; name another file.\n";
     editor.close();
 }
 

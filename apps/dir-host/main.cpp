@@ -46,18 +46,16 @@ Options ReadOptions(const QStringList& arguments)
     parser.addHelpOption();
     parser.addOption({u"config"_s, u"Configuration id."_s, u"id"_s, u"1"_s});
     parser.addOption({u"partition"_s, u"Partition id."_s, u"id"_s, u"1"_s});
-    parser.addOption({u"node"_s, u"Number of the directory node; 0 opens the editor as for a new node."_s,
-                      u"number"_s, u"7"_s});
     parser.addOption(
-        {u"data"_s,
-         u"Folder that holds Quorvanta/KELDAR+/Database/NewDB.mdb, in place of the machine's folder for "
-         u"application data."_s,
-         u"folder"_s});
-    parser.addOption(
-        {u"picture"_s,
-         u"Show the editor, write its picture to this file, print the node and close. Without a display "
-         u"this is done in any case, off screen."_s,
-         u"file"_s});
+        {u"node"_s, u"Number of the directory node; 0 opens the editor as for a new node."_s, u"number"_s, u"7"_s});
+    parser.addOption({u"data"_s,
+                      u"Folder that holds Quorvanta/KELDAR+/Database/NewDB.mdb, in place of the machine's folder for "
+                      u"application data."_s,
+                      u"folder"_s});
+    parser.addOption({u"picture"_s,
+                      u"Show the editor, write its picture to this file, print the node and close. Without a display "
+                      u"this is done in any case, off screen."_s,
+                      u"file"_s});
     if (!parser.parse(arguments))
         FailUsage(parser.errorText() + u'.');
     if (parser.isSet(u"help"_s)) {
@@ -66,8 +64,8 @@ Options ReadOptions(const QStringList& arguments)
     }
     if (!parser.positionalArguments().isEmpty())
         FailUsage(u"\"%1\" is not an option."_s.arg(parser.positionalArguments().constFirst()));
-    return {NumberOption(parser, u"config"_s), NumberOption(parser, u"partition"_s),
-            NumberOption(parser, u"node"_s), parser.value(u"data"_s), parser.value(u"picture"_s)};
+    return {NumberOption(parser, u"config"_s), NumberOption(parser, u"partition"_s), NumberOption(parser, u"node"_s),
+            parser.value(u"data"_s), parser.value(u"picture"_s)};
 }
 
 /// Without a display the editor is drawn off screen and its picture taken.
@@ -96,8 +94,7 @@ bool OpenEditor(const Options& options)
     _BusinessRules* rules = nullptr;
     if (DllGetClassObject(CLSID_BusinessRules, IID_IClassFactory, reinterpret_cast<void**>(&factory)) != S_OK)
         return false;
-    const HRESULT made =
-        factory->CreateInstance(nullptr, IID__BusinessRules, reinterpret_cast<void**>(&rules));
+    const HRESULT made = factory->CreateInstance(nullptr, IID__BusinessRules, reinterpret_cast<void**>(&rules));
     factory->Release();
     if (made != S_OK)
         return false;

@@ -65,8 +65,8 @@ MsgBoxAnswer Commit::AskToSaveChanges()
     mEntryCommands.LeaveEditMode();
     if (!mForm.cmdApply->isEnabled())
         return MsgBoxAnswer::No;
-    const MsgBoxAnswer answer = MsgBox(u"Do you want to save changes?"_s,
-                                       MsgBoxStyle::YesNoCancel | MsgBoxStyle::Question, u"Confirmation"_s);
+    const MsgBoxAnswer answer =
+        MsgBox(u"Do you want to save changes?"_s, MsgBoxStyle::YesNoCancel | MsgBoxStyle::Question, u"Confirmation"_s);
     if (answer != MsgBoxAnswer::Yes)
         return answer;
     const Outcome outcome = RunSequence();
@@ -97,8 +97,8 @@ bool Commit::DirectoryMayBeSaved()
         return true;
     if (check.InvalidEntry) {
         MsgBox(u"Invalid Entry. Please update the directory."_s, MsgBoxStyle::Information, u"Information"_s);
-    } else if (MsgBox(u"Duplicate prompts in Directory. Continue saving?"_s,
-                      MsgBoxStyle::YesNo | MsgBoxStyle::Question, u"Confirmation"_s) == MsgBoxAnswer::Yes) {
+    } else if (MsgBox(u"Duplicate prompts in Directory. Continue saving?"_s, MsgBoxStyle::YesNo | MsgBoxStyle::Question,
+                      u"Confirmation"_s) == MsgBoxAnswer::Yes) {
         return true;
     }
     ShowRow(check.RowKey);
@@ -135,8 +135,8 @@ bool Commit::LabelMayBeSaved()
     const auto labelCheck = CreateObject(labelCheckId);
     if (CallByName(*labelCheck, u"ValidateText"_s, {TextArgument(label)}).boolVal != VARIANT_FALSE)
         return true;
-    MsgBox(u"Double quotes and continuous single quotes are not allowed in the Label field"_s,
-           MsgBoxStyle::Information, u"Information"_s);
+    MsgBox(u"Double quotes and continuous single quotes are not allowed in the Label field"_s, MsgBoxStyle::Information,
+           u"Information"_s);
     return false;
 }
 

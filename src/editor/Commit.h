@@ -14,11 +14,10 @@ enum class MsgBoxAnswer;
 /// What CheckDirectoryData found.
 struct DirectoryCheck
 {
-    bool Sound = true;         ///< the directory may be saved without asking
-    QString RowKey;            ///< the row that is to be shown
-    bool InvalidEntry = false; ///< that row cannot be saved
-    bool DuplicatePrompt =
-        false; ///< prompts are used twice; that row is the last of them, unless InvalidEntry
+    bool Sound = true;            ///< the directory may be saved without asking
+    QString RowKey;               ///< the row that is to be shown
+    bool InvalidEntry = false;    ///< that row cannot be saved
+    bool DuplicatePrompt = false; ///< prompts are used twice; that row is the last of them, unless InvalidEntry
 };
 
 class Commit

@@ -20,8 +20,8 @@ EntryCommands::EntryCommands(EditorForm& form, BusinessRules& rules, DirectoryLi
 bool EntryCommands::MayAddEntry()
 {
     if (mForm.cmbPromptNumber->ListCount() == 0) {
-        MsgBox(u"Please check the \"Max Number of each Node\" in Partition Settings."_s,
-               MsgBoxStyle::Information, u"Information"_s);
+        MsgBox(u"Please check the \"Max Number of each Node\" in Partition Settings."_s, MsgBoxStyle::Information,
+               u"Information"_s);
         return false;
     }
     // Equality on purpose: an import may have left more rows, and those are not stopped here.
@@ -31,14 +31,6 @@ bool EntryCommands::MayAddEntry()
         return false;
     }
     return true;
-}
-
-QString EntryCommands::NextPrompt()
-{
-    if (LVDirectory.Items().RowCount() == 0)
-        mRules.GetNextAvailableMSGNODENUMBER(mForm, true);
-    const qint16 number = mRules.GetNextAvailableMSGNODENUMBER(mForm, false);
-    return QString::number(number == 0 ? 1 : number);
 }
 
 void EntryCommands::cmdDirAdd_Click()
@@ -82,7 +74,7 @@ void EntryCommands::InsertNewRow(int position)
     mForm.cmbPromptNumber->SetListIndex(0);
     ListItems& items = LVDirectory.Items();
     const int number = items.RowCount() + 1;
-    items.Insert(position, EntryRow(number, {QString(), QString(), u"1"_s, NextPrompt(), u"1"_s}));
+    items.Insert(position, EntryRow(number, {QString(), QString(), u"1"_s, mRules.PromptForNewRow(mForm), u"1"_s}));
 
     const int row = items.RowOfKey(RowKey(number));
     SelectAndShow(row);

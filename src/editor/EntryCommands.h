@@ -32,7 +32,6 @@ public:
 
 private:
     bool MayAddEntry();
-    QString NextPrompt();
     void InsertNewRow(int position);
     void SelectAndShow(int row);
     void Renumber();

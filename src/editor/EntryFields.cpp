@@ -51,15 +51,13 @@ bool EntryFields::TakeText(TextBox& field, bool (*admits)(QChar), DirectoryColum
 {
     if (!FilterField(field, admits))
         return false;
-    mForm.LVDirectory->Items().SetText(mForm.LVDirectory->SelectedItem(), static_cast<int>(column),
-                                       field.text());
+    mForm.LVDirectory->Items().SetText(mForm.LVDirectory->SelectedItem(), static_cast<int>(column), field.text());
     return true;
 }
 
 void EntryFields::ClearMarkOfSoundRow()
 {
-    if (SelectedText(DirectoryColumn::LastName).isEmpty() ||
-        SelectedText(DirectoryColumn::FirstName).isEmpty() ||
+    if (SelectedText(DirectoryColumn::LastName).isEmpty() || SelectedText(DirectoryColumn::FirstName).isEmpty() ||
         !IsNumeric(SelectedText(DirectoryColumn::Extension)))
         return;
     const int row = mForm.LVDirectory->SelectedItem();
@@ -91,8 +89,7 @@ void EntryFields::cmbPromptNumber_Click()
         ListView& list = *mForm.LVDirectory;
         const int row = list.SelectedItem();
         if (row >= 0 && list.IsSelected(row))
-            list.Items().SetText(row, static_cast<int>(DirectoryColumn::Prompt),
-                                 mForm.cmbPromptNumber->Text());
+            list.Items().SetText(row, static_cast<int>(DirectoryColumn::Prompt), mForm.cmbPromptNumber->Text());
     });
 }
 
@@ -118,26 +115,22 @@ void EntryFields::txtPassword_GotFocus()
 
 void EntryFields::txtLastName_LostFocus()
 {
-    ReportErrors(u"txtLastName_LostFocus"_s,
-                 [&] { RestoreIfEmpty(*mForm.txtLastName, DirectoryColumn::LastName); });
+    ReportErrors(u"txtLastName_LostFocus"_s, [&] { RestoreIfEmpty(*mForm.txtLastName, DirectoryColumn::LastName); });
 }
 
 void EntryFields::txtFirstName_LostFocus()
 {
-    ReportErrors(u"txtFirstName_LostFocus"_s,
-                 [&] { RestoreIfEmpty(*mForm.txtFirstName, DirectoryColumn::FirstName); });
+    ReportErrors(u"txtFirstName_LostFocus"_s, [&] { RestoreIfEmpty(*mForm.txtFirstName, DirectoryColumn::FirstName); });
 }
 
 void EntryFields::txtExtension_LostFocus()
 {
-    ReportErrors(u"txtExtension_LostFocus"_s,
-                 [&] { RestoreIfEmpty(*mForm.txtExtension, DirectoryColumn::Extension); });
+    ReportErrors(u"txtExtension_LostFocus"_s, [&] { RestoreIfEmpty(*mForm.txtExtension, DirectoryColumn::Extension); });
 }
 
 void EntryFields::txtPassword_LostFocus()
 {
-    ReportErrors(u"txtPassword_LostFocus"_s,
-                 [&] { RestoreIfEmpty(*mForm.txtPassword, DirectoryColumn::Password); });
+    ReportErrors(u"txtPassword_LostFocus"_s, [&] { RestoreIfEmpty(*mForm.txtPassword, DirectoryColumn::Password); });
 }
 
 void EntryFields::RestoreIfEmpty(TextBox& field, DirectoryColumn column)

@@ -17,8 +17,7 @@ public:
     LabelCheck() : DispatchObject(IID_IDispatch, members) {}
 
 protected:
-    HRESULT Call(DISPID /*member*/, const DISPPARAMS& arguments, VARIANT* result,
-                 std::uint32_t* badArgument) override
+    HRESULT Call(DISPID /*member*/, const DISPPARAMS& arguments, VARIANT* result, std::uint32_t* badArgument) override
     {
         QString text;
         if (const HRESULT problem = TextIn(arguments, 0, text, badArgument); problem != S_OK)

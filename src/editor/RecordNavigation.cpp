@@ -9,8 +9,7 @@
 
 namespace qor {
 
-RecordNavigation::RecordNavigation(EditorForm& form, BusinessRules& rules, EntryCommands& entryCommands,
-                                   Commit& commit)
+RecordNavigation::RecordNavigation(EditorForm& form, BusinessRules& rules, EntryCommands& entryCommands, Commit& commit)
     : mForm(form), mRules(rules), mEntryCommands(entryCommands), mCommit(commit)
 {
 }

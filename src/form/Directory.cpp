@@ -53,8 +53,7 @@ QString RowKey(int number)
 ListRow EntryRow(int number, const DirectoryEntry& entry)
 {
     return {RowKey(number),
-            {QString::number(number), entry.LastName, entry.FirstName, entry.Extension, entry.Prompt,
-             entry.Password},
+            {QString::number(number), entry.LastName, entry.FirstName, entry.Extension, entry.Prompt, entry.Password},
             {}};
 }
 

@@ -46,8 +46,7 @@ void DirectoryListEvents::LVDirectory_MouseUp()
 {
     // The report names another list; those who read reports know it by that name.
     ReportErrors(u"LVActions_MouseUp"_s, [&] {
-        for (TextBox* editor :
-             {mForm.txtLastName, mForm.txtFirstName, mForm.txtExtension, mForm.txtPassword}) {
+        for (TextBox* editor : {mForm.txtLastName, mForm.txtFirstName, mForm.txtExtension, mForm.txtPassword}) {
             if (!editor->isHidden())
                 editor->end(false);
         }

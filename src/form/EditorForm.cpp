@@ -37,8 +37,8 @@ EditorForm::EditorForm()
     SetUpColours();
     FixSize(height());
     StatusBar1->hide();
-    for (QWidget* editor : std::initializer_list<QWidget*>{txtLastName, txtFirstName, txtExtension,
-                                                           cmbPromptNumber, txtPassword})
+    for (QWidget* editor :
+         std::initializer_list<QWidget*>{txtLastName, txtFirstName, txtExtension, cmbPromptNumber, txtPassword})
         editor->raise();
 }
 
@@ -110,8 +110,7 @@ void EditorForm::LayOver(QWidget& editor, int row, DirectoryColumn column)
 {
     const int index = static_cast<int>(column);
     const QRect rowRect = LVDirectory->RowRect(row);
-    const QRect cell(LVDirectory->ColumnLeft(index), rowRect.top(), LVDirectory->columnWidth(index),
-                     rowRect.height());
+    const QRect cell(LVDirectory->ColumnLeft(index), rowRect.top(), LVDirectory->columnWidth(index), rowRect.height());
     const QRect shown = cell & rowRect; // a column scrolled out sideways is cut at the list's edge
     editor.setGeometry(shown.translated(LVDirectory->pos()));
     editor.setVisible(shown.isValid());
@@ -142,8 +141,7 @@ void EditorForm::CompactLayoutWithoutNavigation()
     MoveToTop(lblLabel, cmdFirst->y());
     MoveToTop(txtDescription, lblLabel->y());
     MoveToTop(lblAccessCode, lblAccessCode->y() - gap);
-    for (QWidget* control :
-         std::initializer_list<QWidget*>{txtAccessCode, lblStartingPrompt, lblMSG, cmbMSGNodeNumber})
+    for (QWidget* control : std::initializer_list<QWidget*>{txtAccessCode, lblStartingPrompt, lblMSG, cmbMSGNodeNumber})
         MoveToTop(control, lblAccessCode->y());
     for (QWidget* control : std::initializer_list<QWidget*>{fraDirectory, cmdOK, cmdCancel, cmdApply})
         MoveToTop(control, control->y() - gap);

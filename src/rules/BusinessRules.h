@@ -8,6 +8,9 @@ namespace qor {
 
 class EditorForm;
 
+/// The numbers of a partition's message nodes, in ascending order.
+using MessageNodeNumbers = std::vector<int>;
+
 class BusinessRules
 {
 public:
@@ -25,9 +28,17 @@ public:
     /// Fills the form with a directory node. False, after a notice, when the node does not exist.
     bool LoadData(EditorForm& form, qint16 nodeNumber);
 
-    /// A free message-node number, or 0 when there is none. Successive calls count up from the starting
-    /// prompt and wrap at the partition's maximum. With reset it restarts that count and returns 0.
-    qint16 GetNextAvailableMSGNODENUMBER(EditorForm& form, bool reset);
+    /// A free message-node number, or 0 when there is none. Successive calls count up from the starting prompt and
+    /// wrap at the partition's maximum. With reset it restarts that count and returns 0.
+    /// used: the numbers in use, where the caller has read them for many calls; otherwise they are read.
+    qint16 GetNextAvailableMSGNODENUMBER(EditorForm& form, bool reset, const MessageNodeNumbers* used = nullptr);
+
+    /// The prompt of a row that is about to be added: the next free number, or "1" when there is none. An empty list
+    /// restarts the count.
+    QString PromptForNewRow(EditorForm& form, const MessageNodeNumbers* used = nullptr);
+
+    /// Raises RuntimeError when they cannot be read.
+    MessageNodeNumbers UsedMessageNodeNumbers(EditorForm& form);
 
     /// Whether the general pool has the node; the types 817 and 818 are looked up as message nodes.
     bool IsNodeExisted(EditorForm& form, const QString& nodeTypeId, const QString& nodeNumber);
@@ -52,7 +63,6 @@ private:
     void CreateMessageNode(EditorForm& form, const QString& prompt, const QString& description);
     void SaveHeader(EditorForm& form, const NodeIdentity& node);
     void SaveEntries(EditorForm& form, const NodeIdentity& node);
-    int FirstFreeNumber(EditorForm& form, int first, int last);
 
     DataBase mDataBase;
     int mLastMSGNodeNumber = 0;

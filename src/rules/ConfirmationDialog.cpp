@@ -79,8 +79,7 @@ public:
     ConfirmationDialog() : DispatchObject(IID_IDispatch, members) {}
 
 protected:
-    HRESULT Call(DISPID /*member*/, const DISPPARAMS& arguments, VARIANT* result,
-                 std::uint32_t* badArgument) override
+    HRESULT Call(DISPID /*member*/, const DISPPARAMS& arguments, VARIANT* result, std::uint32_t* badArgument) override
     {
         QString text;
         QString title;

@@ -3,11 +3,29 @@
 #include "platform/runtime/Numbers.h"
 #include "rules/BusinessRules.h"
 
+#include <algorithm>
 #include <array>
 
 namespace qor {
 
-qint16 BusinessRules::GetNextAvailableMSGNODENUMBER(EditorForm& form, bool reset)
+namespace {
+
+/// The first of the numbers first..last that no message node has, or 0. The numbers in use come sorted, so
+/// one walk over them finds it.
+int FirstFreeNumber(const MessageNodeNumbers& used, int first, int last)
+{
+    int candidate = first;
+    for (auto number = std::lower_bound(used.begin(), used.end(), first); number != used.end(); ++number) {
+        if (*number > candidate)
+            break;
+        candidate = *number + 1;
+    }
+    return candidate <= last ? candidate : 0;
+}
+
+} // namespace
+
+qint16 BusinessRules::GetNextAvailableMSGNODENUMBER(EditorForm& form, bool reset, const MessageNodeNumbers* used)
 {
     return ReportErrors(u"GetNextAvailableMSGNODENUMBER"_s, [&]() -> qint16 {
         if (reset) {
@@ -23,28 +41,31 @@ qint16 BusinessRules::GetNextAvailableMSGNODENUMBER(EditorForm& form, bool reset
             return 0;
         const int highest = form.cmbPromptNumber->List(count - 1).toInt();
         mLastMSGNodeNumber = mLastMSGNodeNumber == highest ? 1 : mLastMSGNodeNumber + 1;
-        const int free = FirstFreeNumber(form, mLastMSGNodeNumber, highest);
+        const int free = used ? FirstFreeNumber(*used, mLastMSGNodeNumber, highest)
+                              : FirstFreeNumber(UsedMessageNodeNumbers(form), mLastMSGNodeNumber, highest);
         if (free > 0)
             mLastMSGNodeNumber = free;
         return static_cast<qint16>(free);
     });
 }
 
-/// The first of the numbers first..last that no message node has, or 0. The numbers in use come sorted, so
-/// one walk over them finds it.
-int BusinessRules::FirstFreeNumber(EditorForm& form, int first, int last)
+QString BusinessRules::PromptForNewRow(EditorForm& form, const MessageNodeNumbers* used)
 {
-    Recordset used = mDataBase.Open(CommandId::Get_All_Existing_MSG_NodeNumber,
+    if (form.LVDirectory->Items().RowCount() == 0)
+        GetNextAvailableMSGNODENUMBER(form, true);
+    const qint16 number = GetNextAvailableMSGNODENUMBER(form, false, used);
+    return QString::number(number == 0 ? 1 : number);
+}
+
+MessageNodeNumbers BusinessRules::UsedMessageNodeNumbers(EditorForm& form)
+{
+    Recordset rows = mDataBase.Open(CommandId::Get_All_Existing_MSG_NodeNumber,
                                     {QString::number(form.ConfigID()), QString::number(form.PartitionID())});
-    int candidate = first;
-    for (; !used.EndOfFile() && candidate <= last; used.MoveNext()) {
-        const int number = used.Field(0).toInt();
-        if (number > candidate)
-            break;
-        if (number == candidate)
-            ++candidate;
-    }
-    return candidate <= last ? candidate : 0;
+    MessageNodeNumbers numbers;
+    numbers.reserve(static_cast<std::size_t>(rows.RecordCount()));
+    for (; !rows.EndOfFile(); rows.MoveNext())
+        numbers.push_back(rows.Field(0).toInt());
+    return numbers;
 }
 
 bool BusinessRules::IsNodeExisted(EditorForm& form, const QString& nodeTypeId, const QString& nodeNumber)
@@ -54,10 +75,9 @@ bool BusinessRules::IsNodeExisted(EditorForm& form, const QString& nodeTypeId, c
         const double type = NumberFromText(nodeTypeId).value_or(0);
         const bool isMessageNode =
             std::find(messageNodeKinds.begin(), messageNodeKinds.end(), type) != messageNodeKinds.end();
-        const Recordset node =
-            mDataBase.Open(CommandId::Get_Description,
-                           {QString::number(form.ConfigID()), QString::number(form.PartitionID()),
-                            isMessageNode ? NODE_TYPE_MSG : nodeTypeId, nodeNumber});
+        const Recordset node = mDataBase.Open(CommandId::Get_Description,
+                                              {QString::number(form.ConfigID()), QString::number(form.PartitionID()),
+                                               isMessageNode ? NODE_TYPE_MSG : nodeTypeId, nodeNumber});
         return !node.EndOfFile();
     });
 }

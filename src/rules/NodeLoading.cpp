@@ -55,10 +55,10 @@ std::vector<ListRow> ReadEntries(Recordset& entries)
     rows.reserve(static_cast<std::size_t>(entries.RecordCount()));
     for (; !entries.EndOfFile(); entries.MoveNext()) {
         const auto number = static_cast<int>(rows.size()) + 1;
-        rows.push_back(EntryRow(
-            number, {TextOr(entries.Field(lastName), unknown), TextOr(entries.Field(firstName), unknown),
-                     TextOr(entries.Field(extension), one), PromptText(entries.Field(namePrompt)),
-                     TextOr(entries.Field(password), one)}));
+        rows.push_back(
+            EntryRow(number, {TextOr(entries.Field(lastName), unknown), TextOr(entries.Field(firstName), unknown),
+                              TextOr(entries.Field(extension), one), PromptText(entries.Field(namePrompt)),
+                              TextOr(entries.Field(password), one)}));
     }
     return rows;
 }
@@ -76,8 +76,7 @@ void ShowHeader(EditorForm& form, const Recordset& node)
 
 void ShowPosition(EditorForm& form)
 {
-    form.lblRecordPosition->setText(
-        u"%1 of %2"_s.arg(form.cmbNode->ListIndex() + 1).arg(form.cmbNode->ListCount()));
+    form.lblRecordPosition->setText(u"%1 of %2"_s.arg(form.cmbNode->ListIndex() + 1).arg(form.cmbNode->ListCount()));
     form.EnableNavigationButtons();
 }
 
@@ -116,10 +115,10 @@ bool BusinessRules::LoadPromptMSGNodeNumber(EditorForm& form)
         Recordset maxima =
             mDataBase.Open(CommandId::Get_Specific_Node_Type_Max,
                            {DecimalText(form.ConfigID()), DecimalText(form.PartitionID()), NODE_TYPE_MSG});
-        const qint16 highest = maxima.EndOfFile() ? qint16{0}
-                                                  : Int16FromField(maxima.Field(u"Max_number"_s),
-                                                                   u"Max_number of the message nodes"_s)
-                                                        .value_or(0);
+        const qint16 highest =
+            maxima.EndOfFile()
+                ? qint16{0}
+                : Int16FromField(maxima.Field(u"Max_number"_s), u"Max_number of the message nodes"_s).value_or(0);
         maxima.Close();
         if (highest <= 0) {
             Module().PendingMessage =
@@ -140,8 +139,7 @@ bool BusinessRules::LoadData(EditorForm& form, qint16 nodeNumber)
         const QString config = DecimalText(form.ConfigID());
         const QString partition = DecimalText(form.PartitionID());
         const QString number = DecimalText(nodeNumber);
-        const Recordset node =
-            mDataBase.Open(CommandId::Get_DIR_Node, {config, partition, number, NODE_TYPE_DIR});
+        const Recordset node = mDataBase.Open(CommandId::Get_DIR_Node, {config, partition, number, NODE_TYPE_DIR});
         if (node.EndOfFile()) {
             hourglass.reset();
             MsgBox(u"DIR %1 doesn't exist."_s.arg(number), MsgBoxStyle::Information, u"Information"_s);

@@ -39,9 +39,8 @@ void BusinessRules::SaveHeader(EditorForm& form, const NodeIdentity& node)
     mDataBase.Execute(CommandId::Update_DIR_Node,
                       {description, usePasswords, form.txtAccessCode->text(), form.cmbMSGNodeNumber->Text(),
                        node.config, node.partition, node.number});
-    mDataBase.Execute(CommandId::Update_Node_General_Pool,
-                      {description, GeneralDateText(QDateTime::currentDateTime()), node.config,
-                       node.partition, NODE_TYPE_DIR, node.number});
+    mDataBase.Execute(CommandId::Update_Node_General_Pool, {description, GeneralDateText(QDateTime::currentDateTime()),
+                                                            node.config, node.partition, NODE_TYPE_DIR, node.number});
 }
 
 void BusinessRules::SaveEntries(EditorForm& form, const NodeIdentity& node)
@@ -49,13 +48,12 @@ void BusinessRules::SaveEntries(EditorForm& form, const NodeIdentity& node)
     const ListView& list = *form.LVDirectory;
     const int rowCount = list.Items().RowCount();
     for (int row = 0; row < rowCount; ++row) {
-        mDataBase.Execute(CommandId::Add_Detail_DIR,
-                          {node.config, node.partition, QString::number(row + 1), node.number,
-                           EntryText(list, row, DirectoryColumn::FirstName),
-                           EntryText(list, row, DirectoryColumn::LastName),
-                           EntryText(list, row, DirectoryColumn::Extension),
-                           EntryText(list, row, DirectoryColumn::Prompt),
-                           EntryText(list, row, DirectoryColumn::Password)});
+        mDataBase.Execute(CommandId::Add_Detail_DIR, {node.config, node.partition, QString::number(row + 1),
+                                                      node.number, EntryText(list, row, DirectoryColumn::FirstName),
+                                                      EntryText(list, row, DirectoryColumn::LastName),
+                                                      EntryText(list, row, DirectoryColumn::Extension),
+                                                      EntryText(list, row, DirectoryColumn::Prompt),
+                                                      EntryText(list, row, DirectoryColumn::Password)});
     }
 }
 

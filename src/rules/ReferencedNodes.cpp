@@ -32,8 +32,8 @@ QString WaveFileName(qint16 partition, const QString& prompt)
 QString NodeDescription(const ListView& list, int row)
 {
     constexpr qsizetype highestLength = 31;
-    const QString name = EntryText(list, row, DirectoryColumn::FirstName) + u' ' +
-                         EntryText(list, row, DirectoryColumn::LastName);
+    const QString name =
+        EntryText(list, row, DirectoryColumn::FirstName) + u' ' + EntryText(list, row, DirectoryColumn::LastName);
     return name.left(highestLength);
 }
 
@@ -41,8 +41,7 @@ ConfirmationAnswer AskToCreate(IDispatch& dialog, const QString& prompt)
 {
     const DefaultPointer pointer;
     const QString text =
-        u"MSG %1 is referenced but it does not exist.\r\nDo you want to auto create node 'MSG %1'?"_s.arg(
-            prompt);
+        u"MSG %1 is referenced but it does not exist.\r\nDo you want to auto create node 'MSG %1'?"_s.arg(prompt);
     const QString title = u"Confirmation"_s;
     const VARIANT answer = CallByName(dialog, u"Ask"_s, {TextArgument(text), TextArgument(title)});
     return static_cast<ConfirmationAnswer>(answer.lVal);
@@ -92,8 +91,8 @@ void BusinessRules::CreateMessageNode(EditorForm& form, const QString& prompt, c
 {
     const QString config = QString::number(form.ConfigID());
     const QString partition = QString::number(form.PartitionID());
-    mDataBase.Execute(CommandId::Duplicate_MSG_Node, {prompt, WaveFileName(form.PartitionID(), prompt),
-                                                      description, config, partition, templateNode});
+    mDataBase.Execute(CommandId::Duplicate_MSG_Node,
+                      {prompt, WaveFileName(form.PartitionID(), prompt), description, config, partition, templateNode});
     mDataBase.Execute(CommandId::Duplicate_Node_In_General_Pool,
                       {prompt, description, GeneralDateText(QDateTime::currentDateTime()), config, partition,
                        templateNode, NODE_TYPE_MSG});

@@ -49,8 +49,8 @@ private:
 
 BusinessRulesObject::BusinessRulesObject() : DispatchObject(IID__BusinessRules, members) {}
 
-HRESULT BusinessRulesObject::ShowNodeEditor(std::int16_t configId, std::int16_t partitionId,
-                                            std::int16_t nodeNumber, VARIANT_BOOL* result)
+HRESULT BusinessRulesObject::ShowNodeEditor(std::int16_t configId, std::int16_t partitionId, std::int16_t nodeNumber,
+                                            VARIANT_BOOL* result)
 {
     if (result)
         *result = VARIANT_FALSE;

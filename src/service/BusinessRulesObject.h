@@ -16,8 +16,7 @@ public:
                            VARIANT_BOOL* result) override;
 
 protected:
-    HRESULT Call(DISPID member, const DISPPARAMS& arguments, VARIANT* result,
-                 std::uint32_t* badArgument) override;
+    HRESULT Call(DISPID member, const DISPPARAMS& arguments, VARIANT* result, std::uint32_t* badArgument) override;
 
 private:
     void RunEditor(std::int16_t configId, std::int16_t partitionId, std::int16_t nodeNumber);

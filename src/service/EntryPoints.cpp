@@ -95,8 +95,7 @@ HRESULT DllCanUnloadNow()
 HRESULT DllRegisterServer()
 {
     try {
-        return qor::Outcome(
-            qor::RegisterClass({CLSID_BusinessRules, qor::ProgramId(), qor::OwnLibraryPath()}));
+        return qor::Outcome(qor::RegisterClass({CLSID_BusinessRules, qor::ProgramId(), qor::OwnLibraryPath()}));
     } catch (...) {
         return SELFREG_E_CLASS;
     }

@@ -23,7 +23,9 @@ frmDIR::Handlers::Handlers(EditorForm& form)
       entryFields(form),
       nodeHeader(form),
       commit(form, rules, entryCommands),
-      navigation(form, rules, entryCommands, commit)
+      navigation(form, rules, entryCommands, commit),
+      directoryImport(form, rules, entryCommands),
+      directoryExport(form)
 {
 }
 
@@ -35,6 +37,7 @@ void frmDIR::ConnectEvents()
     ConnectNodeHeader();
     ConnectCommit();
     ConnectNavigation();
+    ConnectInterchange();
 }
 
 void frmDIR::ConnectList()
@@ -42,8 +45,7 @@ void frmDIR::ConnectList()
     auto* events = &mHandlers->listEvents;
     OnEvent(LVDirectory, &ListView::ItemClick, events, &DirectoryListEvents::LVDirectory_ItemClick);
     OnEvent(LVDirectory, &ListView::MouseUp, events, &DirectoryListEvents::LVDirectory_MouseUp);
-    OnEvent(LVDirectory, &ListView::HorizontalScroll, events,
-            &DirectoryListEvents::LVDirectory_HorizontalScroll);
+    OnEvent(LVDirectory, &ListView::HorizontalScroll, events, &DirectoryListEvents::LVDirectory_HorizontalScroll);
     OnEvent(LVDirectory, &ListView::ColumnClick, events, &DirectoryListEvents::LVDirectory_ColumnClick);
     OnEvent(LVDirectory, &ListView::KeyPress, events, &DirectoryListEvents::LVDirectory_KeyPress);
     OnEvent(LVDirectory, &ListView::KeyDown, &mHandlers->entryCommands, &EntryCommands::LVDirectory_KeyDown);
@@ -105,6 +107,13 @@ void frmDIR::ConnectNavigation()
     OnEvent(cmbNode, &ComboBox::Click, navigation, &RecordNavigation::cmbNode_Click);
     OnEvent(cmdNext, &QPushButton::clicked, navigation, &RecordNavigation::cmdNext_Click);
     OnEvent(cmdLast, &QPushButton::clicked, navigation, &RecordNavigation::cmdLast_Click);
+}
+
+void frmDIR::ConnectInterchange()
+{
+    OnEvent(cmdOpenCSVFilename, &QPushButton::clicked, &mHandlers->directoryImport,
+            &DirectoryImport::cmdOpenCSVFilename_Click);
+    OnEvent(cmdDirSaveList, &QPushButton::clicked, &mHandlers->directoryExport, &DirectoryExport::cmdDirSaveList_Click);
 }
 
 void frmDIR::Form_Load()

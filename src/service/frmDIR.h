@@ -8,6 +8,8 @@
 #include "editor/RecordNavigation.h"
 #include "form/DirectoryListEvents.h"
 #include "form/EditorForm.h"
+#include "interchange/DirectoryExport.h"
+#include "interchange/DirectoryImport.h"
 #include "rules/BusinessRules.h"
 
 #include <memory>
@@ -36,6 +38,8 @@ private:
         NodeHeader nodeHeader;
         Commit commit;
         RecordNavigation navigation;
+        DirectoryImport directoryImport;
+        DirectoryExport directoryExport;
     };
 
     void ConnectEvents();
@@ -45,6 +49,7 @@ private:
     void ConnectNodeHeader();
     void ConnectCommit();
     void ConnectNavigation();
+    void ConnectInterchange();
 
     std::unique_ptr<Handlers> mHandlers;
 };

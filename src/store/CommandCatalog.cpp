@@ -9,8 +9,7 @@ namespace {
 
 // clang-format off: the texts stand as they are stored
 constexpr std::array catalog{
-    StoredCommand{CommandId::Get_Specific_Node_Type_Max, "Get_Specific_Node_Type_Max",
-                  "rsGet_Specific_Node_Type_Max",
+    StoredCommand{CommandId::Get_Specific_Node_Type_Max, "Get_Specific_Node_Type_Max", "rsGet_Specific_Node_Type_Max",
                   "SELECT Node_Type_Max.* FROM Node_Type_Max WHERE Config_ID = `Given_ConfigID` AND "
                   "PartitionID=`Given_PartID` AND NodeType_ID = `Given_NodeTypeID` "},
     StoredCommand{CommandId::Get_All_DIR_Nodes, "Get_All_DIR_Nodes", "rsGet_All_DIR_Nodes",
@@ -29,11 +28,10 @@ constexpr std::array catalog{
     StoredCommand{CommandId::Delete_DIR_DetailsNode, "Delete_DIR_DetailsNode", nullptr,
                   "DELETE FROM Detail_Dir WHERE ConfigID = `Given_ConfigID` AND PartID = `Given_PartID` AND "
                   "NodeMasterID = `Given_NodeMasterID`"},
-    StoredCommand{
-        CommandId::Update_DIR_Node, "Update_DIR_Node", nullptr,
-        "UPDATE Node_DIR SET NodeDescription = Given_NodeDescription, UsePasswords = Given_UsePasswords, "
-        "AccessCode = Given_AccessCode, StartingPromptNumber = `Given_StartingPromptNumber` WHERE (ConfigID "
-        "= Given_ConfigID) AND (PartID = Given_PartID) AND (NodeNumber = Given_NodeNumber)"},
+    StoredCommand{CommandId::Update_DIR_Node, "Update_DIR_Node", nullptr,
+                  "UPDATE Node_DIR SET NodeDescription = Given_NodeDescription, UsePasswords = Given_UsePasswords, "
+                  "AccessCode = Given_AccessCode, StartingPromptNumber = `Given_StartingPromptNumber` WHERE (ConfigID "
+                  "= Given_ConfigID) AND (PartID = Given_PartID) AND (NodeNumber = Given_NodeNumber)"},
     StoredCommand{CommandId::Update_Node_General_Pool, "Update_Node_General_Pool", nullptr,
                   "UPDATE Node_General_Pool\r\n"
                   "SET NodeDescription = `Given_Description`, \r\n"
@@ -47,14 +45,13 @@ constexpr std::array catalog{
                   "Extension, NamePrompt, `Password`) VALUES (`Given_ConfigID`, `Given_PartID`, "
                   "`Given_SequenceNo`, `Given_NodeMasterID`, `Given_FirstName`, `Given_LastName`, "
                   "`Given_Extension`, `Given_NamePrompt`, `Given_Password`)"},
-    StoredCommand{
-        CommandId::Duplicate_MSG_Node, "Duplicate_MSG_Node", nullptr,
-        "INSERT INTO Node_MSG (ConfigID, PartID, NodeTypeID, NodeNumber, MaxLength, OnOff, DTMF, `Password`, "
-        "Directory, KELFilename, Comment, SkipCount, Permission, WarningTone, LineAssignment, NodeType, "
-        "NodeDescription, MSGArchive) SELECT ConfigID, PartID, NodeTypeID, Given_DesNodeNumber, MaxLength, "
-        "OnOff, DTMF, `Password`, Directory, Given_KELFilename, Comment, SkipCount, Permission, WarningTone, "
-        "LineAssignment, NodeType, `Given_NodeDescription`, MSGArchive FROM Node_MSG WHERE (ConfigID = "
-        "Given_ConfigID) AND (PartID = Given_PartID) AND (NodeNumber = Given_NodeNumber)"},
+    StoredCommand{CommandId::Duplicate_MSG_Node, "Duplicate_MSG_Node", nullptr,
+                  "INSERT INTO Node_MSG (ConfigID, PartID, NodeTypeID, NodeNumber, MaxLength, OnOff, DTMF, `Password`, "
+                  "Directory, KELFilename, Comment, SkipCount, Permission, WarningTone, LineAssignment, NodeType, "
+                  "NodeDescription, MSGArchive) SELECT ConfigID, PartID, NodeTypeID, Given_DesNodeNumber, MaxLength, "
+                  "OnOff, DTMF, `Password`, Directory, Given_KELFilename, Comment, SkipCount, Permission, WarningTone, "
+                  "LineAssignment, NodeType, `Given_NodeDescription`, MSGArchive FROM Node_MSG WHERE (ConfigID = "
+                  "Given_ConfigID) AND (PartID = Given_PartID) AND (NodeNumber = Given_NodeNumber)"},
     StoredCommand{CommandId::Get_Description, "Get_Description", "rsGet_Description",
                   "SELECT * FROM Node_General_Pool WHERE ConfigID = `Given_ConfigID` AND PartID = "
                   "`Given_PartID` AND NodeTypeID = `Given_NodeTypeID` AND NodeNumber = `Given_NodeNumber`"},

@@ -13,8 +13,7 @@ namespace {
 
 constexpr QLatin1String companyFolder("Quorvanta");
 constexpr QLatin1String productFolder("KELDAR+");
-constexpr QLatin1String
-    shellFoldersKey("SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Shell Folders");
+constexpr QLatin1String shellFoldersKey("SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Shell Folders");
 
 QString WithSeparator(const QString& path)
 {
@@ -57,8 +56,7 @@ QString GetSpecialFolderPath(int csidl)
     return ShellFolderPath(csidl);
 }
 
-QVariant RegGetValue(RegistryRoot root, const QString& keyPath, const QString& valueName,
-                     const QVariant& defaultValue)
+QVariant RegGetValue(RegistryRoot root, const QString& keyPath, const QString& valueName, const QVariant& defaultValue)
 {
     const auto key = RegistryKey::Open(root, keyPath);
     const auto value = key ? key->Query(valueName) : std::nullopt;

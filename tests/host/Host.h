@@ -21,14 +21,13 @@ inline void LoadDriver()
 /// where it is not the one of the environment.
 struct Call
 {
-    explicit Call(const std::string& text) : text(text)
+    explicit Call(const std::string& text)
     {
         std::sscanf(text.c_str(), "%hd,%hd,%hd", &config, &partition, &node);
         if (const auto at = text.find('@'); at != std::string::npos)
             folder = text.substr(at + 1);
     }
 
-    std::string text;
     std::string folder;
     std::int16_t config = 0;
     std::int16_t partition = 0;

@@ -184,11 +184,12 @@ void QuitWhileOpen(const Calls& calls)
     LeaveWhileOpen(calls, [] { QCoreApplication::quit(); });
 }
 
-/// An application ends, the next one starts.
-void TwoApplications(const Calls& calls)
+/// An application ends, another one starts and ends, the component must make its own.
+void SuccessiveApplications(const Calls& calls)
 {
-    for (int i = 0; i < 2; ++i)
-        OtherApplication<QApplication>(calls);
+    OtherApplication<QApplication>(calls);
+    OtherApplication<QApplication>(calls);
+    ShowAll(calls);
 }
 
 /// What must not grow from opening to opening.
@@ -224,7 +225,7 @@ void Repeat(const Calls& calls)
     const Held before;
     run(warmUp, rounds);
     const Held after;
-    std::printf("GROWTH connections %td widgets %td objects %td descriptors %td KiB %td\n",
+    std::printf("GROWTH connections %lld widgets %lld objects %lld descriptors %lld KiB %lld\n",
                 after.connections - before.connections, after.widgets - before.widgets,
                 after.objects - before.objects, after.descriptors - before.descriptors,
                 (after.bytes - before.bytes) / 1024);
@@ -240,7 +241,7 @@ const std::map<std::string, void (*)(const Calls&)> scenarios{
     {"exit-before-loop", ExitBeforeLoop},
     {"exit-while-open", ExitWhileOpen},
     {"quit-while-open", QuitWhileOpen},
-    {"two-applications", TwoApplications},
+    {"successive-applications", SuccessiveApplications},
     {"repeat", Repeat},
 };
 

@@ -43,8 +43,8 @@ std::optional<QString> PathProblem(const QString& path)
     if (!info.isFile())
         return u"its registered library %1 does not exist. Register it again."_s.arg(path);
     if (info.permissions() & writableByOthers) {
-        return u"its registered library %1 can be written by others than its owner. Take that permission away."_s
-            .arg(path);
+        return u"its registered library %1 can be written by others than its owner. Take that permission away."_s.arg(
+            path);
     }
     return std::nullopt;
 }
@@ -133,10 +133,9 @@ VARIANT CallByName(IDispatch& object, const QString& method, std::initializer_li
     if (outcome == S_OK)
         outcome = object.Invoke(id, none, 0, DISPATCH_METHOD, &parameters, &result, nullptr, nullptr);
     if (outcome < 0) {
-        throw RuntimeError(
-            ErrorNumber::CannotCreateObject,
-            u"The component does not run %1 (result %2). Register a component that does."_s.arg(
-                method, QString::number(static_cast<quint32>(outcome), 16)));
+        throw RuntimeError(ErrorNumber::CannotCreateObject,
+                           u"The component does not run %1 (result %2). Register a component that does."_s.arg(
+                               method, QString::number(static_cast<quint32>(outcome), 16)));
     }
     return result;
 }

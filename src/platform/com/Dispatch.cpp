@@ -20,8 +20,7 @@ HRESULT FindMember(std::span<const DispatchMember> members, OLECHAR** names, std
     return ids[0] == DISPID_UNKNOWN || count > 1 ? DISP_E_UNKNOWNNAME : S_OK;
 }
 
-HRESULT CheckCall(std::span<const DispatchMember> members, DISPID id, std::uint16_t flags,
-                  const DISPPARAMS* arguments)
+HRESULT CheckCall(std::span<const DispatchMember> members, DISPID id, std::uint16_t flags, const DISPPARAMS* arguments)
 {
     const auto member = std::find_if(members.begin(), members.end(),
                                      [id](const DispatchMember& candidate) { return candidate.id == id; });

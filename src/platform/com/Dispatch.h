@@ -18,12 +18,10 @@ struct DispatchMember
 };
 
 /// GetIDsOfNames over a table of members, without regard to case. Argument names are not known.
-HRESULT FindMember(std::span<const DispatchMember> members, OLECHAR** names, std::uint32_t count,
-                   DISPID* ids);
+HRESULT FindMember(std::span<const DispatchMember> members, OLECHAR** names, std::uint32_t count, DISPID* ids);
 
 /// Checks a call against the table: DISP_E_MEMBERNOTFOUND, DISP_E_NONAMEDARGS, DISP_E_BADPARAMCOUNT or S_OK.
-HRESULT CheckCall(std::span<const DispatchMember> members, DISPID id, std::uint16_t flags,
-                  const DISPPARAMS* arguments);
+HRESULT CheckCall(std::span<const DispatchMember> members, DISPID id, std::uint16_t flags, const DISPPARAMS* arguments);
 
 /// Argument `position` (from 0, in the order of declaration) of a checked call as a 16-bit integer; an
 /// integer that does not fit is DISP_E_OVERFLOW, any other type DISP_E_TYPEMISMATCH. The position in the
@@ -59,9 +57,8 @@ public:
     {
         return FindMember(mMembers, names, count, ids);
     }
-    HRESULT Invoke(DISPID member, const IID& /*reserved*/, LCID /*locale*/, std::uint16_t flags,
-                   DISPPARAMS* arguments, VARIANT* result, EXCEPINFO* /*exception*/,
-                   std::uint32_t* badArgument) final
+    HRESULT Invoke(DISPID member, const IID& /*reserved*/, LCID /*locale*/, std::uint16_t flags, DISPPARAMS* arguments,
+                   VARIANT* result, EXCEPINFO* /*exception*/, std::uint32_t* badArgument) final
     {
         if (const HRESULT problem = CheckCall(mMembers, member, flags, arguments); problem != S_OK)
             return problem;
@@ -72,8 +69,7 @@ protected:
     bool OffersBase(const IID& iid) const final { return iid == IID_IDispatch; }
 
     /// Runs a member with as many arguments as its table entry says.
-    virtual HRESULT Call(DISPID member, const DISPPARAMS& arguments, VARIANT* result,
-                         std::uint32_t* badArgument) = 0;
+    virtual HRESULT Call(DISPID member, const DISPPARAMS& arguments, VARIANT* result, std::uint32_t* badArgument) = 0;
 
 private:
     std::span<const DispatchMember> mMembers;

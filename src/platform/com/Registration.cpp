@@ -18,8 +18,8 @@ QString ClassKey(const CLSID& clsid)
 QString GuidText(const GUID& guid)
 {
     const auto& tail = guid.Data4;
-    return QUuid(guid.Data1, guid.Data2, guid.Data3, tail[0], tail[1], tail[2], tail[3], tail[4], tail[5],
-                 tail[6], tail[7])
+    return QUuid(guid.Data1, guid.Data2, guid.Data3, tail[0], tail[1], tail[2], tail[3], tail[4], tail[5], tail[6],
+                 tail[7])
         .toString()
         .toUpper();
 }
@@ -33,8 +33,7 @@ std::optional<QString> RegisterClass(const RegisteredClass& registered)
             {registered.programId, {{QString(), registered.programId}}},
             {registered.programId + u"\\Clsid"_s, {{QString(), GuidText(registered.clsid)}}},
             {key, {{QString(), registered.programId}}},
-            {key + u"\\InprocServer32"_s,
-             {{QString(), registered.libraryPath}, {u"ThreadingModel"_s, u"Apartment"_s}}},
+            {key + u"\\InprocServer32"_s, {{QString(), registered.libraryPath}, {u"ThreadingModel"_s, u"Apartment"_s}}},
             {key + u"\\ProgID"_s, {{QString(), registered.programId}}},
         });
 }

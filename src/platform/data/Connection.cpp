@@ -49,10 +49,9 @@ ConnectionParts Split(const QString& connectionString)
     const QString sourceKey = u";Data Source="_s;
     const qsizetype source = connectionString.indexOf(sourceKey);
     if (!connectionString.startsWith(providerKey) || source < 0) {
-        throw RuntimeError(
-            ErrorNumber::Provider,
-            u"The connection string \"%1\" must have the form \"Provider=NAME;Data Source=FILE\"."_s.arg(
-                connectionString));
+        throw RuntimeError(ErrorNumber::Provider,
+                           u"The connection string \"%1\" must have the form \"Provider=NAME;Data Source=FILE\"."_s.arg(
+                               connectionString));
     }
     return {connectionString.sliced(providerKey.size(), source - providerKey.size()),
             connectionString.sliced(source + sourceKey.size())};

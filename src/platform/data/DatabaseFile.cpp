@@ -33,8 +33,7 @@ const std::array<Signature, 3>& Signatures()
 
 [[noreturn]] void Refuse(const QString& fileName, const char* what)
 {
-    throw RuntimeError(ErrorNumber::Provider,
-                       u"The database %1 %2"_s.arg(fileName, QString::fromLatin1(what)));
+    throw RuntimeError(ErrorNumber::Provider, u"The database %1 %2"_s.arg(fileName, QString::fromLatin1(what)));
 }
 
 /// Sets the write-ahead mode, which writes the header of an empty file; the answer is the mode that holds
@@ -46,8 +45,7 @@ void SetWriteAheadMode(const QString& connectionName, const QString& fileName)
     if (!database.open() || !query.exec(u"PRAGMA journal_mode = WAL"_s) || !query.next())
         throw ProviderError(query.lastError().isValid() ? query.lastError() : database.lastError(), fileName);
     if (query.value(0).toString() != u"wal"_s)
-        Refuse(fileName,
-               "cannot be kept in write-ahead mode on this file system. Choose a folder on a local disk.");
+        Refuse(fileName, "cannot be kept in write-ahead mode on this file system. Choose a folder on a local disk.");
 }
 
 /// Writes the header of an empty database in write-ahead mode into an empty file.
@@ -96,13 +94,11 @@ QString ForeignFileSentence(const QString& fileName)
 void CreateDatabaseFile(const QString& fileName)
 {
     QFile file(fileName);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly,
-                   QFileDevice::ReadOwner | QFileDevice::WriteOwner)) {
+    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly, QFileDevice::ReadOwner | QFileDevice::WriteOwner)) {
         const bool exists = QFileInfo::exists(fileName);
-        throw RuntimeError(
-            ErrorNumber::Provider,
-            u"The file %1 cannot be made: %2."_s.arg(
-                fileName, exists ? u"it exists already; choose another name"_s : file.errorString()));
+        throw RuntimeError(ErrorNumber::Provider,
+                           u"The file %1 cannot be made: %2."_s.arg(
+                               fileName, exists ? u"it exists already; choose another name"_s : file.errorString()));
     }
     file.close();
     try {

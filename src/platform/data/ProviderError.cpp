@@ -15,14 +15,12 @@ struct EngineSentence
 
 constexpr std::array engineSentences{
     EngineSentence{5, "is locked by another program. Wait until that program has finished and try again."},
-    EngineSentence{6,
-                   "has a table that another program has locked. Wait until it has finished and try again."},
+    EngineSentence{6, "has a table that another program has locked. Wait until it has finished and try again."},
     EngineSentence{8, "cannot be written. Check the permissions of the file and of its folder."},
     EngineSentence{10, "cannot be read or written (disk error). Check the disk."},
     EngineSentence{11, "is damaged. Restore it from a backup."},
     EngineSentence{13, "cannot grow: the disk is full. Free some space and try again."},
-    EngineSentence{
-        14, "cannot be opened. Check that it exists and that you may read and write it and its folder."},
+    EngineSentence{14, "cannot be opened. Check that it exists and that you may read and write it and its folder."},
 };
 
 constexpr int notADatabase = 26;

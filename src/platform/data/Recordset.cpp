@@ -27,8 +27,7 @@ int Recordset::FieldIndex(const QString& column) const
     }
     throw RuntimeError(
         ErrorNumber::Provider,
-        u"The column %1 is missing from the configuration database. Run \"dir-db check\" on the file."_s.arg(
-            column));
+        u"The column %1 is missing from the configuration database. Run \"dir-db check\" on the file."_s.arg(column));
 }
 
 const QVariant& Recordset::Field(int index) const

@@ -22,8 +22,7 @@ QString TimeFormatWithSeconds(const QLocale& locale)
 QString GeneralDateText(const QDateTime& moment)
 {
     const QLocale locale = QLocale::system();
-    return ShortDateText(moment.date()) + u' ' +
-           locale.toString(moment.time(), TimeFormatWithSeconds(locale));
+    return ShortDateText(moment.date()) + u' ' + locale.toString(moment.time(), TimeFormatWithSeconds(locale));
 }
 
 QString ShortDateText(const QDate& date)

@@ -38,8 +38,7 @@ RuntimeError CurrentRuntimeError()
 
 QString ErrorReportText(const RuntimeError& error, const QString& procedure)
 {
-    return u"Source: "_s + error.Source() + u" - "_s + procedure + u" \r\nDescription: "_s +
-           error.Description();
+    return u"Source: "_s + error.Source() + u" - "_s + procedure + u" \r\nDescription: "_s + error.Description();
 }
 
 void ShowErrorReport(const RuntimeError& error, const QString& procedure)

@@ -3,10 +3,7 @@
 namespace qor {
 
 RuntimeError::RuntimeError(ErrorNumber number, QString description, QString source)
-    : mNumber(number),
-      mSource(std::move(source)),
-      mDescription(std::move(description)),
-      mWhat(mDescription.toUtf8())
+    : mNumber(number), mSource(std::move(source)), mDescription(std::move(description)), mWhat(mDescription.toUtf8())
 {
 }
 

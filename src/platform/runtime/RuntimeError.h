@@ -14,6 +14,7 @@ enum class ErrorNumber : int {
     SubscriptOutOfRange = 9,
     TypeMismatch = 13,
     InternalError = 51,
+    InputPastEnd = 62,
     ObjectNotSet = 91,
     KeyNotUnique = 457,
     CannotCreateObject = 429,

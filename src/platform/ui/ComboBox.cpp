@@ -72,10 +72,9 @@ int ComboBox::ListIndex() const
 void ComboBox::RequireItem(int index) const
 {
     if (index < 0 || index >= count()) {
-        throw RuntimeError(ErrorNumber::SubscriptOutOfRange,
-                           u"The list of %1 has no item at position %2; it has %3."_s.arg(objectName())
-                               .arg(index + 1)
-                               .arg(count()));
+        throw RuntimeError(
+            ErrorNumber::SubscriptOutOfRange,
+            u"The list of %1 has no item at position %2; it has %3."_s.arg(objectName()).arg(index + 1).arg(count()));
     }
 }
 

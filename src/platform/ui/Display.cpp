@@ -75,12 +75,10 @@ std::optional<QString> NamedPlatformProblem(const QString& platform)
             return std::nullopt;
     }
     if (platform == u"xcb"_s)
-        return CanConnectX() ? std::nullopt
-                             : std::optional(u"the X display cannot be reached; check DISPLAY"_s);
+        return CanConnectX() ? std::nullopt : std::optional(u"the X display cannot be reached; check DISPLAY"_s);
     if (platform == u"wayland"_s) {
-        return CanConnectWayland()
-                   ? std::nullopt
-                   : std::optional(u"the Wayland display cannot be reached; check WAYLAND_DISPLAY"_s);
+        return CanConnectWayland() ? std::nullopt
+                                   : std::optional(u"the Wayland display cannot be reached; check WAYLAND_DISPLAY"_s);
     }
     return u"QT_QPA_PLATFORM names \"%1\"; use xcb, wayland or offscreen"_s.arg(platform);
 }

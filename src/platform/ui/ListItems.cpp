@@ -11,16 +11,14 @@ namespace qor {
 const ListRow& ListItems::At(int row) const
 {
     if (row < 0 || row >= RowCount())
-        throw RuntimeError(ErrorNumber::ObjectNotSet,
-                           u"No row of the list is selected. Select a row first."_s);
+        throw RuntimeError(ErrorNumber::ObjectNotSet, u"No row of the list is selected. Select a row first."_s);
     return mRows[static_cast<std::size_t>(row)];
 }
 
 void ListItems::TakeKey(const QString& key)
 {
     if (mKeys.contains(key)) {
-        throw RuntimeError(ErrorNumber::KeyNotUnique,
-                           u"The key \"%1\" belongs to another row of the list."_s.arg(key));
+        throw RuntimeError(ErrorNumber::KeyNotUnique, u"The key \"%1\" belongs to another row of the list."_s.arg(key));
     }
     mKeys.insert(key);
 }
@@ -96,8 +94,8 @@ void ListItems::SetKey(int row, const QString& key)
 
 int ListItems::RowOfKey(const QString& key) const
 {
-    const auto row = std::find_if(mRows.begin(), mRows.end(),
-                                  [&](const ListRow& candidate) { return candidate.key == key; });
+    const auto row =
+        std::find_if(mRows.begin(), mRows.end(), [&](const ListRow& candidate) { return candidate.key == key; });
     return row == mRows.end() ? -1 : static_cast<int>(row - mRows.begin());
 }
 

@@ -48,11 +48,9 @@ ListView::ListView(QWidget* parent) : QTableView(parent), mItems(new ListItems(t
     setCornerButtonEnabled(false);
     setHorizontalScrollMode(ScrollPerPixel);
     SetUpHeaders();
-    connect(verticalScrollBar(), &QScrollBar::valueChanged, this,
-            [this] { SendMessageA(Handle(), WM_VSCROLL, 0, 0); });
+    connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this] { SendMessageA(Handle(), WM_VSCROLL, 0, 0); });
     connect(horizontalScrollBar(), &QScrollBar::valueChanged, this, &ListView::HorizontalScroll);
-    connect(this, &QTableView::clicked, this,
-            [this](const QModelIndex& index) { Q_EMIT ItemClick(index.row()); });
+    connect(this, &QTableView::clicked, this, [this](const QModelIndex& index) { Q_EMIT ItemClick(index.row()); });
 }
 
 void ListView::SetUpHeaders()
@@ -112,8 +110,7 @@ void ListView::SetSelected(int row, bool selected)
         return;
     }
     const bool alone = selectionMode() == SingleSelection;
-    selectionModel()->setCurrentIndex(RowIndex(row),
-                                      (alone ? Flag::ClearAndSelect : Flag::Select) | Flag::Rows);
+    selectionModel()->setCurrentIndex(RowIndex(row), (alone ? Flag::ClearAndSelect : Flag::Select) | Flag::Rows);
 }
 
 void ListView::SelectRows(int first, int last)
@@ -182,8 +179,7 @@ bool ListView::eventFilter(QObject* watched, QEvent* event)
 }
 
 /// Where one row is selected it stays so: neither a click beside the rows nor Ctrl with a click deselects it.
-QItemSelectionModel::SelectionFlags ListView::selectionCommand(const QModelIndex& index,
-                                                               const QEvent* event) const
+QItemSelectionModel::SelectionFlags ListView::selectionCommand(const QModelIndex& index, const QEvent* event) const
 {
     if (selectionMode() != SingleSelection)
         return QTableView::selectionCommand(index, event);

@@ -62,8 +62,7 @@ Q_SIGNALS:
 protected:
     MessageResult HandleMessage(quint32 message, quintptr wParam, qintptr lParam) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
-    QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
-                                                         const QEvent* event) const override;
+    QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index, const QEvent* event) const override;
     void keyPressEvent(QKeyEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
 

@@ -2,9 +2,13 @@
 
 #include "platform/runtime/ErrorReport.h"
 
+#include <algorithm>
 #include <array>
 #include <QApplication>
+#include <QGridLayout>
+#include <QLabel>
 #include <QMessageBox>
+#include <QScrollArea>
 
 namespace qor {
 
@@ -59,6 +63,30 @@ void ShowErrorBox(const QString& text, const QString& title, bool critical)
     MsgBox(text, critical ? MsgBoxStyle::Critical : MsgBoxStyle::Exclamation, title);
 }
 
+/// A text that is longer than a screen can show is given a scroll area, so that the buttons stay in reach.
+void MakeScrollable(QMessageBox& box)
+{
+    constexpr int highestLineCount = 25;
+    constexpr int longestLine = 120;
+    constexpr QSize areaSize(560, 360);
+    const QStringList lines = box.text().split(u'\n');
+    const bool tooLong =
+        lines.size() > highestLineCount ||
+        std::any_of(lines.begin(), lines.end(), [](const QString& line) { return line.size() > longestLine; });
+    auto* label = box.findChild<QLabel*>(u"qt_msgbox_label"_s);
+    auto* layout = qobject_cast<QGridLayout*>(box.layout());
+    if (!tooLong || !label || !layout)
+        return;
+    auto* area = new QScrollArea(&box);
+    area->setObjectName(u"messageArea"_s);
+    area->setMinimumSize(areaSize);
+    layout->replaceWidget(label, area);
+    label->setWordWrap(false);
+    label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    area->setWidget(label);
+    area->setWidgetResizable(true);
+}
+
 } // namespace
 
 MsgBoxAnswer MsgBox(const QString& text, int style, const QString& title)
@@ -77,6 +105,7 @@ MsgBoxAnswer MsgBox(const QString& text, int style, const QString& title)
         if (entry.style == (style & iconBits))
             box.setIcon(entry.icon);
     }
+    MakeScrollable(box);
     return AnswerOf(box.exec());
 }
 

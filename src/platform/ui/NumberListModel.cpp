@@ -19,8 +19,7 @@ QVariant NumberListModel::data(const QModelIndex& index, int role) const
 {
     if (!index.isValid())
         return {};
-    return role == Qt::DisplayRole || role == Qt::EditRole ? QString::number(mFirst + index.row())
-                                                           : QVariant();
+    return role == Qt::DisplayRole || role == Qt::EditRole ? QString::number(mFirst + index.row()) : QVariant();
 }
 
 QModelIndexList NumberListModel::match(const QModelIndex& start, int role, const QVariant& value, int hits,

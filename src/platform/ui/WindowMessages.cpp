@@ -22,8 +22,7 @@ MessageTarget::~MessageTarget()
     targets.remove(mHandle);
 }
 
-MessageResult MessageTarget::OwnProcedure(WindowHandle window, quint32 message, quintptr wParam,
-                                          qintptr lParam)
+MessageResult MessageTarget::OwnProcedure(WindowHandle window, quint32 message, quintptr wParam, qintptr lParam)
 {
     MessageTarget* target = targets.value(window);
     return target ? target->HandleMessage(message, wParam, lParam) : 0;
@@ -37,8 +36,8 @@ WindowProcedure SetWindowLongA(WindowHandle window, int index, WindowProcedure p
     return std::exchange(target->mProcedure, procedure);
 }
 
-MessageResult CallWindowProcA(WindowProcedure procedure, WindowHandle window, quint32 message,
-                              quintptr wParam, qintptr lParam)
+MessageResult CallWindowProcA(WindowProcedure procedure, WindowHandle window, quint32 message, quintptr wParam,
+                              qintptr lParam)
 {
     return procedure ? procedure(window, message, wParam, lParam) : 0;
 }

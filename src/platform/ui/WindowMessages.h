@@ -8,8 +8,7 @@ namespace qor {
 
 using WindowHandle = quintptr; ///< 0 is no window
 using MessageResult = qintptr;
-using WindowProcedure = MessageResult (*)(WindowHandle window, quint32 message, quintptr wParam,
-                                          qintptr lParam);
+using WindowProcedure = MessageResult (*)(WindowHandle window, quint32 message, quintptr wParam, qintptr lParam);
 
 inline constexpr int GWL_WNDPROC = -4;
 
@@ -20,8 +19,8 @@ inline constexpr quint32 LVM_GETSELECTEDCOUNT = 0x1032;
 /// Replaces the procedure of a window (index GWL_WNDPROC) and returns the one that it had; null when the
 /// window or the index is not known, and then nothing changes.
 WindowProcedure SetWindowLongA(WindowHandle window, int index, WindowProcedure procedure);
-MessageResult CallWindowProcA(WindowProcedure procedure, WindowHandle window, quint32 message,
-                              quintptr wParam, qintptr lParam);
+MessageResult CallWindowProcA(WindowProcedure procedure, WindowHandle window, quint32 message, quintptr wParam,
+                              qintptr lParam);
 /// Gives a message to the window's procedure and returns its answer; 0 from a window that is not there.
 MessageResult SendMessageA(WindowHandle window, quint32 message, quintptr wParam, qintptr lParam);
 

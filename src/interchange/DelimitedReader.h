@@ -1,0 +1,53 @@
+// Reads fields that commas and line ends part, from any device, in bounded memory.
+#pragma once
+
+#include "platform/runtime/Text.h"
+
+#include <QByteArray>
+#include <QStringDecoder>
+
+class QIODevice;
+
+namespace qor {
+
+/// A field ends at a comma, at a line end (CR LF, LF or CR) or at the end of the input, which an end-of-file
+/// character (26) is as well. Blanks and tabs around a field are dropped. A field that begins with a double
+/// quote holds everything up to the closing one, commas and line ends included; two double quotes in it stand
+/// for one. A blank line is one empty field.
+///
+/// Text: UTF-8 or UTF-16 with a mark at the start; without a mark UTF-8, and a field whose bytes are not
+/// valid UTF-8 as Windows-1252.
+class DelimitedReader
+{
+public:
+    /// A longer field raises RuntimeError, so that an input without commas and line ends has an end.
+    static constexpr qsizetype highestFieldLength = 8192; ///< bytes
+
+    /// device: open for reading; it must outlive the reader.
+    explicit DelimitedReader(QIODevice& device);
+
+    bool AtEnd();
+    /// The next field. Raises RuntimeError at the end of the input, when the device fails, and for a field
+    /// that is too long.
+    QString ReadField();
+
+private:
+    int Peek();
+    int Take();
+    bool Refill();
+    void TakeMark();
+    void Add(QByteArray& field, int byte) const;
+    void SkipBlanks();
+    QByteArray TakeQuoted();
+    void TakeUnquoted(QByteArray& field);
+    void TakeFieldEnd();
+
+    QIODevice& mDevice;
+    QByteArray mBuffer;
+    qsizetype mPosition = 0;
+    bool mStarted = false;
+    bool mWide = false;
+    QStringDecoder mDecodeWide;
+};
+
+} // namespace qor

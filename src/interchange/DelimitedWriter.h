@@ -1,0 +1,14 @@
+// Writes records that DelimitedReader reads back.
+#pragma once
+
+#include <QStringList>
+
+class QIODevice;
+
+namespace qor {
+
+/// One line: every field in double quotes, those in it doubled, parted by commas, ended by CR LF; UTF-8.
+/// Raises RuntimeError when the device does not take it.
+void WriteDelimited(QIODevice& device, const QStringList& fields);
+
+} // namespace qor

@@ -1,0 +1,74 @@
+#include "interchange/DirectoryExport.h"
+
+#include "form/BusyForm.h"
+#include "form/EditorForm.h"
+#include "form/ModuleState.h"
+#include "interchange/DelimitedWriter.h"
+#include "interchange/SelectFilename.h"
+#include "platform/runtime/ErrorReport.h"
+#include "platform/runtime/Numbers.h"
+#include "platform/ui/MsgBox.h"
+
+#include <QSaveFile>
+
+namespace qor {
+
+std::vector<int> WriteDirectory(const ListView& list, QIODevice& device)
+{
+    std::vector<int> skipped;
+    for (int row = 0; row < list.Items().RowCount(); ++row) {
+        const QString lastName = EntryText(list, row, DirectoryColumn::LastName);
+        const QString firstName = EntryText(list, row, DirectoryColumn::FirstName);
+        const QString extension = EntryText(list, row, DirectoryColumn::Extension);
+        if (lastName.isEmpty() || firstName.isEmpty() || !IsNumeric(extension))
+            skipped.push_back(row);
+        else
+            WriteDelimited(device, {lastName, firstName, extension});
+    }
+    return skipped;
+}
+
+void DirectoryExport::cmdDirSaveList_Click()
+{
+    try {
+        QString fileName;
+        if (SelectSaveFilename(mForm, fileName))
+            Save(fileName);
+    } catch (...) {
+        const QString description = CurrentRuntimeError().Description();
+        MsgBox(u"ERROR in saving entries... \r\nDESCRIPTION:%1\r\nLocation: [cmdDirSaveList]"_s.arg(description),
+               MsgBoxStyle::Exclamation, u"ERROR"_s);
+    }
+}
+
+void DirectoryExport::Save(const QString& fileName)
+{
+    std::vector<int> skipped;
+    {
+        const BusyForm busy(mForm);
+        mForm.StatusBar1->SetPanelText(u"Saving entries... Please wait."_s);
+        QSaveFile file(fileName);
+        if (file.open(QIODevice::WriteOnly))
+            skipped = WriteDirectory(*mForm.LVDirectory, file);
+        if (!file.isOpen() || !file.commit()) {
+            throw RuntimeError(ErrorNumber::Provider,
+                               u"%1 cannot be written: %2. Choose another folder or free some space."_s.arg(
+                                   fileName, file.errorString()));
+        }
+        MarkRows(skipped);
+        mForm.StatusBar1->SetPanelText(QString());
+    }
+    if (!skipped.empty()) {
+        MsgBox(u"Error in entry. Invalid entry wouldn't be saved to the file."_s, MsgBoxStyle::Exclamation, u"ERROR"_s);
+    }
+}
+
+void DirectoryExport::MarkRows(const std::vector<int>& rows)
+{
+    for (const int row : rows) {
+        for (int subItem = 1; subItem <= Module().DirectorySubItemCount; ++subItem)
+            mForm.LVDirectory->Items().SetForeColor(row, subItem, invalidRowColour);
+    }
+}
+
+} // namespace qor
