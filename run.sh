@@ -15,7 +15,7 @@ database=$data/Quorvanta/KELDAR+/Database/NewDB.mdb
 if [[ ! -e $database ]]; then
     mkdir -p "$(dirname "$database")"
     rm -f "$database.new"*
-    "$programs/dir-db" sample "$database.new"
+    "$programs/dir-db" sample "$database.new" >/dev/null
     mv "$database.new" "$database"
 fi
 

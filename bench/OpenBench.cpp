@@ -158,8 +158,10 @@ std::vector<ListRow> MakeData(const QString& folder)
     const QString databaseFolder = folder + u"/Quorvanta/KELDAR+/Database"_s;
     const QString database = databaseFolder + u"/NewDB.mdb"_s;
     QDir().mkpath(databaseFolder);
-    if (QProcess::execute(QStringLiteral(DIR_DB), {u"sample"_s, database}) != 0)
-        Fail(u"no sample database"_s);
+    QProcess dirDb;
+    dirDb.start(QStringLiteral(DIR_DB), {u"sample"_s, database});
+    if (!dirDb.waitForFinished() || dirDb.exitCode() != 0)
+        Fail(QString::fromUtf8(dirDb.readAllStandardError()));
     Connection connection;
     connection.SetConnectionString(u"Provider=Microsoft.Jet.OLEDB.4.0;Data Source="_s + database);
     for (const QString& statement : MoreContents())

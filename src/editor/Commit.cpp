@@ -55,7 +55,7 @@ void Commit::cmdCancel_Click()
         mEntryCommands.LeaveEditMode();
         if (AskToSaveChanges() == MsgBoxAnswer::Cancel)
             return;
-        mForm.cmdApply->setEnabled(false);
+        mForm.MarkUnchanged();
         mForm.Unload();
     });
 }
@@ -86,7 +86,7 @@ Commit::Outcome Commit::RunSequence()
     if (!LabelMayBeSaved())
         return Outcome::LabelRefused;
     mRules.SaveChanges(mForm, mForm.NodeNumber());
-    mForm.cmdApply->setEnabled(false);
+    mForm.MarkUnchanged();
     return Outcome::Saved;
 }
 

@@ -42,7 +42,7 @@ void RecordNavigation::Move(const QString& procedure, int end, int (*target)(int
         mEntryCommands.LeaveEditMode();
         if (mCommit.AskToSaveChanges() == MsgBoxAnswer::Cancel)
             return;
-        mForm.cmdApply->setEnabled(false);
+        mForm.MarkUnchanged();
         const int index = mForm.cmbNode->ListIndex();
         if (index == end)
             return;
@@ -63,7 +63,7 @@ void RecordNavigation::cmbNode_Click()
             return;
         }
         mRules.LoadData(mForm, chosen);
-        mForm.cmdApply->setEnabled(false);
+        mForm.MarkUnchanged();
         mForm.SetNodeNumber(chosen);
     });
 }

@@ -125,6 +125,13 @@ void EditorForm::HideEntryEditors()
     cmbPromptNumber->hide();
 }
 
+void EditorForm::MarkUnchanged()
+{
+    if (cmdApply->hasFocus())
+        cmdOK->setFocus();
+    cmdApply->setEnabled(false);
+}
+
 void EditorForm::HideNavigation()
 {
     cmdFirst->hide();

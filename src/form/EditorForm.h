@@ -39,6 +39,10 @@ public:
     void HideEntryEditors();
     bool EntryEditorsShown() const { return !txtLastName->isHidden(); }
 
+    /// Disables cmdApply: nothing is changed. A focus on it goes to cmdOK, not to the record selector that comes next
+    /// and would move on with an arrow key.
+    void MarkUnchanged();
+
     void HideNavigation();
     /// Moves what stands below the hidden navigation row up into its place and makes the form that much
     /// shorter.

@@ -88,7 +88,7 @@ void BusinessRulesObject::RunEditor(std::int16_t configId, std::int16_t partitio
         Module().PendingMessage.clear();
         mRules.LoadExistingNodesInRecordSelector(*form, nodeNumber);
         const bool show = mRules.LoadPromptMSGNodeNumber(*form) && mRules.LoadData(*form, nodeNumber);
-        form->cmdApply->setEnabled(false);
+        form->MarkUnchanged();
         if (!show) {
             form->Unload();
             return;

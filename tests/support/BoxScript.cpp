@@ -68,8 +68,7 @@ BoxScript::BoxScript(std::initializer_list<ExpectedBox> boxes)
 
 void BoxScript::Expect(const ExpectedBox& box)
 {
-    mSteps.push_back(
-        {Described(box.text, box.title, box.icon), [box](QWidget& dialog) { return Serve(dialog, box); }});
+    mSteps.push_back({Described(box.text, box.title, box.icon), [box](QWidget& dialog) { return Serve(dialog, box); }});
 }
 
 void BoxScript::ServeModalWidget()
@@ -86,6 +85,8 @@ void BoxScript::ServeModalWidget()
         return;
     FailTest(u"A message box came: %1; %2. Expected: %3"_s.arg(shown, fault, step.name));
     QTest::keyClick(box, Qt::Key_Escape);
+    if (box->isVisible())
+        box->done(0);
 }
 
 void BoxScript::Verify()
