@@ -1,6 +1,7 @@
 // The editor's form under the hands of its user: the commands on entries, the fields that edit them in place, the
 // node's header. Keys and clicks go in; what the list, the fields and the mark of changes hold comes out.
-#include "platform/ui/Screen.h"
+#include "form/ModuleState.h"
+#include "platform/ui/MsgBox.h"
 #include "rules/Validation.h"
 #include "service/frmDIR.h"
 #include "support/BoxScript.h"
@@ -379,11 +380,11 @@ private Q_SLOTS:
             QGuiApplication::clipboard()->setText(text);
             QTest::keySequence(box, QKeySequence::Paste);
         } else {
-            QInputMethodEvent commit(u"pre"_s, {});
-            QCoreApplication::sendEvent(box, &commit);
-            commit = QInputMethodEvent();
-            commit.setCommitString(text);
-            QCoreApplication::sendEvent(box, &commit);
+            for (const QString& committed : {QString(), text}) {
+                QInputMethodEvent event(committed.isEmpty() ? u"pre"_s : QString(), {});
+                event.setCommitString(committed);
+                QCoreApplication::sendEvent(box, &event);
+            }
         }
         QString shown = box->text();
         QCOMPARE(shown.insert(box->cursorPosition(), u'|'), expected.section(u'>', 0, 0));

@@ -2,6 +2,9 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QLineEdit>
 #include <QRegularExpression>
 #include <QTest>
 
@@ -29,6 +32,8 @@ QString Serve(QWidget& dialog, const ExpectedBox& expected)
     if (!box || !Matches(box->text(), expected.text) || box->windowTitle() != expected.title ||
         box->icon() != expected.icon)
         return u"another was expected"_s;
+    if (expected.inspect)
+        expected.inspect(*box);
     if (expected.answer == QMessageBox::NoButton) {
         QTest::keyClick(box, Qt::Key_Escape);
         return {};
@@ -38,6 +43,33 @@ QString Serve(QWidget& dialog, const ExpectedBox& expected)
         return u"it has no such button"_s;
     button->click();
     return {};
+}
+
+QString Serve(QWidget& widget, const ExpectedFileDialog& expected)
+{
+    auto* dialog = qobject_cast<QFileDialog*>(&widget);
+    if (!dialog || dialog->windowTitle() != expected.title)
+        return u"another was expected"_s;
+    if (!expected.folder.isEmpty() && dialog->directory().absolutePath() != expected.folder)
+        return u"it starts in "_s + dialog->directory().absolutePath();
+    const bool opens = dialog->acceptMode() == QFileDialog::AcceptOpen;
+    auto button = opens ? QDialogButtonBox::Open : QDialogButtonBox::Save;
+    if (expected.fileName.isEmpty())
+        button = QDialogButtonBox::Cancel;
+    else
+        dialog->findChild<QLineEdit*>(u"fileNameEdit"_s)->setText(expected.fileName);
+    QPushButton* pressed = dialog->findChild<QDialogButtonBox*>()->button(button);
+    if (!pressed->isEnabled())
+        return u"its button is disabled"_s;
+    pressed->click();
+    return {};
+}
+
+QString Described(QWidget& dialog)
+{
+    if (const auto* box = qobject_cast<QMessageBox*>(&dialog))
+        return Described(box->text(), box->windowTitle(), box->icon());
+    return u"file dialog, title \"%1\""_s.arg(dialog.windowTitle());
 }
 
 void FailTest(const QString& reason)
@@ -71,19 +103,26 @@ void BoxScript::Expect(const ExpectedBox& box)
     mSteps.push_back({Described(box.text, box.title, box.icon), [box](QWidget& dialog) { return Serve(dialog, box); }});
 }
 
+void BoxScript::Expect(const ExpectedFileDialog& dialog)
+{
+    mSteps.push_back({u"file dialog, title \"%1\", folder \"%2\""_s.arg(dialog.title, dialog.folder),
+                      [dialog](QWidget& shown) { return Serve(shown, dialog); }});
+}
+
 void BoxScript::ServeModalWidget()
 {
-    auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-    if (!box)
+    auto* box = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+    if (!qobject_cast<QMessageBox*>(box) && !qobject_cast<QFileDialog*>(box))
         return; // a form that is shown modally is for the test itself
+    mTimer.start(1); // again, so that it comes within an answer that brings up the next box
     const Step step = mSteps.empty() ? Step{u"none"_s, {}} : mSteps.front();
     if (!mSteps.empty())
         mSteps.pop_front();
-    const QString shown = Described(box->text(), box->windowTitle(), box->icon());
+    const QString shown = Described(*box);
     const QString fault = step.serve ? step.serve(*box) : u"it was not expected"_s;
     if (fault.isEmpty())
         return;
-    FailTest(u"A message box came: %1; %2. Expected: %3"_s.arg(shown, fault, step.name));
+    FailTest(u"A dialog came: %1; %2. Expected: %3"_s.arg(shown, fault, step.name));
     QTest::keyClick(box, Qt::Key_Escape);
     if (box->isVisible())
         box->done(0);
@@ -92,7 +131,7 @@ void BoxScript::ServeModalWidget()
 void BoxScript::Verify()
 {
     for (const Step& step : std::exchange(mSteps, {}))
-        FailTest(u"A message box did not come: "_s + step.name);
+        FailTest(u"A dialog did not come: "_s + step.name);
 }
 
 } // namespace qor

@@ -1,4 +1,4 @@
-// Answers the message boxes that a test brings up, in the order in which it expects them.
+// Answers the message boxes and file dialogs that a test brings up, in the order in which it expects them.
 #pragma once
 
 #include "platform/runtime/Text.h"
@@ -16,6 +16,14 @@ struct ExpectedBox
     QString title;
     QMessageBox::Icon icon = QMessageBox::NoIcon;
     QMessageBox::StandardButton answer = QMessageBox::Ok; ///< NoButton for the Escape key
+    std::function<void(QMessageBox& box)> inspect = {};   ///< called before it is answered
+};
+
+struct ExpectedFileDialog
+{
+    QString title;
+    QString fileName = {}; ///< what is typed into it; empty to cancel it
+    QString folder = {};   ///< where it starts; empty for anywhere
 };
 
 /// The notice with the title "Information".
@@ -23,8 +31,8 @@ ExpectedBox Notice(const QString& text);
 /// The report of an error that ended this procedure.
 ExpectedBox ErrorReport(const QString& procedure, const QString& description);
 
-/// A box that is not the next one expected is answered with Escape and fails the test; so do, at the end,
-/// boxes that did not come.
+/// A box or dialog that is not the next one expected is answered with Escape and fails the test; so do, at the
+/// end, those that did not come.
 class BoxScript
 {
 public:
@@ -33,7 +41,8 @@ public:
     Q_DISABLE_COPY_MOVE(BoxScript)
 
     void Expect(const ExpectedBox& box);
-    /// Fails the test unless every expected box came.
+    void Expect(const ExpectedFileDialog& dialog);
+    /// Fails the test unless every expected box and dialog came.
     void Verify();
 
 private:
