@@ -4,7 +4,9 @@
 #include <QApplication>
 #include <QDialogButtonBox>
 #include <QFileDialog>
+#include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QRegularExpression>
 #include <QTest>
 
@@ -65,10 +67,27 @@ QString Serve(QWidget& widget, const ExpectedFileDialog& expected)
     return {};
 }
 
+QString QuestionOf(const QWidget& dialog)
+{
+    const auto* question = dialog.findChild<QLabel*>(u"lblQuestion"_s);
+    return question ? question->text() : QString();
+}
+
+QString Serve(QWidget& dialog, const ExpectedQuestion& expected)
+{
+    if (QuestionOf(dialog) != expected.text || dialog.windowTitle() != u"Confirmation"_s)
+        return u"another was expected"_s;
+    QWidget* answer = expected.button.isEmpty() ? &dialog : dialog.findChild<QWidget*>(expected.button);
+    QTest::keyClick(answer, expected.button.isEmpty() ? Qt::Key_Escape : Qt::Key_Space);
+    return {};
+}
+
 QString Described(QWidget& dialog)
 {
     if (const auto* box = qobject_cast<QMessageBox*>(&dialog))
         return Described(box->text(), box->windowTitle(), box->icon());
+    if (const QString question = QuestionOf(dialog); !question.isEmpty())
+        return question;
     return u"file dialog, title \"%1\""_s.arg(dialog.windowTitle());
 }
 
@@ -109,10 +128,15 @@ void BoxScript::Expect(const ExpectedFileDialog& dialog)
                       [dialog](QWidget& shown) { return Serve(shown, dialog); }});
 }
 
+void BoxScript::Expect(const ExpectedQuestion& question)
+{
+    mSteps.push_back({question.text, [question](QWidget& shown) { return Serve(shown, question); }});
+}
+
 void BoxScript::ServeModalWidget()
 {
     auto* box = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-    if (!qobject_cast<QMessageBox*>(box) && !qobject_cast<QFileDialog*>(box))
+    if (!box || box->inherits("qor::Form"))
         return; // a form that is shown modally is for the test itself
     mTimer.start(1); // again, so that it comes within an answer that brings up the next box
     const Step step = mSteps.empty() ? Step{u"none"_s, {}} : mSteps.front();

@@ -26,6 +26,13 @@ struct ExpectedFileDialog
     QString folder = {};   ///< where it starts; empty for anywhere
 };
 
+/// The question about a missing message node.
+struct ExpectedQuestion
+{
+    QString text;
+    QString button; ///< the name of the button that answers it; empty for the Escape key
+};
+
 /// The notice with the title "Information".
 ExpectedBox Notice(const QString& text);
 /// The report of an error that ended this procedure.
@@ -42,6 +49,7 @@ public:
 
     void Expect(const ExpectedBox& box);
     void Expect(const ExpectedFileDialog& dialog);
+    void Expect(const ExpectedQuestion& question);
     /// Fails the test unless every expected box and dialog came.
     void Verify();
 

@@ -1,0 +1,172 @@
+// pictures FOLDER PREFIX CSV-FILE [--dark]: drives the editor through its states and writes a picture of each.
+#include "QOR_DIR_Node.h"
+
+#include <deque>
+#include <functional>
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDialog>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPainter>
+#include <QStyleFactory>
+#include <QTableView>
+#include <QTimer>
+
+namespace {
+
+using namespace Qt::StringLiterals;
+
+QPalette DarkPalette()
+{
+    QPalette palette(QColor(45, 45, 48));
+    palette.setColor(QPalette::Base, QColor(30, 30, 30));
+    palette.setColor(QPalette::Text, Qt::white);
+    palette.setColor(QPalette::WindowText, Qt::white);
+    palette.setColor(QPalette::ButtonText, Qt::white);
+    palette.setColor(QPalette::Highlight, QColor(38, 110, 190));
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    for (const auto role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, QColor(130, 130, 130));
+    return palette;
+}
+
+/// A step does its work when the window that it waits for is the active modal one.
+struct Step
+{
+    std::function<bool(QWidget&)> isFor;
+    std::function<void(QWidget&)> run;
+};
+
+class Tour
+{
+public:
+    Tour(QString folder, QString prefix, QString csvFile)
+        : mFolder(std::move(folder)), mPrefix(std::move(prefix)), mCsvFile(std::move(csvFile))
+    {
+        PlanEditor();
+        PlanCommit();
+        PlanImport();
+        constexpr int lookEvery = 120; // ms
+        QObject::connect(&mTimer, &QTimer::timeout, &mTimer, [this] { Look(); });
+        mTimer.start(lookEvery);
+    }
+
+    bool Finished() const { return mSteps.empty(); }
+
+private:
+    void Look()
+    {
+        QWidget* modal = QApplication::activeModalWidget();
+        if (!modal || mSteps.empty() || !mSteps.front().isFor(*modal))
+            return;
+        const Step step = std::move(mSteps.front());
+        mSteps.pop_front();
+        step.run(*modal);
+    }
+
+    static bool IsEditor(QWidget& window) { return window.windowTitle() == u"DIR Editor"_s; }
+    static bool IsBox(QWidget& window) { return qobject_cast<QMessageBox*>(&window) != nullptr; }
+    static bool IsFileDialog(QWidget& window) { return qobject_cast<QFileDialog*>(&window) != nullptr; }
+    static bool IsQuestion(QWidget& window) { return window.findChild<QAbstractButton*>(u"cmdYesToAll"_s) != nullptr; }
+
+    static void Click(QWidget& window, const QString& name)
+    {
+        // Queued, because a click may open the next window and return only after that.
+        QTimer::singleShot(0, window.findChild<QAbstractButton*>(name), &QAbstractButton::click);
+    }
+
+    static QTableView& List(QWidget& editor) { return *editor.findChild<QTableView*>(u"LVDirectory"_s); }
+
+    void Take(QWidget& window, const QString& name) const
+    {
+        window.grab().save(mFolder + u'/' + mPrefix + name + u".png"_s);
+    }
+
+    void Then(bool (*isFor)(QWidget&), std::function<void(QWidget&)> run) { mSteps.push_back({isFor, std::move(run)}); }
+    void TakeBox(const QString& name, QMessageBox::StandardButton answer)
+    {
+        Then(IsBox, [this, name, answer](QWidget& window) {
+            Take(window, name);
+            static_cast<QMessageBox&>(window).button(answer)->click();
+        });
+    }
+
+    void PlanEditor()
+    {
+        Then(IsEditor, [this](QWidget& editor) {
+            Take(editor, u"list-mode"_s);
+            Click(editor, u"cmdDirAdd"_s);
+        });
+        Then(IsEditor, [](QWidget& editor) { Click(editor, u"cmdDirAdd"_s); });
+        Then(IsEditor, [this](QWidget& editor) {
+            List(editor).clearSelection();
+            Take(editor, u"red-rows"_s);
+            List(editor).selectRow(4);
+            Click(editor, u"cmdDirEdit"_s);
+        });
+        Then(IsEditor, [this](QWidget& editor) {
+            Take(editor, u"edit-mode"_s);
+            Click(editor, u"cmdDirEdit"_s);
+        });
+    }
+
+    void PlanCommit()
+    {
+        Then(IsEditor, [](QWidget& editor) { Click(editor, u"cmdApply"_s); });
+        TakeBox(u"box-invalid-entry"_s, QMessageBox::Ok);
+        Then(IsEditor, [](QWidget& editor) { Click(editor, u"cmdDirRemove"_s); });
+        Then(IsEditor, [](QWidget& editor) { Click(editor, u"cmdDirRemove"_s); });
+        Then(IsEditor, [](QWidget& editor) { Click(editor, u"cmdApply"_s); });
+        Then(IsQuestion, [this](QWidget& dialog) {
+            Take(dialog, u"box-missing-node"_s);
+            Click(dialog, u"cmdStop"_s);
+        });
+    }
+
+    void PlanImport()
+    {
+        Then(IsEditor, [](QWidget& editor) { Click(editor, u"cmdOpenCSVFilename"_s); });
+        Then(IsFileDialog, [this](QWidget& window) {
+            auto& dialog = static_cast<QFileDialog&>(window);
+            dialog.setDirectory(QFileInfo(mCsvFile).path());
+            dialog.findChild<QLineEdit*>(u"fileNameEdit"_s)->setText(mCsvFile);
+            QMetaObject::invokeMethod(&dialog, "accept", Qt::QueuedConnection);
+        });
+        TakeBox(u"box-overwrite"_s, QMessageBox::Yes);
+        TakeBox(u"box-import-report"_s, QMessageBox::Ok);
+        Then(IsEditor, [](QWidget& editor) { Click(editor, u"cmdCancel"_s); });
+        TakeBox(u"box-save-changes"_s, QMessageBox::No);
+    }
+
+    QString mFolder;
+    QString mPrefix;
+    QString mCsvFile;
+    std::deque<Step> mSteps;
+    QTimer mTimer;
+};
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    QApplication application(argc, argv);
+    const QStringList arguments = QApplication::arguments();
+    if (arguments.size() < 4)
+        return 2;
+    QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
+    if (arguments.contains(u"--dark"_s))
+        QApplication::setPalette(DarkPalette());
+
+    const Tour tour(arguments[1], arguments[2], arguments[3]);
+    IClassFactory* factory = nullptr;
+    _BusinessRules* rules = nullptr;
+    DllGetClassObject(CLSID_BusinessRules, IID_IClassFactory, reinterpret_cast<void**>(&factory));
+    factory->CreateInstance(nullptr, IID__BusinessRules, reinterpret_cast<void**>(&rules));
+    factory->Release();
+    rules->ShowNodeEditor(1, 1, 7, nullptr);
+    rules->Release();
+    return tour.Finished() ? 0 : 1;
+}
