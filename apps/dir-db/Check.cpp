@@ -1,8 +1,9 @@
 #include "Check.h"
 
-#include "platform/data/Command.h"
+#include "EntryFindings.h"
 #include "platform/data/Connection.h"
 #include "platform/runtime/RuntimeError.h"
+#include "Query.h"
 #include "Schema.h"
 #include "store/CommandCatalog.h"
 
@@ -12,16 +13,6 @@
 namespace qor {
 
 namespace {
-
-Recordset Query(Connection& connection, const QString& text, const QStringList& values = {})
-{
-    return Command(connection, text, text, static_cast<int>(values.size())).Open(values);
-}
-
-int CountOf(Connection& connection, const QString& rows, const QStringList& values = {})
-{
-    return Query(connection, u"SELECT COUNT(*) FROM "_s + rows, values).Field(0).toInt();
-}
 
 struct FoundColumn
 {
@@ -101,10 +92,11 @@ QStringList SchemaReasons(Connection& connection)
     return reasons;
 }
 
-void CountContents(Connection& connection, CheckResult& result)
+void LookAtContents(Connection& connection, CheckResult& result)
 {
     result.directoryNodes = CountOf(connection, u"Node_DIR WHERE NodeTypeID = ?1"_s, {NODE_TYPE_DIR});
     result.entries = CountOf(connection, u"Detail_DIR"_s);
+    result.findings = FindInEntries(connection);
 }
 
 /// A step that the damage stops does not keep the next ones from telling what they find.
@@ -123,14 +115,14 @@ void Collect(QStringList& reasons, Step step)
 CheckResult CheckDatabase(const QString& fileName)
 {
     Connection connection;
-    connection.SetConnectionString(u"Provider=Microsoft.Jet.OLEDB.4.0;Data Source="_s + fileName);
+    NameDatabase(connection, fileName);
     connection.Open();
     CheckResult result;
     Collect(result.reasons, [&] { return IntegrityReasons(connection); });
     Collect(result.reasons, [&] { return SchemaReasons(connection); });
     result.reasons.removeDuplicates();
     if (result.reasons.isEmpty())
-        CountContents(connection, result);
+        LookAtContents(connection, result);
     return result;
 }
 

@@ -1,9 +1,7 @@
 // The check of a configuration database; it changes nothing in the file.
 #pragma once
 
-#include "platform/runtime/Text.h"
-
-#include <QStringList>
+#include "Findings.h"
 
 namespace qor {
 
@@ -12,6 +10,7 @@ struct CheckResult
     QStringList reasons; ///< why the database is not sound, in sentences; none for a sound one
     int directoryNodes = 0;
     int entries = 0;
+    Findings findings; ///< in the entries of a sound database
 };
 
 /// Raises RuntimeError for a file that does not open as a database.

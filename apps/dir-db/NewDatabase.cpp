@@ -3,6 +3,7 @@
 #include "platform/data/Command.h"
 #include "platform/data/DatabaseFile.h"
 #include "platform/runtime/RuntimeError.h"
+#include "Query.h"
 #include "Schema.h"
 
 #include <cerrno>
@@ -23,17 +24,6 @@ const QString existsAlready = u"it exists already; choose another name"_s;
     throw RuntimeError(ErrorNumber::Provider, u"The file %1 cannot be made: %2."_s.arg(fileName, why));
 }
 
-/// A log that an earlier database of this name left would be played into the new one.
-void RequireFreeName(const QString& fileName)
-{
-    if (QFileInfo::exists(fileName))
-        Refuse(fileName, existsAlready);
-    for (const QString& log : {fileName + u"-wal"_s, fileName + u"-journal"_s}) {
-        if (QFileInfo::exists(log))
-            Refuse(fileName, u"%1 is left over from an earlier database; move it away first"_s.arg(log));
-    }
-}
-
 void RunStatement(Connection& connection, const QString& text)
 {
     Command(connection, text, text, 0).Execute({});
@@ -43,7 +33,7 @@ void Build(const QString& fileName, const FillDatabase& fill)
 {
     CreateDatabaseFile(fileName);
     Connection connection;
-    connection.SetConnectionString(u"Provider=Microsoft.Jet.OLEDB.4.0;Data Source="_s + fileName);
+    NameDatabase(connection, fileName);
     RunStatement(connection, u"BEGIN"_s);
     for (const SchemaTable& table : Schema())
         RunStatement(connection, CreateTableText(table));
@@ -64,6 +54,16 @@ int MoveToFreeName(const QByteArray& from, const QByteArray& to)
 }
 
 } // namespace
+
+void RequireFreeName(const QString& fileName)
+{
+    if (QFileInfo::exists(fileName))
+        Refuse(fileName, existsAlready);
+    for (const QString& log : {fileName + u"-wal"_s, fileName + u"-journal"_s}) {
+        if (QFileInfo::exists(log))
+            Refuse(fileName, u"%1 is left over from an earlier database; move it away first"_s.arg(log));
+    }
+}
 
 void MakeDatabase(const QString& fileName, const FillDatabase& fill)
 {

@@ -4,9 +4,9 @@ namespace qor {
 
 namespace {
 
-/// A command binds a null text as the empty text, so Null travels as this one character and the statement
-/// turns it back.
-const QString nullMark = u"\u0001"_s;
+/// A command binds a null text as the empty text, so Null travels as this one character, which no text holds,
+/// and the statement turns it back.
+const QString nullMark = u"\ufdd0"_s;
 
 QString InsertText(const SchemaTable& table)
 {
@@ -14,7 +14,7 @@ QString InsertText(const SchemaTable& table)
     QStringList values;
     for (const SchemaColumn& column : table.columns) {
         columns << Quoted(column.name);
-        values << u"NULLIF(?%1, char(1))"_s.arg(columns.size());
+        values << u"NULLIF(?%1, char(0xfdd0))"_s.arg(columns.size());
     }
     return u"INSERT INTO %1 (%2) VALUES (%3)"_s.arg(Quoted(table.name), columns.join(u", "_s), values.join(u", "_s));
 }

@@ -69,9 +69,9 @@ Options ReadOptions(const QStringList& arguments)
 }
 
 /// Without a display the editor is drawn off screen and its picture taken.
-void PrepareDisplay(Options& options)
+void PrepareDisplay(const qor::Display& display, Options& options)
 {
-    if (qor::DisplayProblem())
+    if (display.Problem())
         qputenv("QT_QPA_PLATFORM", "offscreen");
     if (qgetenv("QT_QPA_PLATFORM") == "offscreen" && options.picture.isEmpty())
         options.picture = QDir::temp().filePath(u"dir-host-node-%1.png"_s.arg(options.node));
@@ -118,7 +118,8 @@ int main(int argc, char** argv)
 {
     // The options come first: where there is no display, the application must be told before it starts.
     Options options = ReadOptions(Texts(argc, argv));
-    PrepareDisplay(options);
+    const qor::Display display;
+    PrepareDisplay(display, options);
     PrepareData(options.dataFolder);
     const QApplication application(argc, argv);
     std::unique_ptr<Picture> picture;

@@ -64,8 +64,9 @@ std::optional<QString> EnsureApplication()
 {
     const QCoreApplication* application = QCoreApplication::instance();
     if (!application) {
-        if (const auto problem = DisplayProblem())
-            return problem;
+        const Display display;
+        if (display.Problem())
+            return display.Problem();
         MakeApplication();
         return std::nullopt;
     }

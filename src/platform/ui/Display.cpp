@@ -3,7 +3,6 @@
 #include <array>
 #include <cerrno>
 #include <QFileInfo>
-#include <QLibrary>
 #include <QLibraryInfo>
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -17,24 +16,6 @@ bool HasPlugin(const QString& platform)
 {
     return QFileInfo::exists(QLibraryInfo::path(QLibraryInfo::PluginsPath) + u"/platforms/libq"_s + platform +
                              u".so"_s);
-}
-
-/// Asks the X client library, which is there whenever the toolkit's own plugin can be loaded.
-bool CanConnectX()
-{
-    QLibrary xcb(u"xcb"_s, 1);
-    using Connect = void* (*)(const char*, int*);
-    using HasError = int (*)(void*);
-    using Disconnect = void (*)(void*);
-    const auto connect = reinterpret_cast<Connect>(xcb.resolve("xcb_connect"));
-    const auto hasError = reinterpret_cast<HasError>(xcb.resolve("xcb_connection_has_error"));
-    const auto disconnect = reinterpret_cast<Disconnect>(xcb.resolve("xcb_disconnect"));
-    if (!connect || !hasError || !disconnect)
-        return false;
-    void* connection = connect(nullptr, nullptr);
-    const bool works = hasError(connection) == 0;
-    disconnect(connection);
-    return works;
 }
 
 QString WaylandSocketPath()
@@ -65,7 +46,32 @@ bool CanConnectWayland()
 /// Platforms that draw off screen and need no display.
 constexpr std::array offscreenPlatforms{"offscreen", "minimal", "vnc"};
 
-std::optional<QString> NamedPlatformProblem(const QString& platform)
+} // namespace
+
+Display::Display() : mXcb(u"xcb"_s, 1), mProblem(FindProblem()) {}
+
+Display::~Display()
+{
+    using Disconnect = void (*)(void*);
+    if (const auto disconnect = reinterpret_cast<Disconnect>(mXcb.resolve("xcb_disconnect"));
+        mXConnection && disconnect)
+        disconnect(mXConnection);
+}
+
+/// Asks the X client library, which is there whenever the toolkit's own plugin can be loaded.
+bool Display::CanConnectX()
+{
+    using Connect = void* (*)(const char*, int*);
+    using HasError = int (*)(void*);
+    const auto connect = reinterpret_cast<Connect>(mXcb.resolve("xcb_connect"));
+    const auto hasError = reinterpret_cast<HasError>(mXcb.resolve("xcb_connection_has_error"));
+    if (!connect || !hasError)
+        return false;
+    mXConnection = connect(nullptr, nullptr);
+    return hasError(mXConnection) == 0;
+}
+
+std::optional<QString> Display::NamedPlatformProblem(const QString& platform)
 {
     const QString plugin = platform == u"wayland"_s ? u"wayland-generic"_s : platform;
     if (!HasPlugin(plugin))
@@ -83,9 +89,7 @@ std::optional<QString> NamedPlatformProblem(const QString& platform)
     return u"QT_QPA_PLATFORM names \"%1\"; use xcb, wayland or offscreen"_s.arg(platform);
 }
 
-} // namespace
-
-std::optional<QString> DisplayProblem()
+std::optional<QString> Display::FindProblem()
 {
     const QString named = qEnvironmentVariable("QT_QPA_PLATFORM").section(u';', 0, 0).section(u':', 0, 0);
     if (!named.isEmpty())

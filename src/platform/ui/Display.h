@@ -4,11 +4,31 @@
 #include "platform/runtime/Text.h"
 
 #include <optional>
+#include <QLibrary>
 
 namespace qor {
 
-/// Nothing when the display that the environment names can be used; else a sentence that says what is
-/// missing.
-std::optional<QString> DisplayProblem();
+/// A look at the display that the environment names. Keep it until the application object has connected: an X server
+/// may start anew when its last client leaves.
+class Display
+{
+public:
+    Display();
+    ~Display();
+    Display(const Display&) = delete;
+    Display& operator=(const Display&) = delete;
+
+    /// Nothing when the display can be used; else a sentence that says what is missing.
+    const std::optional<QString>& Problem() const { return mProblem; }
+
+private:
+    std::optional<QString> FindProblem();
+    std::optional<QString> NamedPlatformProblem(const QString& platform);
+    bool CanConnectX();
+
+    QLibrary mXcb;
+    void* mXConnection = nullptr;
+    std::optional<QString> mProblem;
+};
 
 } // namespace qor

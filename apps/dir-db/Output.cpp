@@ -1,0 +1,54 @@
+#include "Output.h"
+
+#include <cstdio>
+
+namespace qor {
+
+namespace {
+
+QChar HarmlessCharacter(QChar c)
+{
+    constexpr char16_t pictures = 0x2400; // the signs for the control characters, in their order
+    constexpr char16_t deleteSign = 0x2421;
+    constexpr char16_t replacement = 0xfffd;
+    const char16_t code = c.unicode();
+    if (code < u' ')
+        return QChar(static_cast<char16_t>(pictures + code));
+    if (code == 0x7f)
+        return QChar(deleteSign);
+    const bool commands = (code >= 0x80 && code < 0xa0) || (code >= 0x2028 && code <= 0x202e) ||
+                          (code >= 0x2066 && code <= 0x2069);
+    return commands ? QChar(replacement) : c;
+}
+
+void Print(const QString& line, std::FILE* stream)
+{
+    std::fputs(Harmless(line).toLocal8Bit() + '\n', stream);
+}
+
+} // namespace
+
+QString Harmless(QString text)
+{
+    for (QChar& c : text)
+        c = HarmlessCharacter(c);
+    return text;
+}
+
+void PrintLine(const QString& line)
+{
+    Print(line, stdout);
+}
+
+void PrintError(const QString& sentence)
+{
+    Print(sentence, stderr);
+}
+
+bool FinishOutput()
+{
+    const bool flushed = std::fflush(stdout) == 0;
+    return flushed && std::ferror(stdout) == 0;
+}
+
+} // namespace qor

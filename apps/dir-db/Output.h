@@ -1,0 +1,20 @@
+// What the tool prints.
+#pragma once
+
+#include "platform/runtime/Text.h"
+
+namespace qor {
+
+/// The text with a visible sign for each control character and each character that turns the direction of
+/// writing, so that nothing out of a file commands the terminal. Its length stays.
+QString Harmless(QString text);
+
+/// One harmless line on standard output.
+void PrintLine(const QString& line);
+/// One harmless line on standard error.
+void PrintError(const QString& sentence);
+
+/// Whether standard output has taken everything; a full disk shows here first.
+bool FinishOutput();
+
+} // namespace qor

@@ -1,0 +1,23 @@
+#include "Query.h"
+
+#include "platform/data/Command.h"
+#include "platform/data/Connection.h"
+
+namespace qor {
+
+void NameDatabase(Connection& connection, const QString& fileName)
+{
+    connection.SetConnectionString(u"Provider=Microsoft.Jet.OLEDB.4.0;Data Source="_s + fileName);
+}
+
+Recordset Query(Connection& connection, const QString& text, const QStringList& values)
+{
+    return Command(connection, text, text, static_cast<int>(values.size())).Open(values);
+}
+
+int CountOf(Connection& connection, const QString& rows, const QStringList& values)
+{
+    return Query(connection, u"SELECT COUNT(*) FROM "_s + rows, values).Field(0).toInt();
+}
+
+} // namespace qor

@@ -1,0 +1,19 @@
+// Questions to a configuration database in the engine's own words.
+#pragma once
+
+#include "platform/data/Recordset.h"
+
+namespace qor {
+
+class Connection;
+
+/// Names the file to a connection that is not open.
+void NameDatabase(Connection& connection, const QString& fileName);
+
+/// text: with ?1, ?2, ... for the values.
+Recordset Query(Connection& connection, const QString& text, const QStringList& values = {});
+
+/// rows: what follows FROM.
+int CountOf(Connection& connection, const QString& rows, const QStringList& values = {});
+
+} // namespace qor

@@ -1,0 +1,156 @@
+#include "JetFile.h"
+
+#include "Contained.h"
+#include "JetReader.h"
+#include "platform/runtime/RuntimeError.h"
+
+#include <algorithm>
+#include <array>
+#include <QDataStream>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+namespace qor {
+
+static QDataStream& operator<<(QDataStream& stream, const JetColumn& column)
+{
+    return stream << column.name << column.isNumber;
+}
+
+static QDataStream& operator>>(QDataStream& stream, JetColumn& column)
+{
+    return stream >> column.name >> column.isNumber;
+}
+
+static QDataStream& operator<<(QDataStream& stream, const JetTable& table)
+{
+    return stream << table.name << table.columns << table.otherColumns << table.ownRowCount << table.rows;
+}
+
+static QDataStream& operator>>(QDataStream& stream, JetTable& table)
+{
+    return stream >> table.name >> table.columns >> table.otherColumns >> table.ownRowCount >> table.rows;
+}
+
+namespace {
+
+constexpr qint64 pageSize = 4096;
+constexpr qint64 mebibyte = 1024 * 1024;
+constexpr qint64 largestFile = 2048 * mebibyte; ///< of the format
+
+/// The first bytes that tell a format, and why such a file is not taken; the last row is for all others.
+struct Format
+{
+    QByteArray start;
+    const char* refusal; ///< null for the one format that is taken
+};
+
+const std::array<Format, 6>& Formats()
+{
+    static const std::array<Format, 6> formats{
+        Format{QByteArray("\0\1\0\0Standard Jet DB\0\1", 21), nullptr},
+        Format{QByteArray("\0\1\0\0Standard Jet DB\0\0", 21),
+               "it is a Jet 3 database; have its own program convert it to Jet 4 first"},
+        Format{QByteArray("\0\1\0\0Standard Jet DB", 19), "it is a Jet database of an unknown version"},
+        Format{QByteArray("\0\1\0\0Standard ACE DB", 19),
+               "it is newer than Jet 4; have its own program save it in the Jet 4 format first"},
+        Format{QByteArray("SQLite format 3\0", 16), "it is a SQLite database, not a Jet database"},
+        Format{QByteArray(), "it is not a Jet database"},
+    };
+    return formats;
+}
+
+[[noreturn]] void Refuse(const QString& fileName, const QString& why)
+{
+    throw RuntimeError(ErrorNumber::Provider, u"The file %1 cannot be imported: %2."_s.arg(fileName, why));
+}
+
+void RequireJetFile(const QString& fileName)
+{
+    const QFileInfo info(fileName);
+    if (!info.exists())
+        Refuse(fileName, u"it does not exist or cannot be reached"_s);
+    if (!info.isFile())
+        Refuse(fileName, u"it is not a file"_s);
+    if (info.size() == 0)
+        Refuse(fileName, u"it is empty"_s);
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly))
+        Refuse(fileName, file.errorString());
+    const QByteArray start = file.read(32);
+    const auto format =
+        std::ranges::find_if(Formats(), [&](const Format& candidate) { return start.startsWith(candidate.start); });
+    if (format->refusal != nullptr)
+        Refuse(fileName, QString::fromLatin1(format->refusal));
+    if (info.size() % pageSize != 0 || info.size() > largestFile)
+        Refuse(fileName, u"it is cut off or damaged; its length is not that of a Jet database"_s);
+}
+
+/// A copy without a name: whatever ends the program leaves nothing of it behind.
+void OpenPrivateCopy(const QString& fileName, QFile& copy)
+{
+    QTemporaryDir folder;
+    if (!folder.isValid())
+        Refuse(fileName, u"there is no folder for a copy of it; %1"_s.arg(folder.errorString()));
+    copy.setFileName(folder.filePath(u"copy"_s));
+    QFile source(fileName);
+    if (!source.copy(copy.fileName()) || !copy.open(QIODevice::ReadOnly))
+        Refuse(fileName, u"it cannot be copied into the folder %1; %2"_s.arg(QDir::tempPath(), source.errorString()));
+}
+
+QByteArray Packed(const JetDatabase& database, const QString& fault)
+{
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream << fault << database.tables << database.otherTables;
+    return bytes;
+}
+
+QByteArray ReadAndPack(int descriptor, const QList<JetWish>& wishes)
+{
+    try {
+        return Packed(ReadJetTables(descriptor, wishes), {});
+    } catch (const RuntimeError& error) {
+        return Packed({}, error.Description());
+    }
+}
+
+/// Why the reading cannot be trusted, or nothing.
+QString ContainedFault(const ContainedResult& result)
+{
+    switch (result.ending) {
+    case Ending::Done:
+        break;
+    case Ending::TookTooLong:
+        return u"it is damaged; reading it comes to no end"_s;
+    case Ending::Failed:
+        return u"it is damaged or too large; its reader failed"_s;
+    }
+    // The library goes on after each message with what it made of the fault.
+    const QString message = QString::fromLocal8Bit(result.messages).section(u'\n', 0, 0).trimmed();
+    return message.isEmpty() ? QString() : u"it is damaged (%1)"_s.arg(message.left(200));
+}
+
+} // namespace
+
+JetDatabase ReadJetFile(const QString& fileName, const QList<JetWish>& wishes)
+{
+    RequireJetFile(fileName);
+    QFile copy;
+    OpenPrivateCopy(fileName, copy);
+    const ContainedLimits limits{.processorSeconds = static_cast<int>(10 + copy.size() / (4 * mebibyte)),
+                                 .bytes = 512 * mebibyte};
+    const ContainedResult result = RunContained([&] { return ReadAndPack(copy.handle(), wishes); }, limits);
+    QString fault = ContainedFault(result);
+    JetDatabase database;
+    if (fault.isEmpty()) {
+        QDataStream stream(result.output);
+        stream >> fault >> database.tables >> database.otherTables;
+    }
+    if (!fault.isEmpty())
+        Refuse(fileName, fault);
+    return database;
+}
+
+} // namespace qor

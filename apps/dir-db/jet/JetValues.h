@@ -1,0 +1,29 @@
+// Values as a Jet database stores them, turned into texts.
+#pragma once
+
+#include "platform/runtime/Text.h"
+
+#include <QByteArrayView>
+
+namespace qor {
+
+/// One type of column.
+struct JetType
+{
+    int id; ///< in the file
+    qsizetype width; ///< in bytes; 0 for a type without a fixed one
+    bool isNumber;
+    /// Null for what does not stand in the bytes: booleans. Raises RuntimeError for bytes that are no value.
+    QString (*text)(QByteArrayView bytes);
+};
+
+/// Null for a type that cannot be taken.
+const JetType* FindJetType(int id);
+
+/// "yyyy-MM-dd HH:mm:ss" for a number of days since the end of 1899.
+QString JetDateText(double days);
+/// A text in UTF-16, or packed: after the mark FF FE one byte for a character of Latin-1, and a zero byte where
+/// the two ways take turns.
+QString JetText(QByteArrayView bytes);
+
+} // namespace qor
