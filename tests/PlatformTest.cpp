@@ -203,11 +203,10 @@ private Q_SLOTS:
         QVERIFY(!ReportErrors(u"Check"_s, []() -> bool { throw 1; }));
         GuardEvent([] { throw RuntimeError(ErrorNumber::TypeMismatch, u"no %1 number"_s); });
         GuardEvent([] { throw std::runtime_error("plain"); });
-        QCOMPARE(shownErrors.join(u'\n'),
-                 u"Error|Source: ENGINE - LoadData \r\nDescription: too large\n"
-                 "Error|Source: QOR_DIR_NODE - Check \r\nDescription: Internal error.\n"
-                 "QOR_DIR_NODE!|Run-time error '13':\r\n\r\nno %1 number\n"
-                 "QOR_DIR_NODE!|Run-time error '51':\r\n\r\nplain"_s);
+        QCOMPARE(shownErrors.join(u'\n'), u"Error|Source: ENGINE - LoadData \r\nDescription: too large\n"
+                                          "Error|Source: QOR_DIR_NODE - Check \r\nDescription: Internal error.\n"
+                                          "QOR_DIR_NODE!|Run-time error '13':\r\n\r\nno %1 number\n"
+                                          "QOR_DIR_NODE!|Run-time error '51':\r\n\r\nplain"_s);
     }
 
     // A line between two good ones, with ' for ", and the value v that is read of it.
@@ -260,9 +259,8 @@ private Q_SLOTS:
     void registryKeepsOtherLines_data()
     {
         QTest::addColumn<QByteArray>("before");
-        const QString text =
-            u"Version 5.00\r\n[HKEY_CLASSES_ROOT\\CLSID\\{A}B]\r\n@=\"\u00e4\"\ndamaged \"[\r\n"
-            "; remark\n[HKEY_LOCAL_MACHINE\\CLSID\\{A}]\r\n\"x\"=hex:1,\\\r\n 2\r\n"_s;
+        const QString text = u"Version 5.00\r\n[HKEY_CLASSES_ROOT\\CLSID\\{A}B]\r\n@=\"\u00e4\"\ndamaged \"[\r\n"
+                             "; remark\n[HKEY_LOCAL_MACHINE\\CLSID\\{A}]\r\n\"x\"=hex:1,\\\r\n 2\r\n"_s;
         const auto marked = [&](QStringConverter::Encoding encoding) {
             return QByteArray(QStringEncoder(encoding, QStringEncoder::Flag::WriteBom)(text));
         };
@@ -355,8 +353,8 @@ private Q_SLOTS:
             Command command(connection, u"Name"_s, statement, 1);
             return RaisedBy([&] { command.Open({u"1"_s}); }) + RaisedBy([&] { command.Open({u"1"_s, {}}); });
         };
-        QVERIFY(raisedBy(u"SELECT n FROM t WHERE n = ?1"_s)
-                    .startsWith(u"3000: The command Name takes 1 values, not 2"_s));
+        QVERIFY(
+            raisedBy(u"SELECT n FROM t WHERE n = ?1"_s).startsWith(u"3000: The command Name takes 1 values, not 2"_s));
         QVERIFY(raisedBy(u"SELECT ?1 FROM x"_s).contains(u"dir-db check"_s));
         QVERIFY(raisedBy(u"SELECT x FROM t WHERE n = ?1"_s).contains(u"dir-db check"_s));
         QVERIFY(raisedBy(u"INSERT INTO t VALUES (?1)"_s).contains(u"UNIQUE"_s));
@@ -462,8 +460,7 @@ private Q_SLOTS:
     void fileNames()
     {
         QFETCH(QString, name);
-        const QString slash =
-            name.startsWith(u'/') ? u"/"_s : QString(); // one more in front of the whole path
+        const QString slash = name.startsWith(u'/') ? u"/"_s : QString(); // one more in front of the whole path
         const QString fileName = slash + mFolder->path() + u'/' + name;
         const QString raised = RaisedBy([&] {
             CreateDatabaseFile(fileName);

@@ -121,12 +121,10 @@ private Q_SLOTS:
         row("Delete_DIR_DetailsNode", false, "ConfigID PartID NodeMasterID");
         row("Update_DIR_Node", false,
             "NodeDescription UsePasswords AccessCode StartingPromptNumber ConfigID PartID NodeNumber");
-        row("Update_Node_General_Pool", false,
-            "Description DateModified ConfigID PartID NodeTypeID NodeNumber");
+        row("Update_Node_General_Pool", false, "Description DateModified ConfigID PartID NodeTypeID NodeNumber");
         row("Add_Detail_DIR", false,
             "ConfigID PartID SequenceNo NodeMasterID FirstName LastName Extension NamePrompt Password");
-        row("Duplicate_MSG_Node", false,
-            "DesNodeNumber KELFilename NodeDescription ConfigID PartID NodeNumber");
+        row("Duplicate_MSG_Node", false, "DesNodeNumber KELFilename NodeDescription ConfigID PartID NodeNumber");
         row("Get_Description", true, "ConfigID PartID NodeTypeID NodeNumber");
         row("Duplicate_Node_In_General_Pool", false,
             "DesNodeNumber NodeDescription DateModified ConfigID PartID NodeNumber NodeTypeID");

@@ -70,8 +70,8 @@ ShownEntry ReadEntry(const Recordset& rows)
 std::vector<ShownEntry> ReadEntries(Connection& connection)
 {
     std::vector<ShownEntry> entries;
-    Recordset rows = Query(
-        connection, u"SELECT * FROM Detail_DIR ORDER BY ConfigID, PartID, NodeMasterID, SequenceNo"_s);
+    Recordset rows =
+        Query(connection, u"SELECT * FROM Detail_DIR ORDER BY ConfigID, PartID, NodeMasterID, SequenceNo"_s);
     for (; !rows.EndOfFile(); rows.MoveNext())
         entries.push_back(ReadEntry(rows));
     return entries;
@@ -84,8 +84,8 @@ QSet<QString> ReadMessages(Connection& connection)
     Recordset rows = Query(connection, u"SELECT ConfigID, PartID, NodeNumber FROM Node_MSG INTERSECT SELECT ConfigID, "
                                        "PartID, NodeNumber FROM Node_General_Pool WHERE NodeTypeID = 0"_s);
     for (; !rows.EndOfFile(); rows.MoveNext())
-        messages.insert(QStringList{rows.Field(0).toString(), rows.Field(1).toString(), rows.Field(2).toString()}.join(
-            u", "_s));
+        messages.insert(
+            QStringList{rows.Field(0).toString(), rows.Field(1).toString(), rows.Field(2).toString()}.join(u", "_s));
     return messages;
 }
 
@@ -102,22 +102,18 @@ Finding MissingMessages(const std::vector<ShownEntry>& entries, const QSet<QStri
 
 Finding DuplicatePrompts(const std::vector<ShownEntry>& entries)
 {
-    std::map<std::pair<QString, int>, QStringList> positions;
-    QStringList directories; // in the order of the entries, which the map has not
+    QStringList directories;                                    // in the order of the entries
+    std::map<std::pair<qsizetype, int>, QStringList> positions; // by the directory's place and the prompt
     for (const ShownEntry& entry : entries) {
-        positions[{entry.directory, entry.Value(Field::NamePrompt).toInt()}] << entry.position;
         if (directories.isEmpty() || directories.last() != entry.directory)
             directories << entry.directory;
+        positions[{directories.size() - 1, entry.Value(Field::NamePrompt).toInt()}] << entry.position;
     }
     Finding finding{.kind = u"prompts that a directory has more than once"_s, .places = {}};
-    for (const QString& directory : directories) {
-        for (auto place = positions.lower_bound({directory, 0}); place != positions.end(); ++place) {
-            if (place->first.first != directory)
-                break;
-            if (place->second.size() > 1)
-                finding.places << u"%1: prompt %2 in the entries %3"_s.arg(
-                    directory, QString::number(place->first.second), place->second.join(u", "_s));
-        }
+    for (const auto& [key, found] : positions) {
+        if (found.size() > 1)
+            finding.places << u"%1: prompt %2 in the entries %3"_s.arg(
+                directories[key.first], QString::number(key.second), found.join(u", "_s));
     }
     return finding;
 }

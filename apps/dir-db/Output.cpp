@@ -1,5 +1,7 @@
 #include "Output.h"
 
+#include "platform/runtime/RuntimeError.h"
+
 #include <cstdio>
 
 namespace qor {
@@ -16,8 +18,8 @@ QChar HarmlessCharacter(QChar c)
         return QChar(static_cast<char16_t>(pictures + code));
     if (code == 0x7f)
         return QChar(deleteSign);
-    const bool commands = (code >= 0x80 && code < 0xa0) || (code >= 0x2028 && code <= 0x202e) ||
-                          (code >= 0x2066 && code <= 0x2069);
+    const bool commands =
+        (code >= 0x80 && code < 0xa0) || (code >= 0x2028 && code <= 0x202e) || (code >= 0x2066 && code <= 0x2069);
     return commands ? QChar(replacement) : c;
 }
 
@@ -45,10 +47,10 @@ void PrintError(const QString& sentence)
     Print(sentence, stderr);
 }
 
-bool FinishOutput()
+void FinishOutput()
 {
-    const bool flushed = std::fflush(stdout) == 0;
-    return flushed && std::ferror(stdout) == 0;
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
+        throw RuntimeError(ErrorNumber::Provider, u"Standard output cannot be written; what it holds is cut off."_s);
 }
 
 } // namespace qor

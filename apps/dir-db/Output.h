@@ -14,7 +14,7 @@ void PrintLine(const QString& line);
 /// One harmless line on standard error.
 void PrintError(const QString& sentence);
 
-/// Whether standard output has taken everything; a full disk shows here first.
-bool FinishOutput();
+/// Raises RuntimeError when standard output has not taken everything; a full disk shows here.
+void FinishOutput();
 
 } // namespace qor

@@ -1,52 +1,77 @@
 #include "Subcommands.h"
 
 #include "Check.h"
+#include "ImportJet.h"
 #include "NewDatabase.h"
+#include "Output.h"
 #include "Sample.h"
+#include "Show.h"
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
+#include <QMap>
 
 namespace qor {
 
 namespace {
 
+/// A command line behind its subcommand.
+struct Arguments
+{
+    QStringList files;
+    QMap<QString, int> options; ///< with the number that follows, or 1
+
+    bool Has(const QString& option) const { return options.contains(option); }
+    int Number(const QString& option, int otherwise) const { return options.value(option, otherwise); }
+};
+
 struct Subcommand
 {
     const char* name;
-    const char* arguments; ///< their names as the usage shows them, with blanks between
+    const char* arguments; ///< as the usage shows them: options in brackets, then files, with blanks between
     const char* purpose;
-    int (*run)(const QStringList& arguments); ///< returns the exit code
+    int (*run)(const Arguments& arguments); ///< returns the exit code
+    const char* optionalLastFile = nullptr; ///< the option with which the last file may be left out
 };
 
-void PrintLine(const QString& line)
+int RunCreate(const Arguments& arguments)
 {
-    std::fputs(line.toLocal8Bit() + '\n', stdout);
-}
-
-int RunCreate(const QStringList& arguments)
-{
-    MakeDatabase(arguments[0], [](Connection&) {});
-    PrintLine(u"%1: made, without nodes"_s.arg(arguments[0]));
+    MakeDatabase(arguments.files[0], [](Connection&) {});
+    PrintLine(u"%1: made, without nodes"_s.arg(arguments.files[0]));
     return success;
 }
 
-int RunSample(const QStringList& arguments)
+int RunSample(const Arguments& arguments)
 {
-    MakeDatabase(arguments[0], WriteSample);
-    PrintLine(u"%1: made, with the sample in it"_s.arg(arguments[0]));
+    MakeDatabase(arguments.files[0], WriteSample);
+    PrintLine(u"%1: made, with the sample in it"_s.arg(arguments.files[0]));
     return success;
 }
 
-int RunCheck(const QStringList& arguments)
+int RunImportJet(const Arguments& arguments)
 {
-    const QString& fileName = arguments[0];
+    const bool clean = ImportJet(arguments.files[0], arguments.files.value(1), arguments.Has(u"--dry-run"_s));
+    return clean ? success : withWarnings;
+}
+
+int RunShow(const Arguments& arguments)
+{
+    ShowPartition(arguments.files[0], {.config = arguments.Number(u"--config"_s, 1),
+                                       .partition = arguments.Number(u"--partition"_s, 1),
+                                       .asCsv = arguments.Has(u"--csv"_s),
+                                       .withPasswords = arguments.Has(u"--passwords"_s)});
+    return success;
+}
+
+int RunCheck(const Arguments& arguments)
+{
+    const QString& fileName = arguments.files[0];
     const CheckResult result = CheckDatabase(fileName);
     if (result.reasons.isEmpty()) {
         PrintLine(u"%1: sound (%2 directory nodes, %3 entries)"_s.arg(fileName, QString::number(result.directoryNodes),
                                                                       QString::number(result.entries)));
-        return success;
+        PrintFindings(result.findings);
+        return HasPlaces(result.findings) ? withWarnings : success;
     }
     PrintError(u"The database %1 is not sound:"_s.arg(fileName));
     for (const QString& reason : result.reasons)
@@ -58,7 +83,15 @@ int RunCheck(const QStringList& arguments)
 constexpr std::array subcommands{
     Subcommand{"create", "FILE", "make an empty configuration database", RunCreate},
     Subcommand{"sample", "FILE", "make a database with nodes and entries to look at", RunSample},
-    Subcommand{"check", "FILE", "say whether a file is a sound configuration database", RunCheck},
+    Subcommand{"import-jet", "[--dry-run] SOURCE.mdb FILE",
+               "make a database from a Jet 4 database, which stays as it is, and report; with --dry-run report only "
+               "(FILE may be left out)",
+               RunImportJet, "--dry-run"},
+    Subcommand{"show", "[--csv] [--passwords] [--config N] [--partition N] FILE",
+               "print the directory nodes and entries of a partition (of 1 and 1), with --passwords access codes too",
+               RunShow},
+    Subcommand{"check", "FILE", "say whether a file is a sound configuration database and what is odd in its entries",
+               RunCheck},
 };
 
 QString CallOf(const Subcommand& subcommand)
@@ -68,12 +101,19 @@ QString CallOf(const Subcommand& subcommand)
 
 int PrintHelp()
 {
-    QString text = u"Usage: dir-db COMMAND FILE\n\nMakes and checks configuration databases.\n\n"_s;
-    for (const Subcommand& subcommand : subcommands)
-        text += u"  %1%2\n"_s.arg(CallOf(subcommand), -24).arg(QString::fromLatin1(subcommand.purpose));
-    text += u"  %1show this text\n\nA file that exists is never overwritten. The exit code is 0 when all went "
-            "well, 1 when it did not,\n2 when the command line is wrong."_s.arg(u"help"_s, -24);
-    PrintLine(text);
+    PrintLine(u"Usage: dir-db COMMAND [OPTIONS] FILE"_s);
+    PrintLine({});
+    PrintLine(u"Makes, imports, shows and checks configuration databases."_s);
+    for (const Subcommand& subcommand : subcommands) {
+        PrintLine({});
+        PrintLine(u"  "_s + CallOf(subcommand));
+        PrintLine(u"      "_s + QString::fromLatin1(subcommand.purpose));
+    }
+    for (const char* const line :
+         {"", "  help", "      show this text", "", "A file that exists is never overwritten.", "",
+          "Exit codes:", "  0  all went well", "  1  it failed; nothing was made", "  2  the command line is wrong",
+          "  3  import-jet made the database, or check found it sound, but with warnings"})
+        PrintLine(QString::fromLatin1(line));
     return success;
 }
 
@@ -86,29 +126,54 @@ int RefuseUsage(const QString& sentence)
     return wrongUsage;
 }
 
-/// What is wrong with the arguments of a subcommand, or nothing.
-QString ArgumentFault(const Subcommand& subcommand, const QStringList& arguments)
+/// Takes the option at the front of the rest, with its number, out of it; returns what is wrong with it, or nothing.
+QString TakeOption(const Subcommand& subcommand, QStringList& rest, Arguments& arguments)
 {
-    const qsizetype wanted = QString::fromLatin1(subcommand.arguments).split(u' ').size();
-    if (arguments.size() != wanted)
-        return u"The command \"%1\" takes %2, not %3 arguments."_s.arg(CallOf(subcommand))
-            .arg(wanted)
-            .arg(arguments.size());
-    for (const QString& argument : arguments) {
-        if (argument.isEmpty())
-            return u"A file name must not be empty."_s;
-        if (argument.startsWith(u'-'))
-            return u"There is no option \"%1\". Write \"./%1\" for a file of that name."_s.arg(argument);
+    const QString option = rest.takeFirst();
+    const QString usage = QString::fromLatin1(subcommand.arguments);
+    int number = 1;
+    if (usage.contains(u"[%1 N]"_s.arg(option))) {
+        bool isNumber = false;
+        const QString text = rest.isEmpty() ? QString() : rest.takeFirst();
+        number = text.toInt(&isNumber);
+        if (!isNumber)
+            return u"The option \"%1\" needs a number, not \"%2\"."_s.arg(option, text);
+    } else if (!usage.contains(u"[%1]"_s.arg(option))) {
+        return u"There is no option \"%1\". Write \"./%1\" for a file of that name."_s.arg(option);
     }
+    arguments.options.insert(option, number);
     return {};
 }
 
-} // namespace
-
-void PrintError(const QString& sentence)
+/// What is wrong with the number and the names of the files, or nothing.
+QString FilesFault(const Subcommand& subcommand, const Arguments& arguments)
 {
-    std::fputs(sentence.toLocal8Bit() + '\n', stderr);
+    const QStringList words = QString::fromLatin1(subcommand.arguments).split(u' ');
+    const qsizetype wanted = std::ranges::count_if(
+        words, [](const QString& word) { return !word.startsWith(u'[') && !word.endsWith(u']'); });
+    const bool mayLackOne = arguments.Has(QString::fromLatin1(subcommand.optionalLastFile));
+    const qsizetype given = arguments.files.size();
+    if (given != wanted && !(mayLackOne && given == wanted - 1))
+        return u"The command \"%1\" takes %2, not %3 files."_s.arg(CallOf(subcommand)).arg(wanted).arg(given);
+    return arguments.files.contains(u""_s) ? u"A file name must not be empty."_s : QString();
 }
+
+/// Reads what stands behind the subcommand; returns what is wrong with it, or nothing.
+QString ReadArguments(const Subcommand& subcommand, QStringList rest, Arguments& arguments)
+{
+    while (!rest.isEmpty()) {
+        if (!rest.first().startsWith(u'-')) {
+            arguments.files << rest.takeFirst();
+            continue;
+        }
+        const QString fault = TakeOption(subcommand, rest, arguments);
+        if (!fault.isEmpty())
+            return fault;
+    }
+    return FilesFault(subcommand, arguments);
+}
+
+} // namespace
 
 int RunCommandLine(const QStringList& arguments)
 {
@@ -121,9 +186,9 @@ int RunCommandLine(const QStringList& arguments)
         subcommands, [&](const Subcommand& candidate) { return name == QLatin1String(candidate.name); });
     if (subcommand == subcommands.end())
         return RefuseUsage(u"There is no command \"%1\"."_s.arg(name));
-    const QStringList operands = arguments.mid(1);
-    const QString fault = ArgumentFault(*subcommand, operands);
-    return fault.isEmpty() ? subcommand->run(operands) : RefuseUsage(fault);
+    Arguments read;
+    const QString fault = ReadArguments(*subcommand, arguments.mid(1), read);
+    return fault.isEmpty() ? subcommand->run(read) : RefuseUsage(fault);
 }
 
 } // namespace qor

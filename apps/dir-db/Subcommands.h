@@ -9,12 +9,10 @@ namespace qor {
 /// RuntimeError when the work fails.
 int RunCommandLine(const QStringList& arguments);
 
-/// One line on standard error.
-void PrintError(const QString& sentence);
-
 /// Exit codes.
 inline constexpr int success = 0;
 inline constexpr int failure = 1;
 inline constexpr int wrongUsage = 2;
+inline constexpr int withWarnings = 3;
 
 } // namespace qor

@@ -1,5 +1,6 @@
-// dir-db: makes and checks configuration databases.
+// dir-db: makes, imports, shows and checks configuration databases.
 
+#include "Output.h"
 #include "platform/runtime/ErrorReport.h"
 #include "Subcommands.h"
 
@@ -12,7 +13,9 @@ int main(int argc, char** argv)
     std::signal(SIGXFSZ, SIG_IGN);
     try {
         const QCoreApplication application(argc, argv);
-        return qor::RunCommandLine(QCoreApplication::arguments().mid(1));
+        const int exitCode = qor::RunCommandLine(QCoreApplication::arguments().mid(1));
+        qor::FinishOutput();
+        return exitCode;
     } catch (...) {
         qor::PrintError(qor::CurrentRuntimeError().Description());
         return qor::failure;

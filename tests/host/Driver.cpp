@@ -23,8 +23,8 @@ QString FormLine(const QDialog& form)
     const auto* list = form.findChild<QTableView*>(u"LVDirectory"_s);
     const auto* position = form.findChild<QLabel*>(u"lblRecordPosition"_s);
     QStringList navigation;
-    for (const QString& name : {u"cmdFirst"_s, u"cmdPrevious"_s, u"cmbNode"_s, u"cmdNext"_s, u"cmdLast"_s,
-                                u"lblRecordPosition"_s}) {
+    for (const QString& name :
+         {u"cmdFirst"_s, u"cmdPrevious"_s, u"cmbNode"_s, u"cmdNext"_s, u"cmdLast"_s, u"lblRecordPosition"_s}) {
         const auto* control = form.findChild<QWidget*>(name);
         if (control && control->isVisible())
             navigation << name;

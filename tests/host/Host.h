@@ -1,4 +1,4 @@
-// What the test hosts share: the driver, and one call of the editor as a host makes it.
+// What the test hosts share: the driver, and calls of the editor as hosts make them.
 #pragma once
 
 #include "QOR_DIR_Node.h"
@@ -7,42 +7,26 @@
 #include <cstdlib>
 #include <dlfcn.h>
 #include <string>
+#include <thread>
 #include <vector>
+
+using GetClassObject = decltype(&DllGetClassObject);
+
+/// "config,partition,node"; a "t" before it calls on a thread of its own, a folder of application data behind "@"
+/// is where the database is from now on.
+using Call = std::string;
+using Calls = std::vector<Call>;
 
 /// Loads the driver that HOST_DRIVER names, for the life of the process.
 inline void LoadDriver()
 {
+    std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
     const char* path = std::getenv("HOST_DRIVER");
     if (path && !dlopen(path, RTLD_NOW))
         std::fprintf(stderr, "%s\n", dlerror());
 }
 
-/// A node, as "config,partition,node", and the folder of application data where its database is, behind "@"
-/// where it is not the one of the environment.
-struct Call
-{
-    explicit Call(const std::string& text)
-    {
-        std::sscanf(text.c_str(), "%hd,%hd,%hd", &config, &partition, &node);
-        if (const auto at = text.find('@'); at != std::string::npos)
-            folder = text.substr(at + 1);
-    }
-
-    std::string folder;
-    std::int16_t config = 0;
-    std::int16_t partition = 0;
-    std::int16_t node = 0;
-};
-
-inline std::vector<Call> CallsFrom(int count, char** texts)
-{
-    std::vector<Call> calls;
-    for (int i = 0; i < count; ++i)
-        calls.emplace_back(texts[i]);
-    return calls;
-}
-
-inline _BusinessRules* NewRules(decltype(&DllGetClassObject) getClassObject)
+inline _BusinessRules* NewRules(GetClassObject getClassObject)
 {
     void* factory = nullptr;
     void* rules = nullptr;
@@ -53,20 +37,24 @@ inline _BusinessRules* NewRules(decltype(&DllGetClassObject) getClassObject)
     return static_cast<_BusinessRules*>(rules);
 }
 
-inline void Show(_BusinessRules& rules, const Call& call)
+/// One call on an instance of its own.
+inline void Show(GetClassObject getClassObject, const Call& call)
 {
+    if (call.starts_with('t'))
+        return std::thread(Show, getClassObject, call.substr(1)).join();
+    std::int16_t ids[3]{};
+    std::sscanf(call.c_str(), "%hd,%hd,%hd", &ids[0], &ids[1], &ids[2]);
+    if (const auto at = call.find('@'); at != Call::npos)
+        setenv("KELDAR_COMMON_APPDATA", call.substr(at + 1).c_str(), 1);
+    _BusinessRules* rules = NewRules(getClassObject);
     VARIANT_BOOL result = VARIANT_TRUE; // so that it is seen whether it was written
-    const HRESULT outcome = rules.ShowNodeEditor(call.config, call.partition, call.node, &result);
-    std::printf("CALL %d %08X %d\n", call.node, static_cast<unsigned>(outcome), result);
+    const HRESULT outcome = rules->ShowNodeEditor(ids[0], ids[1], ids[2], &result);
+    rules->Release();
+    std::printf("CALL %d %08X %d\n", ids[2], static_cast<unsigned>(outcome), result);
 }
 
-/// One call on an instance of its own.
-inline void ShowOnce(decltype(&DllGetClassObject) getClassObject, const Call& call)
+inline void ShowAll(GetClassObject getClassObject, const Calls& calls)
 {
-    if (!call.folder.empty())
-        setenv("KELDAR_COMMON_APPDATA", call.folder.c_str(), 1);
-    if (_BusinessRules* rules = NewRules(getClassObject)) {
-        Show(*rules, call);
-        rules->Release();
-    }
+    for (const Call& call : calls)
+        Show(getClassObject, call);
 }

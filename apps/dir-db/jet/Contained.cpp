@@ -22,8 +22,8 @@ public:
     explicit SharedFile(const char* name)
     {
         const int descriptor = memfd_create(name, MFD_CLOEXEC);
-        if (descriptor < 0 || !mFile.open(descriptor, QIODevice::ReadWrite | QIODevice::Unbuffered,
-                                          QFileDevice::AutoCloseHandle))
+        if (descriptor < 0 ||
+            !mFile.open(descriptor, QIODevice::ReadWrite | QIODevice::Unbuffered, QFileDevice::AutoCloseHandle))
             throw RuntimeError(ErrorNumber::OutOfMemory, u"There is no room for another process."_s);
     }
 

@@ -117,8 +117,9 @@ void TableReader::ChooseColumns(const JetWish& wish)
             continue;
         const JetType* const type = FindJetType((*place)->col_type);
         if (type == nullptr)
-            Refuse(u"the column %1 of its table %2 has a type that cannot be taken over (type %3)"_s.arg(name, wish.table)
-                       .arg((*place)->col_type));
+            Refuse(
+                u"the column %1 of its table %2 has a type that cannot be taken over (type %3)"_s.arg(name, wish.table)
+                    .arg((*place)->col_type));
         mChosen.push_back(static_cast<std::size_t>(place - columns.begin()));
         mTable.columns << JetColumn{name, type->isNumber};
     }

@@ -38,12 +38,9 @@ QChar WideCharacter(QByteArrayView bytes, qsizetype at)
 }
 
 constexpr std::array types{
-    JetType{MDB_BOOL, 0, true, nullptr},
-    JetType{MDB_BYTE, 1, true, NumberText<quint8>},
-    JetType{MDB_INT, 2, true, NumberText<qint16>},
-    JetType{MDB_LONGINT, 4, true, NumberText<qint32>},
-    JetType{MDB_DATETIME, 8, false, DateText},
-    JetType{MDB_TEXT, 0, false, JetText},
+    JetType{MDB_BOOL, 0, true, nullptr},           JetType{MDB_BYTE, 1, true, NumberText<quint8>},
+    JetType{MDB_INT, 2, true, NumberText<qint16>}, JetType{MDB_LONGINT, 4, true, NumberText<qint32>},
+    JetType{MDB_DATETIME, 8, false, DateText},     JetType{MDB_TEXT, 0, false, JetText},
     JetType{MDB_MEMO, 0, false, JetText},
 };
 

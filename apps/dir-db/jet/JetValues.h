@@ -10,7 +10,7 @@ namespace qor {
 /// One type of column.
 struct JetType
 {
-    int id; ///< in the file
+    int id;          ///< in the file
     qsizetype width; ///< in bytes; 0 for a type without a fixed one
     bool isNumber;
     /// Null for what does not stand in the bytes: booleans. Raises RuntimeError for bytes that are no value.

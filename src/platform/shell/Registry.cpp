@@ -30,7 +30,8 @@ RegistryBytes ReadRegistryFile()
         return {};
     if (!file.open(QIODevice::ReadOnly))
         return {{}, file.errorString()};
-    return {file.readAll(), {}};
+    const QByteArray bytes = file.readAll();
+    return {bytes, file.error() == QFileDevice::NoError ? QString() : file.errorString()};
 }
 
 QString Escaped(QString text)
@@ -75,12 +76,12 @@ QString EntryText(const RegistryEntry& entry)
     return text + u"\r\n"_s;
 }
 
-/// Writes in the encoding that the file had before: UTF-16 with its mark, or UTF-8.
+/// Writes in the encoding that the file had before, with its mark where it had one.
 std::optional<QString> WriteRegistryFile(const QString& text, const QByteArray& before)
 {
-    const auto encoding = QStringConverter::encodingForData(before).value_or(QStringConverter::Utf8);
-    const bool hasMark = encoding != QStringConverter::Utf8 || before.startsWith("\xEF\xBB\xBF");
-    QStringEncoder encode(encoding, hasMark ? QStringEncoder::Flag::WriteBom : QStringEncoder::Flag::Default);
+    const bool hasMark = QStringConverter::encodingForData(before).has_value();
+    QStringEncoder encode(RegistryEncoding(before),
+                          hasMark ? QStringEncoder::Flag::WriteBom : QStringEncoder::Flag::Default);
     const QByteArray bytes = encode(text);
 
     const QString fileName = RegistryFileName();

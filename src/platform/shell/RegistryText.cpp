@@ -4,6 +4,7 @@
 #include <QStringDecoder>
 #include <QStringList>
 #include <QtEndian>
+#include <utility>
 
 namespace qor {
 
@@ -15,6 +16,12 @@ bool HasWideTexts(const QString& text)
     return !text.trimmed().startsWith(u"REGEDIT4");
 }
 
+/// A line that begins something new: a value that was to be continued before it is cut off and dropped.
+bool BeginsKeyOrValue(QStringView line)
+{
+    return line.startsWith(u'[') || line.startsWith(u'"') || line.startsWith(u'@');
+}
+
 /// The lines of the file, with continued ones (a backslash at the end) joined.
 QStringList JoinedLines(const QString& text)
 {
@@ -22,17 +29,16 @@ QStringList JoinedLines(const QString& text)
     QString pending;
     for (const QStringView raw : QStringView(text).split(u'\n')) {
         const QStringView line = raw.trimmed();
+        if (BeginsKeyOrValue(line))
+            pending.clear();
         const bool isHex = !pending.isEmpty() || line.contains(u"=hex");
         if (isHex && line.endsWith(u'\\')) {
             pending += line.chopped(1);
             continue;
         }
         pending += line;
-        lines << pending;
-        pending.clear();
+        lines << std::exchange(pending, {});
     }
-    if (!pending.isEmpty())
-        lines << pending;
     return lines;
 }
 
@@ -124,9 +130,12 @@ std::optional<RegistryValue> ParseData(QStringView data, bool wideTexts)
     return ParseHex(data, wideTexts);
 }
 
-/// The path of a key line "[KEY\PATH]"; empty for a deletion "[-KEY\PATH]".
+/// The path of a key line "[KEY\PATH]"; empty for a deletion "[-KEY\PATH]" and for a line without its closing
+/// bracket, so that the values behind it do not go to the key before.
 QString KeyOf(QStringView line)
 {
+    if (line.size() < 2 || !line.endsWith(u']'))
+        return {};
     const QStringView path = line.sliced(1).chopped(1);
     return path.startsWith(u'-') ? QString() : path.toString().toLower();
 }
@@ -157,12 +166,17 @@ std::optional<NamedValue> ParseValueLine(QStringView line, bool wideTexts)
 
 } // namespace
 
+QStringConverter::Encoding RegistryEncoding(const QByteArray& bytes)
+{
+    if (const auto marked = QStringConverter::encodingForData(bytes))
+        return *marked;
+    return bytes.isValidUtf8() ? QStringConverter::Utf8 : QStringConverter::Latin1;
+}
+
 QString DecodeRegistryText(const QByteArray& bytes)
 {
-    const auto encoding = QStringConverter::encodingForData(bytes);
-    QStringDecoder decode(encoding.value_or(QStringConverter::Utf8));
-    const QString text = decode(bytes);
-    return decode.hasError() && !encoding ? QString::fromLatin1(bytes) : text;
+    QStringDecoder decode(RegistryEncoding(bytes));
+    return decode(bytes);
 }
 
 RegistryValues ParseRegistryText(const QString& text)
@@ -171,7 +185,7 @@ RegistryValues ParseRegistryText(const QString& text)
     const bool wideTexts = HasWideTexts(text);
     QString key;
     for (const QString& line : JoinedLines(text)) {
-        if (line.size() > 2 && line.startsWith(u'[') && line.endsWith(u']')) {
+        if (line.startsWith(u'[')) {
             key = KeyOf(line);
             if (!key.isEmpty())
                 values[key];

@@ -6,6 +6,7 @@
 
 #include <QByteArray>
 #include <QHash>
+#include <QStringConverter>
 
 namespace qor {
 
@@ -28,8 +29,9 @@ struct RegistryValue
 /// an empty name.
 using RegistryValues = QHash<QString, QHash<QString, RegistryValue>>;
 
-/// The file's bytes as text: UTF-16 with its mark (as the format's version 5 is written), else UTF-8 and,
-/// where it is not valid UTF-8, Latin-1.
+/// How a file's bytes stand for its text: UTF-16 with its mark (as the format's version 5 is written), else UTF-8 and,
+/// where they are not valid UTF-8, Latin-1.
+QStringConverter::Encoding RegistryEncoding(const QByteArray& bytes);
 QString DecodeRegistryText(const QByteArray& bytes);
 
 RegistryValues ParseRegistryText(const QString& text);

@@ -15,12 +15,13 @@ const ListRow& ListItems::At(int row) const
     return mRows[static_cast<std::size_t>(row)];
 }
 
-void ListItems::TakeKey(const QString& key)
+/// Every key is checked before any is taken, so that a refused call changes nothing.
+void ListItems::TakeKey(QSet<QString>& keys, const QString& key)
 {
-    if (mKeys.contains(key)) {
+    if (keys.contains(key)) {
         throw RuntimeError(ErrorNumber::KeyNotUnique, u"The key \"%1\" belongs to another row of the list."_s.arg(key));
     }
-    mKeys.insert(key);
+    keys.insert(key);
 }
 
 void ListItems::Clear()
@@ -37,8 +38,10 @@ void ListItems::Append(std::vector<ListRow> rows)
 {
     if (rows.empty())
         return;
+    QSet<QString> keys = mKeys;
     for (const ListRow& row : rows)
-        TakeKey(row.key);
+        TakeKey(keys, row.key);
+    mKeys = std::move(keys);
     beginInsertRows({}, RowCount(), RowCount() + static_cast<int>(rows.size()) - 1);
     mRows.insert(mRows.end(), std::make_move_iterator(rows.begin()), std::make_move_iterator(rows.end()));
     endInsertRows();
@@ -48,7 +51,7 @@ void ListItems::Insert(int position, ListRow row)
 {
     if (position != RowCount())
         At(position);
-    TakeKey(row.key);
+    TakeKey(mKeys, row.key);
     beginInsertRows({}, position, position);
     mRows.insert(mRows.begin() + position, std::move(row));
     endInsertRows();
@@ -58,6 +61,8 @@ void ListItems::Remove(const std::vector<int>& rows)
 {
     if (rows.empty())
         return;
+    for (const int row : rows)
+        At(row);
     for (const int row : rows)
         mKeys.remove(At(row).key);
     const int first = rows.front();
@@ -87,7 +92,7 @@ void ListItems::SetKey(int row, const QString& key)
     ListRow& changed = At(row);
     if (changed.key == key)
         return;
-    TakeKey(key);
+    TakeKey(mKeys, key);
     mKeys.remove(changed.key);
     changed.key = key;
 }

@@ -75,7 +75,7 @@ public:
 private:
     const ListRow& At(int row) const;
     ListRow& At(int row) { return const_cast<ListRow&>(std::as_const(*this).At(row)); }
-    void TakeKey(const QString& key);
+    static void TakeKey(QSet<QString>& keys, const QString& key);
     void Sort();
 
     std::vector<ListRow> mRows;

@@ -44,9 +44,10 @@ ScreenPointer::~ScreenPointer()
 QColor ReadableOn(const QColor& background, const QColor& wanted)
 {
     constexpr int darkBackground = 128;
+    constexpr int lightEnough = 190; // blue is the darkest of hues
     if (background.lightness() >= darkBackground)
         return wanted;
-    return QColor::fromHsl(wanted.hslHue(), wanted.hslSaturation(), qMax(wanted.lightness(), 175));
+    return QColor::fromHsl(wanted.hslHue(), wanted.hslSaturation(), qMax(wanted.lightness(), lightEnough));
 }
 
 QFont FormFont(qreal points, bool bold)

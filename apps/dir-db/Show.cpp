@@ -1,0 +1,173 @@
+#include "Show.h"
+
+#include "Output.h"
+#include "platform/data/Connection.h"
+#include "Query.h"
+#include "store/CommandCatalog.h"
+
+#include <algorithm>
+#include <array>
+#include <QStringList>
+
+namespace qor {
+
+namespace {
+
+enum class Owner { Node, Entry };
+
+struct ShownColumn
+{
+    Owner owner;
+    const char* name;
+    bool secret = false;
+};
+
+constexpr std::array allColumns{
+    ShownColumn{Owner::Node, "NodeNumber"},
+    ShownColumn{Owner::Node, "NodeDescription"},
+    ShownColumn{Owner::Node, "UsePasswords"},
+    ShownColumn{Owner::Node, "AccessCode", true},
+    ShownColumn{Owner::Node, "StartingPromptNumber"},
+    ShownColumn{Owner::Entry, "SequenceNo"},
+    ShownColumn{Owner::Entry, "LastName"},
+    ShownColumn{Owner::Entry, "FirstName"},
+    ShownColumn{Owner::Entry, "Extension"},
+    ShownColumn{Owner::Entry, "NamePrompt"},
+    ShownColumn{Owner::Entry, "Password", true},
+};
+
+QList<ShownColumn> ChosenColumns(bool withSecrets)
+{
+    QList<ShownColumn> chosen;
+    std::ranges::copy_if(allColumns, std::back_inserter(chosen),
+                         [&](const ShownColumn& column) { return withSecrets || !column.secret; });
+    return chosen;
+}
+
+/// One row for each entry; a node without entries has one row without an entry.
+Recordset ReadRows(Connection& connection, const ShowRequest& request, const QList<ShownColumn>& columns)
+{
+    QStringList names;
+    for (const ShownColumn& column : columns)
+        names << (column.owner == Owner::Node ? u"Node_DIR."_s : u"Detail_DIR."_s) + QString::fromLatin1(column.name);
+    const QString text = u"SELECT %1 FROM Node_DIR LEFT JOIN Detail_DIR ON Detail_DIR.ConfigID = Node_DIR.ConfigID AND "
+                         "Detail_DIR.PartID = Node_DIR.PartID AND NodeMasterID = NodeNumber WHERE "
+                         "Node_DIR.ConfigID = ?1 AND Node_DIR.PartID = ?2 AND NodeTypeID = ?3 "
+                         "ORDER BY NodeNumber, SequenceNo"_s.arg(names.join(u", "_s));
+    return Query(connection, text,
+                 {QString::number(request.config), QString::number(request.partition), NODE_TYPE_DIR});
+}
+
+QStringList Values(const Recordset& rows, const QList<ShownColumn>& columns, Owner owner)
+{
+    QStringList values;
+    for (int i = 0; i < columns.size(); ++i) {
+        if (columns[i].owner == owner)
+            values << rows.Field(i).toString();
+    }
+    return values;
+}
+
+QStringList Names(const QList<ShownColumn>& columns, Owner owner)
+{
+    QStringList names;
+    for (const ShownColumn& column : columns) {
+        if (column.owner == owner)
+            names << QString::fromLatin1(column.name);
+    }
+    return names;
+}
+
+/// Quoted where it has to be.
+QString CsvField(QString text)
+{
+    const bool plain = std::ranges::none_of(text, [](QChar c) { return c == u',' || c == u'"' || c < u' '; }) &&
+                       text.trimmed() == text;
+    return plain ? text : u'"' + text.replace(u'"', u"\"\""_s) + u'"';
+}
+
+void PrintCsvLine(const QStringList& values)
+{
+    QStringList fields;
+    for (const QString& value : values)
+        fields << CsvField(value);
+    PrintLine(fields.join(u','));
+}
+
+void PrintCsv(Recordset& rows, const QList<ShownColumn>& columns)
+{
+    PrintCsvLine(Names(columns, Owner::Node) + Names(columns, Owner::Entry));
+    for (; !rows.EndOfFile(); rows.MoveNext())
+        PrintCsvLine(Values(rows, columns, Owner::Node) + Values(rows, columns, Owner::Entry));
+}
+
+/// In columns of the terminal: a mark stands on the character before it.
+qsizetype Width(const QString& text)
+{
+    return std::ranges::count_if(text, [](QChar c) { return !c.isMark() && !c.isLowSurrogate(); });
+}
+
+void PrintAligned(const QList<QStringList>& lines)
+{
+    QList<qsizetype> widths(lines[0].size(), 0);
+    for (const QStringList& line : lines) {
+        for (qsizetype i = 0; i < line.size(); ++i)
+            widths[i] = std::max(widths[i], Width(line[i]));
+    }
+    for (const QStringList& line : lines) {
+        QString text;
+        for (qsizetype i = 0; i < line.size(); ++i)
+            text += u"  "_s + line[i] + QString(widths[i] - Width(line[i]), u' ');
+        while (text.endsWith(u' '))
+            text.chop(1);
+        PrintLine(text);
+    }
+}
+
+/// DIR 7: NodeDescription "Staff", UsePasswords "1", ...
+QString NodeLine(const Recordset& rows, const QList<ShownColumn>& columns)
+{
+    const QStringList names = Names(columns, Owner::Node);
+    const QStringList values = Values(rows, columns, Owner::Node);
+    QStringList parts;
+    for (qsizetype i = 1; i < names.size(); ++i)
+        parts << u"%1 \"%2\""_s.arg(names[i], values[i]);
+    return u"DIR %1: %2"_s.arg(values[0], parts.join(u", "_s));
+}
+
+/// The node that the rows stand on and its entries; steps to the next node.
+void PrintNode(Recordset& rows, const QList<ShownColumn>& columns)
+{
+    PrintLine(NodeLine(rows, columns));
+    const QString node = rows.Field(0).toString();
+    QList<QStringList> lines{Names(columns, Owner::Entry)};
+    for (; !rows.EndOfFile() && rows.Field(0).toString() == node; rows.MoveNext()) {
+        if (!rows.Field(u"SequenceNo"_s).isNull())
+            lines << Values(rows, columns, Owner::Entry);
+    }
+    if (lines.size() > 1)
+        PrintAligned(lines);
+    else
+        PrintLine(u"  no entries"_s);
+}
+
+} // namespace
+
+void ShowPartition(const QString& fileName, const ShowRequest& request)
+{
+    Connection connection;
+    NameDatabase(connection, fileName);
+    const QList<ShownColumn> columns = ChosenColumns(request.withPasswords);
+    Recordset rows = ReadRows(connection, request, columns);
+    if (request.asCsv) {
+        PrintCsv(rows, columns);
+        return;
+    }
+    if (rows.EndOfFile())
+        PrintLine(u"There are no directory nodes in partition %1 of configuration %2."_s.arg(request.partition)
+                      .arg(request.config));
+    while (!rows.EndOfFile())
+        PrintNode(rows, columns);
+}
+
+} // namespace qor

@@ -1,0 +1,19 @@
+// The listing of a partition's directory nodes and their entries.
+#pragma once
+
+#include "platform/runtime/Text.h"
+
+namespace qor {
+
+struct ShowRequest
+{
+    int config = 1;
+    int partition = 1;
+    bool asCsv = false;
+    bool withPasswords = false; ///< and with access codes
+};
+
+/// Prints the values as they are stored. Raises RuntimeError for a file that does not open or has other tables.
+void ShowPartition(const QString& fileName, const ShowRequest& request);
+
+} // namespace qor

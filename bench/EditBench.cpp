@@ -1,0 +1,185 @@
+// How long the editor's commands take on a full directory, and how that grows with ten times the rows: from the
+// event until the form is painted again. With --once everything runs once, which proves no more than that it runs.
+#include "form/ModuleState.h"
+#include "platform/data/Command.h"
+#include "service/frmDIR.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <QApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QItemSelection>
+#include <QKeyEvent>
+#include <QProcess>
+#include <QTemporaryDir>
+
+using namespace qor;
+
+namespace {
+
+constexpr int fewRows = 500;
+constexpr int manyRows = 5000;
+
+[[noreturn]] void Fail(const QString& reason)
+{
+    std::fprintf(stderr, "EditBench: %s\n", qUtf8Printable(reason));
+    std::exit(1);
+}
+
+/// The sample in the folder of application data, with all message nodes that the rows name.
+void MakeData(const QString& folder)
+{
+    const QString databaseFolder = folder + u"/Quorvanta/KELDAR+/Database"_s;
+    const QString database = databaseFolder + u"/NewDB.mdb"_s;
+    QDir().mkpath(databaseFolder);
+    QProcess dirDb;
+    dirDb.start(QStringLiteral(DIR_DB), {u"sample"_s, database});
+    if (!dirDb.waitForFinished() || dirDb.exitCode() != 0)
+        Fail(QString::fromUtf8(dirDb.readAllStandardError()));
+    Connection connection;
+    connection.SetConnectionString(u"Provider=Microsoft.Jet.OLEDB.4.0;Data Source="_s + database);
+    Command(connection, u"nodes"_s,
+            u"INSERT OR IGNORE INTO Node_General_Pool WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n "
+            "WHERE i < %1) SELECT 1, 1, 0, i, 'MSG', '', '' FROM n"_s.arg(manyRows),
+            0)
+        .Execute({});
+    qputenv("KELDAR_COMMON_APPDATA", QFile::encodeName(folder));
+}
+
+QString NameOf(int number)
+{
+    QString name;
+    for (; number > 0; number /= 26)
+        name += QChar(u'a' + number % 26);
+    return name;
+}
+
+/// The form on screen with rows in an order that no column sorts by, and its handlers.
+class Editor
+{
+public:
+    explicit Editor(int rowCount)
+        : events(form), commands(form, rules, events), commit(form, rules, commands), mRowCount(rowCount)
+    {
+        form.Load();
+        form.SetConfigID(1);
+        form.SetPartitionID(1);
+        ResetDirectoryListView(*form.LVDirectory);
+        rules.LoadPromptMSGNodeNumber(form);
+        form.show();
+    }
+
+    void Fill()
+    {
+        if (form.InEditMode())
+            commands.cmdDirEdit_Click();
+        ListItems& items = form.LVDirectory->Items();
+        items.Clear();
+        items.SetSorted(false);
+        std::vector<ListRow> rows;
+        for (int row = 0; row < mRowCount; ++row) {
+            const int mixed = row * 7919 % 104729;
+            rows.push_back(EntryRow(
+                row + 1, {NameOf(mixed), NameOf(row), QString::number(mixed), QString::number(row + 1), u"1"_s}));
+        }
+        items.Append(std::move(rows));
+        form.lstUniquePromptsForSaving->Clear();
+        QCoreApplication::processEvents();
+    }
+    void SelectEverySecondRow()
+    {
+        const QAbstractItemModel& model = *form.LVDirectory->model();
+        QItemSelection selection;
+        for (int row = 0; row < mRowCount; row += 2)
+            selection.select(model.index(row, 1), model.index(row, 5));
+        form.LVDirectory->selectionModel()->select(selection, QItemSelectionModel::Select);
+    }
+    void SelectMiddleRow()
+    {
+        form.LVDirectory->SetSelected(mRowCount / 2, true);
+        form.LVDirectory->EnsureVisible(mRowCount / 2);
+    }
+    void StartEditing()
+    {
+        SelectMiddleRow();
+        commands.cmdDirEdit_Click();
+    }
+    void Type()
+    {
+        QKeyEvent key(QEvent::KeyPress, Qt::Key_X, Qt::NoModifier, u"x"_s);
+        QCoreApplication::sendEvent(form.txtLastName, &key);
+    }
+
+    frmDIR form;
+    BusinessRules rules;
+    DirectoryListEvents events;
+    EntryCommands commands;
+    Commit commit;
+
+private:
+    int mRowCount;
+};
+
+struct Figure
+{
+    const char* name;
+    std::function<void(Editor&)> prepare;
+    std::function<void(Editor&)> run;
+};
+
+double Time(Editor& editor, const Figure& figure)
+{
+    editor.Fill();
+    if (figure.prepare)
+        figure.prepare(editor);
+    QCoreApplication::processEvents();
+    QElapsedTimer clock;
+    clock.start();
+    figure.run(editor);
+    QCoreApplication::processEvents();
+    return static_cast<double>(clock.nsecsElapsed()) / 1e6;
+}
+
+double Median(std::vector<double> values)
+{
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+const std::array figures{
+    Figure{"remove every second row", &Editor::SelectEverySecondRow,
+           [](Editor& it) { it.commands.cmdDirRemove_Click(); }},
+    Figure{"up", &Editor::SelectMiddleRow, [](Editor& it) { it.commands.cmdDirUp_Click(); }},
+    Figure{"sort by text", {}, [](Editor& it) { it.events.LVDirectory_ColumnClick(1); }},
+    Figure{"sort by number", {}, [](Editor& it) { it.events.LVDirectory_ColumnClick(3); }},
+    Figure{"type a character", &Editor::StartEditing, &Editor::Type},
+    Figure{"check the directory", {}, [](Editor& it) { it.commit.CheckDirectoryData(); }},
+    Figure{"check the message nodes", {}, [](Editor& it) { it.rules.CheckForUnReferencedNodes(it.form); }},
+};
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
+    const int rounds = QCoreApplication::arguments().contains(u"--once"_s) ? 1 : 21;
+    const QTemporaryDir folder;
+    MakeData(folder.path());
+    for (const Figure& figure : figures) {
+        std::vector<double> few;
+        std::vector<double> many;
+        std::vector<double> ratios;
+        for (int round = 0; round < rounds; ++round) {
+            few.push_back(Time(*std::make_unique<Editor>(fewRows), figure));
+            many.push_back(Time(*std::make_unique<Editor>(manyRows), figure));
+            ratios.push_back(many.back() / few.back());
+        }
+        std::printf("%s, %d rows: %.2f ms (wanted: at most 16); %d rows: %.2f ms, ratio %.1f (wanted: at most 12)\n",
+                    figure.name, fewRows, Median(few), manyRows, Median(many), Median(ratios));
+    }
+    return 0;
+}

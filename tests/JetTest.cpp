@@ -1,0 +1,221 @@
+// The import of Jet databases: a real file, copies of it with faults, and what keeps the faults in.
+
+#include "apps/dir-db/jet/Contained.h"
+#include "apps/dir-db/jet/JetValues.h"
+#include "platform/data/Command.h"
+#include "platform/data/Connection.h"
+#include "platform/runtime/RuntimeError.h"
+
+#include <csignal>
+#include <limits>
+#include <QDir>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace qor;
+
+namespace {
+
+QByteArray Utf16(QStringView text)
+{
+    return {reinterpret_cast<const char*>(text.utf16()), 2 * text.size()};
+}
+
+QStringList EntriesOf(const QString& folder)
+{
+    return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+}
+
+} // namespace
+
+class JetTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void readsValues();
+    void containsFaults();
+    void importsTheFile();
+    void dryRunWritesNothing();
+    void meetsFaults_data();
+    void meetsFaults();
+
+private:
+    QString Path(const QString& name) const { return mFolder->filePath(name); }
+    void WriteSource(const QByteArray& bytes) const;
+    int DirDb(const QStringList& arguments);
+    int Import() { return DirDb({u"import-jet"_s, Path(u"source.mdb"_s), Path(u"new.mdb"_s)}); }
+    QString Value(const QString& query) const;
+
+    QByteArray mSource;
+    std::unique_ptr<QTemporaryDir> mFolder; ///< a fresh one for each row
+    QString mOutput;
+    QString mErrors;
+};
+
+void JetTest::initTestCase()
+{
+    QFile file(QStringLiteral(JET_FILE));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    mSource = file.readAll();
+}
+
+void JetTest::init()
+{
+    mFolder = std::make_unique<QTemporaryDir>();
+    QVERIFY(QDir(mFolder->path()).mkdir(u"tmp"_s));
+    WriteSource(mSource);
+}
+
+void JetTest::WriteSource(const QByteArray& bytes) const
+{
+    QFile file(Path(u"source.mdb"_s));
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.flush());
+}
+
+int JetTest::DirDb(const QStringList& arguments)
+{
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"TMPDIR"_s, Path(u"tmp"_s));
+    environment.insert(u"MDBICONV"_s, u"ISO-8859-1"_s); // must not reach the library
+    process.setProcessEnvironment(environment);
+    process.start(QString::fromLocal8Bit(DIR_DB), arguments);
+    process.waitForFinished();
+    mOutput = QString::fromUtf8(process.readAllStandardOutput());
+    mErrors = QString::fromUtf8(process.readAllStandardError());
+    return process.exitStatus() == QProcess::NormalExit && EntriesOf(Path(u"tmp"_s)).isEmpty() ? process.exitCode()
+                                                                                               : -1;
+}
+
+QString JetTest::Value(const QString& query) const
+{
+    Connection connection;
+    connection.SetConnectionString(u"Provider=Microsoft.Jet.OLEDB.4.0;Data Source="_s + Path(u"new.mdb"_s));
+    const Recordset rows = Command(connection, query, query, 0).Open({});
+    return rows.Field(0).isNull() ? u"NULL"_s : rows.Field(0).toString();
+}
+
+void JetTest::readsValues()
+{
+    QCOMPARE(JetText(Utf16(u"Dvořák 😀")), u"Dvořák 😀"_s);
+    QCOMPARE(JetText("\xff\xfeM\xfcller"), u"Müller"_s);
+    QCOMPARE(JetText(QByteArray::fromHex("fffe 41 00 5901 00 42")), u"AřB"_s);
+    QVERIFY_THROWS_EXCEPTION(RuntimeError, JetText("abc"));
+    QCOMPARE(JetDateText(-1.25), u"1899-12-29 06:00:00"_s);
+    QCOMPARE(JetDateText(38055.9999999), u"2004-03-10 00:00:00"_s);
+    QVERIFY_THROWS_EXCEPTION(RuntimeError, JetDateText(std::numeric_limits<double>::quiet_NaN()));
+    QVERIFY_THROWS_EXCEPTION(RuntimeError, JetDateText(3'000'000));
+}
+
+void JetTest::containsFaults()
+{
+    const auto ending = [](const std::function<void()>& work) {
+        const auto whole = [&] { return work(), QByteArray("done"); };
+        return RunContained(whole, {.processorSeconds = 1, .bytes = 32'000'000}).ending;
+    };
+    QCOMPARE(ending([] {}), Ending::Done);
+    QCOMPARE(ending([] { std::signal(SIGSEGV, SIG_DFL), std::raise(SIGSEGV); }), Ending::Failed);
+    QCOMPARE(ending([] { throw RuntimeError(ErrorNumber::Provider, u"fault"_s); }), Ending::Failed);
+    QCOMPARE(ending([] { QByteArray(64'000'000, 'x').squeeze(); }), Ending::Failed);
+    QCOMPARE(ending([] {
+                 for (volatile bool more = true; more;) {
+                 }
+             }),
+             Ending::TookTooLong);
+}
+
+void JetTest::importsTheFile()
+{
+    QCOMPARE(Import(), 3);
+    QCOMPARE(mErrors, QString());
+    for (const char* line : {"Detail_DIR          513 of 513\n", "Tables not taken: Node_MENU\n",
+                             "message node is missing: 486\n", "DIR 7, entry 10: MSG 10\n", "and 466 more\n"})
+        QVERIFY2(mOutput.contains(QLatin1String(line)), qPrintable(mOutput));
+    QCOMPARE(EntriesOf(mFolder->path()), QStringList({u"new.mdb"_s, u"source.mdb"_s, u"tmp"_s}));
+    QFile source(Path(u"source.mdb"_s));
+    QVERIFY(source.open(QIODevice::ReadOnly) && source.readAll() == mSource);
+
+    const QString entry = u"SELECT %1 FROM Detail_DIR WHERE NodeMasterID = 7 AND SequenceNo = %2"_s;
+    QCOMPARE(Value(entry.arg(u"LastName || FirstName || Extension || Password"_s).arg(7)), u"DvořákPetr20061006"_s);
+    QCOMPARE(Value(entry.arg(u"NamePrompt"_s).arg(4)), u"NULL"_s);
+    QCOMPARE(Value(entry.arg(u"FirstName"_s).arg(12)), u"NULL"_s);
+    QCOMPARE(Value(entry.arg(u"LastName"_s).arg(11)), QString()); // the empty text, not Null
+    QCOMPARE(Value(u"SELECT group_concat(OnOff) FROM Node_MSG"_s), u"1,0,1,0,1,0,1,0,1,0"_s);
+    QCOMPARE(Value(u"SELECT Comment FROM Node_MSG WHERE NodeNumber = 9"_s),
+             u"A longer comment,\r\nwith a second line; ünïcödé €"_s);
+    QCOMPARE(Value(u"SELECT Max_number FROM Node_Type_Max WHERE Config_ID = 2"_s), u"999"_s);
+    QCOMPARE(Value(u"SELECT NodeDescription || DateModified FROM Node_General_Pool WHERE rowid = 12"_s),
+             u"Service desk – night2004-03-10 14:05:33"_s); // the 12th by its identity, not in the file
+
+    QCOMPARE(Import(), 1);
+    QVERIFY2(mErrors.contains(u"exists already"), qPrintable(mErrors));
+}
+
+void JetTest::dryRunWritesNothing()
+{
+    const QString source = Path(u"source.mdb"_s);
+    QCOMPARE(DirDb({u"import-jet"_s, u"--dry-run"_s, source}), 3);
+    QVERIFY2(mOutput.contains(u"10 of 10\n") && mOutput.contains(u"missing: 486"), qPrintable(mOutput));
+    QCOMPARE(DirDb({u"import-jet"_s, source, Path(u"new.mdb"_s), u"--dry-run"_s}), 3);
+    QCOMPARE(DirDb({u"import-jet"_s, u"--dry-run"_s, source, source}), 1);
+    QCOMPARE(DirDb({u"import-jet"_s, source}), 2);
+    QCOMPARE(EntriesOf(mFolder->path()), QStringList({u"source.mdb"_s, u"tmp"_s}));
+}
+
+void JetTest::meetsFaults_data()
+{
+    QTest::addColumn<QByteArray>("source");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QString>("said");
+    const auto file = [](const char* said, const QByteArray& source) {
+        QTest::newRow(said) << source << 1 << QString::fromUtf8(said);
+    };
+    file("it is empty", "");
+    file("it is not a Jet database", "Smith,Anne,101\r\n");
+    file("it is a SQLite database", "SQLite format 3" + QByteArray(4081, '\0'));
+    file("it is a Jet 3 database", QByteArray(mSource).replace(20, 1, QByteArray(1, '\0')));
+    file("it is newer than Jet 4", QByteArray(mSource).replace("Jet", "ACE"));
+    file("it is cut off or damaged", mSource.left(32));
+    for (const int pages : {1, 2, 15, 25, 40, 52, 54})
+        QTest::addRow("%d pages", pages) << mSource.left(pages * 4096) << 1 << u"damaged"_s;
+
+    const auto change = [&](int exitCode, const char* said, const QByteArray& from, const QByteArray& to) {
+        QTest::newRow(said) << QByteArray(mSource).replace(from, to) << exitCode << QString::fromUtf8(said);
+    };
+    const auto hex = [](const char* text) { return QByteArray::fromHex(text); };
+    change(3, "NodeType_ID) = (1, 1, 0): 2 rows", hex("0400 0100 0200 0000 0000 0f"),
+           hex("0400 0100 0100 0000 0000 0f"));
+    change(3, "NodeType_ID): 1 rows", hex("0400 0200 0100 0000 e703 0f"), hex("0400 0200 0100 0000 e703 0e"));
+    change(3, "Detail_DIR: 513, not 0", hex("59060000 01020000"), hex("59060000 00000000"));
+    change(1, "should have 514 rows, but 513", hex("59060000 01020000"), hex("59060000 02020000"));
+    change(1, "a long text is cut off", hex("60000040 0035"), hex("61000040 0035"));
+    const QByteArray column = hex("59060000 03000000 03000000 0000");
+    change(1, "Max_number of its table Node_Type_Max holds texts", '\x03' + column, '\x0a' + column);
+    change(1, "Max_number of its table Node_Type_Max has a type", '\x03' + column, '\x05' + column);
+    change(3, "  Node_MSG.WarningTone\n", Utf16(u"WarningTone"), Utf16(u"WarningTune"));
+    change(3, "not taken: Node_MSG.Warning␛[m\n", Utf16(u"WarningTone"), Utf16(u"Warning\033[m"));
+    change(1, "Detail_DIR lacks the column SequenceNo", Utf16(u"SequenceNo"), Utf16(u"SequenceNr"));
+    change(1, "it has no table Node_MSG", Utf16(u"Node_MSG"), Utf16(u"Node_XXX"));
+}
+
+void JetTest::meetsFaults()
+{
+    QFETCH(QByteArray, source);
+    QFETCH(int, exitCode);
+    QFETCH(QString, said);
+    WriteSource(source);
+    QCOMPARE(Import(), exitCode);
+    const QString& spoken = exitCode == 1 ? mErrors : mOutput;
+    QVERIFY2(spoken.contains(said), qPrintable(spoken));
+    QCOMPARE(QFileInfo::exists(Path(u"new.mdb"_s)), exitCode == 3);
+    if (exitCode == 1)
+        QVERIFY2(mOutput.isEmpty() && mErrors.count(u'\n') == 1 && EntriesOf(mFolder->path()).size() == 2,
+                 qPrintable(mErrors));
+}
+
+QTEST_GUILESS_MAIN(JetTest)
+#include "JetTest.moc"
