@@ -2,6 +2,8 @@
 // event until the form is painted again. With --once everything runs once, which proves no more than that it runs.
 #include "form/ModuleState.h"
 #include "platform/data/Command.h"
+#include "platform/runtime/ErrorReport.h"
+#include "rules/ConfirmationDialog.h"
 #include "service/frmDIR.h"
 
 #include <algorithm>
@@ -80,8 +82,8 @@ public:
         std::vector<ListRow> rows;
         for (int row = 0; row < mRowCount; ++row) {
             const int mixed = row * 7919 % 104729;
-            rows.push_back(EntryRow(
-                row + 1, {NameOf(mixed), NameOf(row), QString::number(mixed), QString::number(row + 1), u"1"_s}));
+            rows.push_back(EntryRow(row + 1, {NameOf(mixed + 1), NameOf(row + 1), QString::number(mixed),
+                                              QString::number(row + 1), u"1"_s}));
         }
         items.Append(std::move(rows));
         form.lstUniquePromptsForSaving->Clear();
@@ -166,6 +168,8 @@ int main(int argc, char** argv)
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
+    SetErrorBox([](const QString& text, const QString& /*title*/, bool /*critical*/) { Fail(text); });
+    AddBuiltInClass(confirmationDialogId, MakeConfirmationDialog);
     const int rounds = QCoreApplication::arguments().contains(u"--once"_s) ? 1 : 21;
     const QTemporaryDir folder;
     MakeData(folder.path());

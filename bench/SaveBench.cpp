@@ -3,6 +3,7 @@
 // proves no more than that it runs.
 #include "form/EditorForm.h"
 #include "platform/data/Command.h"
+#include "platform/runtime/ErrorReport.h"
 #include "rules/BusinessRules.h"
 #include "rules/ConfirmationDialog.h"
 
@@ -204,6 +205,7 @@ int main(int argc, char** argv)
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
+    SetErrorBox([](const QString& text, const QString& /*title*/, bool /*critical*/) { Fail(text); });
     const int rounds = QCoreApplication::arguments().contains(u"--once"_s) ? 1 : 15;
     AddBuiltInClass(confirmationDialogId, MakeConfirmationDialog);
     const QTemporaryDir folder;

@@ -19,6 +19,7 @@ install(FILES
         ${CMAKE_CURRENT_BINARY_DIR}/QOR_DIR_NodeConfigVersion.cmake
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/QOR_DIR_Node
     COMPONENT development)
+file(RELATIVE_PATH prefixFromPkgconfig /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(cmake/qor-dir-node.pc.in qor-dir-node.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/qor-dir-node.pc
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)

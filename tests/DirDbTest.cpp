@@ -3,9 +3,8 @@
 #include "platform/runtime/RuntimeError.h"
 #include "store/CommandCatalog.h"
 #include "store/DataBase.h"
+#include "support/Tool.h"
 
-#include <QDir>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -16,60 +15,9 @@ namespace {
 /// Changes a sound sample of this name into a faulty one.
 using Spoil = void (*)(const QString& fileName);
 
-struct Outcome
-{
-    int exitCode = -1;
-    QString output;
-    QString errors;
-};
-
-Outcome RunProgram(const QString& program, const QStringList& arguments)
-{
-    QProcess process;
-    process.start(program, arguments);
-    if (!process.waitForFinished() || process.exitStatus() != QProcess::NormalExit)
-        return {-1, {}, process.errorString()};
-    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-            QString::fromUtf8(process.readAllStandardError())};
-}
-
 Outcome DirDb(const QStringList& arguments)
 {
     return RunProgram(QString::fromLocal8Bit(DIR_DB), arguments);
-}
-
-QByteArray ReadFile(const QString& fileName)
-{
-    QFile file(fileName);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void WriteFile(const QString& fileName, const QByteArray& bytes)
-{
-    QFile file(fileName);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush())
-        qFatal("cannot write a test file");
-}
-
-QString ConnectionTo(const QString& fileName)
-{
-    return u"Provider=Microsoft.Jet.OLEDB.4.0;Data Source="_s + fileName;
-}
-
-/// The first column of every row.
-QStringList Query(const QString& fileName, const QString& text)
-{
-    Connection connection;
-    connection.SetConnectionString(ConnectionTo(fileName));
-    QStringList values;
-    for (Recordset rows = Command(connection, text, text, 0).Open({}); !rows.EndOfFile(); rows.MoveNext())
-        values << rows.Field(0).toString();
-    return values;
-}
-
-QStringList EntriesOf(const QString& folder)
-{
-    return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
 }
 
 } // namespace
@@ -101,6 +49,11 @@ private Q_SLOTS:
     void checkAllowsMoreTablesAndColumns();
     void checkFinds_data();
     void checkFinds();
+    void checkWarns_data();
+    void checkWarns();
+    void shows_data();
+    void shows();
+    void showTellsWhenTheDiskIsFull();
 
 private:
     QString Path(const QString& name) const { return mFolder->filePath(name); }
@@ -135,6 +88,8 @@ void DirDbTest::commandLine_data()
     QTest::newRow("two files") << QStringList{u"check"_s, u"a"_s, u"b"_s} << 2 << u"takes 1, not 2"_s;
     QTest::newRow("empty name") << QStringList{u"create"_s, u""_s} << 2 << u"must not be empty"_s;
     QTest::newRow("option") << QStringList{u"create"_s, u"-f"_s} << 2 << u"no option \"-f\""_s;
+    QTest::newRow("option of another") << QStringList{u"check"_s, u"--csv"_s, u"a"_s} << 2 << u"no option \"--csv\""_s;
+    QTest::newRow("no number") << QStringList{u"show"_s, u"a"_s, u"--config"_s} << 2 << u"needs a number"_s;
 }
 
 void DirDbTest::commandLine()
@@ -156,8 +111,7 @@ void DirDbTest::createMakesAnEmptyDatabase()
     QVERIFY2(made.exitCode == 0, qPrintable(made.errors));
     QCOMPARE(EntriesOf(mFolder->path()).size(), 1);
     const QFileDevice::Permissions ownersOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
-    QCOMPARE(QFileInfo(fileName).permissions() & ~(QFileDevice::ReadUser | QFileDevice::WriteUser),
-             ownersOnly);
+    QCOMPARE(QFileInfo(fileName).permissions() & ~(QFileDevice::ReadUser | QFileDevice::WriteUser), ownersOnly);
     QCOMPARE(Query(fileName, u"PRAGMA journal_mode"_s), QStringList{u"wal"_s});
     QCOMPARE(DirDb({u"check"_s, fileName}).output, fileName + u": sound (0 directory nodes, 0 entries)\n"_s);
 }
@@ -217,8 +171,7 @@ void DirDbTest::sampleHolds_data()
     QTest::newRow("different people")
         << u"(SELECT DISTINCT LastName, FirstName FROM Detail_DIR WHERE NodeMasterID = 12)"_s << 500;
     QTest::newRow("unusual names")
-        << detail +
-               u"NodeMasterID = 7 AND (LastName IN ('O''Neil', 'Müller', 'Nguyễn') OR FirstName = 'Łukasz')"_s
+        << detail + u"NodeMasterID = 7 AND (LastName IN ('O''Neil', 'Müller', 'Nguyễn') OR FirstName = 'Łukasz')"_s
         << 4;
     QTest::newRow("two missing prompts")
         << detail + u"NodeMasterID = 7 AND NamePrompt NOT IN (SELECT NodeNumber FROM Node_MSG"_s + main +
@@ -227,10 +180,10 @@ void DirDbTest::sampleHolds_data()
     QTest::newRow("an entry of nulls")
         << detail + u"COALESCE(LastName, FirstName, Extension, NamePrompt, Password) IS NULL"_s << 1;
     QTest::newRow("prompts out of range") << detail + u"NamePrompt NOT BETWEEN 1 AND 999"_s << 4;
-    QTest::newRow("a header of nulls")
-        << u"Node_DIR"_s + main + u"COALESCE(NodeDescription, AccessCode, UsePasswords) IS NULL"_s << 1;
-    QTest::newRow("no maximum")
-        << u"Node_Type_Max WHERE Config_ID = 1 AND PartitionID = 2 AND NodeType_ID = 0"_s << 0;
+    QTest::newRow("a header of nulls") << u"Node_DIR"_s + main +
+                                              u"COALESCE(NodeDescription, AccessCode, UsePasswords) IS NULL"_s
+                                       << 1;
+    QTest::newRow("no maximum") << u"Node_Type_Max WHERE Config_ID = 1 AND PartitionID = 2 AND NodeType_ID = 0"_s << 0;
     const QString identity = u"SELECT ConfigID, PartID, NodeTypeID, NodeNumber, NodeDescription FROM "_s;
     QTest::newRow("nodes that the pool lacks")
         << u"(%1Node_DIR UNION ALL %1Node_MSG EXCEPT %1Node_General_Pool)"_s.arg(identity) << 0;
@@ -276,11 +229,9 @@ void DirDbTest::everyCommandRuns()
     const EngineStatement statement = TranslateStoredSql(QString::fromLatin1(CatalogEntry(id).sql));
     Connection connection;
     connection.SetConnectionString(ConnectionTo(fileName));
-    Command command(connection, u"the command"_s, statement.text,
-                    static_cast<int>(statement.parameters.size()));
+    Command command(connection, u"the command"_s, statement.text, static_cast<int>(statement.parameters.size()));
     const QStringList parts = values.split(u',');
-    QCOMPARE(CatalogEntry(id).recordset ? static_cast<int>(command.Open(parts).RecordCount())
-                                        : command.Execute(parts),
+    QCOMPARE(CatalogEntry(id).recordset ? static_cast<int>(command.Open(parts).RecordCount()) : command.Execute(parts),
              rows);
 }
 
@@ -309,16 +260,15 @@ void DirDbTest::checkChangesNothing()
 {
     const QString fileName = Path(u"copy.mdb"_s);
     QVERIFY(QFile::copy(mSample, fileName));
-    QCOMPARE(DirDb({u"check"_s, fileName}).output,
-             fileName + u": sound (7 directory nodes, 567 entries)\n"_s);
+    QCOMPARE(DirDb({u"check"_s, fileName}).output, fileName + u": sound (7 directory nodes, 567 entries)\n"_s);
     QCOMPARE(ReadFile(fileName), ReadFile(mSample));
     QCOMPARE(EntriesOf(mFolder->path()), QStringList{u"copy.mdb"_s});
 }
 
 void DirDbTest::checkAllowsMoreTablesAndColumns()
 {
-    const QString fileName = Path(u"copy.mdb"_s);
-    QVERIFY(QFile::copy(mSample, fileName));
+    const QString fileName = Path(u"new.mdb"_s);
+    QCOMPARE(DirDb({u"create"_s, fileName}).exitCode, 0);
     Query(fileName, u"ALTER TABLE Node_DIR ADD COLUMN Colour TEXT"_s);
     Query(fileName, u"CREATE TABLE Node_Other (Number INTEGER)"_s);
     QCOMPARE(DirDb({u"check"_s, fileName}).exitCode, 0);
@@ -337,12 +287,9 @@ void DirDbTest::checkFinds_data()
         {u"is not a configuration database"_s});
     row("Jet", [](const QString& file) { WriteFile(file, QByteArray("\0\1\0\0Standard Jet DB\0\1", 21)); },
         {u"is a Jet database"_s});
-    row("truncated", [](const QString& file) { WriteFile(file, ReadFile(file).left(50'000)); },
-        {u"is damaged"_s});
+    row("truncated", [](const QString& file) { WriteFile(file, ReadFile(file).left(50'000)); }, {u"is damaged"_s});
     row("overwritten",
-        [](const QString& file) {
-            WriteFile(file, ReadFile(file).replace(16 * 4096 + 100, 99, QByteArray(99, 'x')));
-        },
+        [](const QString& file) { WriteFile(file, ReadFile(file).replace(16 * 4096 + 100, 99, QByteArray(99, 'x'))); },
         {u"is damaged"_s});
     row("folder",
         [](const QString& file) {
@@ -385,6 +332,94 @@ void DirDbTest::checkFinds()
     for (const QString& part : QStringList{fileName} + said)
         QVERIFY2(outcome.errors.contains(part), qPrintable(outcome.errors));
     QCOMPARE(outcome.output, QString());
+}
+
+void DirDbTest::checkWarns_data()
+{
+    QTest::addColumn<QString>("entries"); ///< LastName, FirstName, Extension, NamePrompt, Password
+    QTest::addColumn<QString>("said");
+    const auto row = [](const char* name, const QString& entries, const QString& said) {
+        QTest::newRow(name) << entries << said;
+    };
+    const QString place = u"configuration 1, partition 1, DIR 12"_s;
+    row("nothing", u"('O''Neil 2', 'Anne', ' 1e3 ', 2, '1'), ('Smith', 'Anne', '12', 3, '1')"_s, {});
+    row("no message node", u"('Smith', 'Anne', '12', 13, '1')"_s,
+        u"message node is missing: 1\n  "_s + place + u", entry 1: MSG 13\n"_s);
+    row("not in the pool", u"('Smith', 'Anne', '12', 9, '1')"_s, u", entry 1: MSG 9\n"_s);
+    row("duplicate",
+        u"('Smith', 'Anne', '12', 2, '1'), ('Smith', 'Anne', '12', 3, '1'), ('Smith', 'Anne', '12', 2, '1')"_s,
+        u"more than once: 1\n  "_s + place + u": prompt 2 in the entries 1, 3\n"_s);
+    row("duplicate as shown", u"('Smith', 'Anne', '12', 1, '1'), ('Smith', 'Anne', '12', 1000, '1')"_s,
+        u"prompt 1 in the entries 1, 2\n"_s);
+    row("invalid", u"('Smith', 'Anne', '12' || char(27) || 'a', 2, '1')"_s,
+        u"marks as invalid: 1\n  "_s + place + u", entry 1: the extension \"12␛a\" is not a number\n"_s);
+    row("defaults", u"('', NULL, '', NULL, NULL)"_s,
+        u"missing values: 1\n  "_s + place + u", entry 1: LastName, FirstName, Extension, NamePrompt, Password\n"_s);
+    row("many", u"('Smith', 'Anne', '12', 13, '1')"_s + u", ('Smith', 'Anne', '12', 13, '1')"_s.repeated(21),
+        u", entry 20: MSG 13\n  and 2 more\n"_s);
+}
+
+void DirDbTest::checkWarns()
+{
+    QFETCH(QString, entries);
+    QFETCH(QString, said);
+    const QString fileName = Path(u"copy.mdb"_s);
+    QVERIFY(QFile::copy(mSample, fileName));
+    Query(fileName, u"DELETE FROM Detail_DIR"_s);
+    Query(fileName, u"DELETE FROM Node_General_Pool WHERE NodeTypeID = 0 AND NodeNumber = 9"_s);
+    Query(fileName, u"INSERT INTO Detail_DIR SELECT 1, 1, 12, row_number() OVER (), * FROM (VALUES %1)"_s.arg(entries));
+    const Outcome outcome = DirDb({u"check"_s, fileName});
+    QCOMPARE(outcome.exitCode, said.isEmpty() ? 0 : 3);
+    QVERIFY2(outcome.output.contains(said) && outcome.errors.isEmpty(), qPrintable(outcome.output));
+}
+
+void DirDbTest::shows_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QString>("said");
+    const QStringList second{u"--config"_s, u"2"_s};
+    QTest::newRow("table") << second
+                           << uR"(DIR 3: NodeDescription "Front office", UsePasswords "1", StartingPromptNumber "2"
+  SequenceNo  LastName   FirstName  Extension  NamePrompt
+  1           Smith␛"    Anne       101        1
+  2           a,b)"_s;
+    QTest::newRow("CSV")
+        << second + QStringList{u"--csv"_s}
+        << uR"(NodeNumber,NodeDescription,UsePasswords,StartingPromptNumber,SequenceNo,LastName,FirstName,Extension,NamePrompt
+3,Front office,1,2,1,"Smith␛""",Anne,101,1
+3,Front office,1,2,2,"a,b",)"_s;
+    QTest::newRow("CSV of all") << second + QStringList{u"--csv"_s, u"--passwords"_s} << u",AccessCode,"_s;
+    QTest::newRow("passwords") << second + QStringList{u"--passwords"_s} << u"AccessCode \"1234\""_s;
+    QTest::newRow("partition") << QStringList{u"--partition"_s, u"2"_s} << u"DIR 5: NodeDescription \"Workshop\""_s;
+    QTest::newRow("no entries")
+        << QStringList{}
+        << u"DIR 20: NodeDescription \"Visitors\", UsePasswords \"0\", StartingPromptNumber \"250\"\n  no entries\n"_s;
+    QTest::newRow("no nodes") << QStringList{u"--partition"_s, u"9"_s} << u"no directory nodes in partition 9"_s;
+}
+
+void DirDbTest::shows()
+{
+    QFETCH(QStringList, options);
+    QFETCH(QString, said);
+    const QString fileName = Path(u"copy.mdb"_s);
+    QVERIFY(QFile::copy(mSample, fileName));
+    Query(fileName,
+          u"UPDATE Detail_DIR SET LastName = 'Smith' || char(27) || '\"' WHERE ConfigID = 2 AND SequenceNo = 1"_s);
+    Query(fileName,
+          u"UPDATE Detail_DIR SET LastName = 'a,b', Password = 'secret' WHERE ConfigID = 2 AND SequenceNo = 2"_s);
+    const Outcome outcome = DirDb(QStringList{u"show"_s} + options + QStringList{fileName});
+    QCOMPARE(outcome.exitCode, 0);
+    QVERIFY2(outcome.output.contains(said), qPrintable(outcome.output));
+    QCOMPARE(outcome.output.contains(u"secret"), options.contains(u"--passwords"));
+    QCOMPARE(outcome.output.contains(u"1234"), options.contains(u"--passwords"));
+}
+
+void DirDbTest::showTellsWhenTheDiskIsFull()
+{
+    const Outcome outcome = RunProgram(u"/bin/sh"_s, {u"-c"_s, u"exec \"$@\" >/dev/full"_s, u"sh"_s,
+                                                      QString::fromLocal8Bit(DIR_DB), u"show"_s, mSample});
+    QCOMPARE(outcome.exitCode, 1);
+    QVERIFY2(outcome.errors.contains(u"cannot be written"), qPrintable(outcome.errors));
 }
 
 QTEST_GUILESS_MAIN(DirDbTest)

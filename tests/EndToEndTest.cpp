@@ -87,15 +87,9 @@ QString ShownNode(const QDialog& form)
     return Find<QComboBox>(form, "cmbNode")->currentText() + u' ' + Find<QLineEdit>(form, "txtDescription")->text();
 }
 
-ExpectedBox SaveQuestion(QMessageBox::StandardButton answer)
+ExpectedBox Question(const QString& text, QMessageBox::StandardButton answer)
 {
-    return {u"Do you want to save changes?"_s, u"Confirmation"_s, QMessageBox::Question, answer};
-}
-
-ExpectedQuestion MissingNode(const QString& node, const QString& button)
-{
-    return {u"MSG %1 is referenced but it does not exist.\nDo you want to auto create node 'MSG %1'?"_s.arg(node),
-            button};
+    return {text, u"Confirmation"_s, QMessageBox::Question, answer};
 }
 
 /// Saves the 500 entries of node 12 until it is killed.
@@ -153,19 +147,20 @@ private Q_SLOTS:
             QCOMPARE(shown.size(), 40);
             QCOMPARE(shown[0].section(u'|', 0, 3), u"OBrien|Henry|124|61"_s);
             QCOMPARE(shown[39], u"Young|Zoe|1|1|1"_s);
-            BoxScript script{{u"Duplicate prompts in Directory. Continue saving?"_s, u"Confirmation"_s,
-                              QMessageBox::Question, QMessageBox::Yes}};
-            script.Expect(MissingNode(u"61"_s, u"cmdYes"_s));
-            script.Expect(MissingNode(u"13"_s, u"cmdYesToAll"_s));
+            BoxScript script{Question(u"Duplicate prompts in Directory. Continue saving?"_s, QMessageBox::Yes)};
+            const QString missing =
+                u"MSG %1 is referenced but it does not exist.\nDo you want to auto create node 'MSG %1'?"_s;
+            script.Expect(ExpectedQuestion{missing.arg(61), u"cmdYes"_s});
+            script.Expect(ExpectedQuestion{missing.arg(13), u"cmdYesToAll"_s});
             Click(form, "cmdApply");
             script.Verify();
             QCOMPARE(Stored(7), shown);
 
             Type(form, "txtDescription", u"Lost"_s);
-            script.Expect(SaveQuestion(QMessageBox::Cancel));
+            script.Expect(Question(u"Do you want to save changes?"_s, QMessageBox::Cancel));
             Click(form, "cmdNext");
             QCOMPARE(ShownNode(form), u"DIR 7 Lost"_s);
-            script.Expect(SaveQuestion(QMessageBox::No));
+            script.Expect(Question(u"Do you want to save changes?"_s, QMessageBox::No));
             Click(form, "cmdNext");
             QCOMPARE(ShownNode(form), u"DIR 12 All extensions"_s);
             QCOMPARE(ShownRows(form), Stored(12));
@@ -173,7 +168,7 @@ private Q_SLOTS:
             QCOMPARE(Find<QLabel>(form, "lblRecordPosition")->text(), u"4 of 4"_s);
             Click(form, "cmdPrevious");
             Type(form, "txtDescription", u"Guests"_s);
-            script.Expect(SaveQuestion(QMessageBox::Yes));
+            script.Expect(Question(u"Do you want to save changes?"_s, QMessageBox::Yes));
             Click(form, "cmdFirst");
             QCOMPARE(ShownNode(form), u"DIR 7 Desk"_s);
             QCOMPARE(ShownRows(form), shown);
@@ -182,7 +177,8 @@ private Q_SLOTS:
         QCOMPARE(Stored(7), shown);
         QCOMPARE(mSample.Run(u"SELECT NodeDescription FROM Node_DIR WHERE ConfigID = 1 AND PartID = 1"_s).join(u','),
                  u"New directory,Desk,All extensions,Guests,Null"_s);
-        QCOMPARE(mSample.Run(u"SELECT KELFilename FROM Node_MSG WHERE NodeNumber IN (13, 27, 61)"_s).join(u','),
+        QCOMPARE(mSample.Run(u"SELECT KELFilename FROM Node_MSG WHERE NodeNumber IN (13, 27, 61) ORDER BY NodeNumber"_s)
+                     .join(u','),
                  u"P01M013.wav,P01M061.wav"_s);
         QCOMPARE(DllCanUnloadNow(), S_OK);
     }

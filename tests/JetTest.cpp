@@ -2,16 +2,14 @@
 
 #include "apps/dir-db/jet/Contained.h"
 #include "apps/dir-db/jet/JetValues.h"
-#include "platform/data/Command.h"
-#include "platform/data/Connection.h"
 #include "platform/runtime/RuntimeError.h"
+#include "support/Tool.h"
 
+#include <cmath>
 #include <csignal>
-#include <limits>
-#include <QDir>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
+#include <unistd.h>
 
 using namespace qor;
 
@@ -22,9 +20,10 @@ QByteArray Utf16(QStringView text)
     return {reinterpret_cast<const char*>(text.utf16()), 2 * text.size()};
 }
 
-QStringList EntriesOf(const QString& folder)
+void WorkForever()
 {
-    return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    while (getpid() != 0) {
+    }
 }
 
 } // namespace
@@ -34,7 +33,6 @@ class JetTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
     void init();
     void readsValues();
     void containsFaults();
@@ -45,58 +43,29 @@ private Q_SLOTS:
 
 private:
     QString Path(const QString& name) const { return mFolder->filePath(name); }
-    void WriteSource(const QByteArray& bytes) const;
     int DirDb(const QStringList& arguments);
     int Import() { return DirDb({u"import-jet"_s, Path(u"source.mdb"_s), Path(u"new.mdb"_s)}); }
-    QString Value(const QString& query) const;
 
-    QByteArray mSource;
+    const QByteArray mSource = ReadFile(QStringLiteral(JET_FILE));
     std::unique_ptr<QTemporaryDir> mFolder; ///< a fresh one for each row
-    QString mOutput;
-    QString mErrors;
+    QString mSaid;
 };
-
-void JetTest::initTestCase()
-{
-    QFile file(QStringLiteral(JET_FILE));
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    mSource = file.readAll();
-}
 
 void JetTest::init()
 {
     mFolder = std::make_unique<QTemporaryDir>();
-    QVERIFY(QDir(mFolder->path()).mkdir(u"tmp"_s));
-    WriteSource(mSource);
+    QVERIFY(QDir(Path({})).mkdir(u"tmp"_s));
+    WriteFile(Path(u"source.mdb"_s), mSource);
 }
 
-void JetTest::WriteSource(const QByteArray& bytes) const
-{
-    QFile file(Path(u"source.mdb"_s));
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.flush());
-}
-
+/// The exit code, or -1 when the program crashed or left something in the folder for temporary files.
 int JetTest::DirDb(const QStringList& arguments)
 {
-    QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(u"TMPDIR"_s, Path(u"tmp"_s));
-    environment.insert(u"MDBICONV"_s, u"ISO-8859-1"_s); // must not reach the library
-    process.setProcessEnvironment(environment);
-    process.start(QString::fromLocal8Bit(DIR_DB), arguments);
-    process.waitForFinished();
-    mOutput = QString::fromUtf8(process.readAllStandardOutput());
-    mErrors = QString::fromUtf8(process.readAllStandardError());
-    return process.exitStatus() == QProcess::NormalExit && EntriesOf(Path(u"tmp"_s)).isEmpty() ? process.exitCode()
-                                                                                               : -1;
-}
-
-QString JetTest::Value(const QString& query) const
-{
-    Connection connection;
-    connection.SetConnectionString(u"Provider=Microsoft.Jet.OLEDB.4.0;Data Source="_s + Path(u"new.mdb"_s));
-    const Recordset rows = Command(connection, query, query, 0).Open({});
-    return rows.Field(0).isNull() ? u"NULL"_s : rows.Field(0).toString();
+    const QString folder = Path(u"tmp"_s);
+    const Outcome outcome = RunProgram(
+        u"env"_s, QStringList{u"TMPDIR="_s + folder, u"MDBICONV=ISO-8859-1"_s, QStringLiteral(DIR_DB)} + arguments);
+    mSaid = outcome.errors + outcome.output;
+    return EntriesOf(folder).isEmpty() ? outcome.exitCode : -1;
 }
 
 void JetTest::readsValues()
@@ -107,59 +76,52 @@ void JetTest::readsValues()
     QVERIFY_THROWS_EXCEPTION(RuntimeError, JetText("abc"));
     QCOMPARE(JetDateText(-1.25), u"1899-12-29 06:00:00"_s);
     QCOMPARE(JetDateText(38055.9999999), u"2004-03-10 00:00:00"_s);
-    QVERIFY_THROWS_EXCEPTION(RuntimeError, JetDateText(std::numeric_limits<double>::quiet_NaN()));
+    QVERIFY_THROWS_EXCEPTION(RuntimeError, JetDateText(std::nan("")));
     QVERIFY_THROWS_EXCEPTION(RuntimeError, JetDateText(3'000'000));
 }
 
 void JetTest::containsFaults()
 {
-    const auto ending = [](const std::function<void()>& work) {
+    const auto ending = [](void (*work)()) {
         const auto whole = [&] { return work(), QByteArray("done"); };
         return RunContained(whole, {.processorSeconds = 1, .bytes = 32'000'000}).ending;
     };
     QCOMPARE(ending([] {}), Ending::Done);
     QCOMPARE(ending([] { std::signal(SIGSEGV, SIG_DFL), std::raise(SIGSEGV); }), Ending::Failed);
     QCOMPARE(ending([] { throw RuntimeError(ErrorNumber::Provider, u"fault"_s); }), Ending::Failed);
-    QCOMPARE(ending([] { QByteArray(64'000'000, 'x').squeeze(); }), Ending::Failed);
-    QCOMPARE(ending([] {
-                 for (volatile bool more = true; more;) {
-                 }
-             }),
-             Ending::TookTooLong);
+    QCOMPARE(ending([] { QByteArray(256'000'000, 'x').squeeze(); }), Ending::Failed);
+    QCOMPARE(ending(WorkForever), Ending::TookTooLong);
 }
 
 void JetTest::importsTheFile()
 {
     QCOMPARE(Import(), 3);
-    QCOMPARE(mErrors, QString());
     for (const char* line : {"Detail_DIR          513 of 513\n", "Tables not taken: Node_MENU\n",
                              "message node is missing: 486\n", "DIR 7, entry 10: MSG 10\n", "and 466 more\n"})
-        QVERIFY2(mOutput.contains(QLatin1String(line)), qPrintable(mOutput));
+        QVERIFY2(mSaid.contains(QLatin1String(line)), qPrintable(mSaid));
     QCOMPARE(EntriesOf(mFolder->path()), QStringList({u"new.mdb"_s, u"source.mdb"_s, u"tmp"_s}));
-    QFile source(Path(u"source.mdb"_s));
-    QVERIFY(source.open(QIODevice::ReadOnly) && source.readAll() == mSource);
-
+    QVERIFY(ReadFile(Path(u"source.mdb"_s)) == mSource);
+    const auto value = [&](const QString& query) { return Query(Path(u"new.mdb"_s), query).value(0); };
     const QString entry = u"SELECT %1 FROM Detail_DIR WHERE NodeMasterID = 7 AND SequenceNo = %2"_s;
-    QCOMPARE(Value(entry.arg(u"LastName || FirstName || Extension || Password"_s).arg(7)), u"DvořákPetr20061006"_s);
-    QCOMPARE(Value(entry.arg(u"NamePrompt"_s).arg(4)), u"NULL"_s);
-    QCOMPARE(Value(entry.arg(u"FirstName"_s).arg(12)), u"NULL"_s);
-    QCOMPARE(Value(entry.arg(u"LastName"_s).arg(11)), QString()); // the empty text, not Null
-    QCOMPARE(Value(u"SELECT group_concat(OnOff) FROM Node_MSG"_s), u"1,0,1,0,1,0,1,0,1,0"_s);
-    QCOMPARE(Value(u"SELECT Comment FROM Node_MSG WHERE NodeNumber = 9"_s),
+    QCOMPARE(value(entry.arg(u"LastName || FirstName || Extension || Password"_s).arg(7)), u"DvořákPetr20061006"_s);
+    QCOMPARE(value(entry.arg(u"NamePrompt IS NULL"_s).arg(4)), u"1"_s);
+    QCOMPARE(value(entry.arg(u"FirstName IS NULL"_s).arg(12)), u"1"_s);
+    QCOMPARE(value(entry.arg(u"LastName = ''"_s).arg(11)), u"1"_s);
+    QCOMPARE(value(u"SELECT group_concat(OnOff) FROM Node_MSG"_s), u"1,0,1,0,1,0,1,0,1,0"_s);
+    QCOMPARE(value(u"SELECT Comment FROM Node_MSG WHERE NodeNumber = 9"_s),
              u"A longer comment,\r\nwith a second line; ünïcödé €"_s);
-    QCOMPARE(Value(u"SELECT Max_number FROM Node_Type_Max WHERE Config_ID = 2"_s), u"999"_s);
-    QCOMPARE(Value(u"SELECT NodeDescription || DateModified FROM Node_General_Pool WHERE rowid = 12"_s),
+    QCOMPARE(value(u"SELECT NodeDescription || DateModified FROM Node_General_Pool WHERE rowid = 12"_s),
              u"Service desk – night2004-03-10 14:05:33"_s); // the 12th by its identity, not in the file
 
     QCOMPARE(Import(), 1);
-    QVERIFY2(mErrors.contains(u"exists already"), qPrintable(mErrors));
+    QVERIFY2(mSaid.contains(u"exists already"), qPrintable(mSaid));
 }
 
 void JetTest::dryRunWritesNothing()
 {
     const QString source = Path(u"source.mdb"_s);
     QCOMPARE(DirDb({u"import-jet"_s, u"--dry-run"_s, source}), 3);
-    QVERIFY2(mOutput.contains(u"10 of 10\n") && mOutput.contains(u"missing: 486"), qPrintable(mOutput));
+    QVERIFY2(mSaid.contains(u"10 of 10\n") && mSaid.contains(u"missing: 486"), qPrintable(mSaid));
     QCOMPARE(DirDb({u"import-jet"_s, source, Path(u"new.mdb"_s), u"--dry-run"_s}), 3);
     QCOMPARE(DirDb({u"import-jet"_s, u"--dry-run"_s, source, source}), 1);
     QCOMPARE(DirDb({u"import-jet"_s, source}), 2);
@@ -186,7 +148,7 @@ void JetTest::meetsFaults_data()
     const auto change = [&](int exitCode, const char* said, const QByteArray& from, const QByteArray& to) {
         QTest::newRow(said) << QByteArray(mSource).replace(from, to) << exitCode << QString::fromUtf8(said);
     };
-    const auto hex = [](const char* text) { return QByteArray::fromHex(text); };
+    const auto hex = &QByteArray::fromHex;
     change(3, "NodeType_ID) = (1, 1, 0): 2 rows", hex("0400 0100 0200 0000 0000 0f"),
            hex("0400 0100 0100 0000 0000 0f"));
     change(3, "NodeType_ID): 1 rows", hex("0400 0200 0100 0000 e703 0f"), hex("0400 0200 0100 0000 e703 0e"));
@@ -197,7 +159,7 @@ void JetTest::meetsFaults_data()
     change(1, "Max_number of its table Node_Type_Max holds texts", '\x03' + column, '\x0a' + column);
     change(1, "Max_number of its table Node_Type_Max has a type", '\x03' + column, '\x05' + column);
     change(3, "  Node_MSG.WarningTone\n", Utf16(u"WarningTone"), Utf16(u"WarningTune"));
-    change(3, "not taken: Node_MSG.Warning␛[m\n", Utf16(u"WarningTone"), Utf16(u"Warning\033[m"));
+    change(3, "not taken: Node_MSG.Warning␛[1m\n", Utf16(u"WarningTone"), Utf16(u"Warning\033[1m"));
     change(1, "Detail_DIR lacks the column SequenceNo", Utf16(u"SequenceNo"), Utf16(u"SequenceNr"));
     change(1, "it has no table Node_MSG", Utf16(u"Node_MSG"), Utf16(u"Node_XXX"));
 }
@@ -207,14 +169,10 @@ void JetTest::meetsFaults()
     QFETCH(QByteArray, source);
     QFETCH(int, exitCode);
     QFETCH(QString, said);
-    WriteSource(source);
+    WriteFile(Path(u"source.mdb"_s), source);
     QCOMPARE(Import(), exitCode);
-    const QString& spoken = exitCode == 1 ? mErrors : mOutput;
-    QVERIFY2(spoken.contains(said), qPrintable(spoken));
-    QCOMPARE(QFileInfo::exists(Path(u"new.mdb"_s)), exitCode == 3);
-    if (exitCode == 1)
-        QVERIFY2(mOutput.isEmpty() && mErrors.count(u'\n') == 1 && EntriesOf(mFolder->path()).size() == 2,
-                 qPrintable(mErrors));
+    QVERIFY2(mSaid.contains(said) && (exitCode == 3 || mSaid.count(u'\n') == 1), qPrintable(mSaid));
+    QCOMPARE(EntriesOf(mFolder->path()).size(), exitCode == 3 ? 3 : 2);
 }
 
 QTEST_GUILESS_MAIN(JetTest)

@@ -57,6 +57,7 @@ class RulesTest : public QObject
 private:
     std::unique_ptr<SampleDatabase> mSample;
     std::unique_ptr<BareForm> mForm;
+    std::unique_ptr<BoxScript> mBoxes;
 
     void Change(const QString& statement) const
     {
@@ -70,12 +71,14 @@ private Q_SLOTS:
     {
         mSample = std::make_unique<SampleDatabase>();
         mForm = std::make_unique<BareForm>();
+        mBoxes = std::make_unique<BoxScript>();
         mForm->SetConfigID(1);
         mForm->SetPartitionID(1);
         Module().PendingMessage.clear();
     }
     void cleanup()
     {
+        mBoxes.reset();
         QCOMPARE(QSqlDatabase::connectionNames(), QStringList());
         QVERIFY(!QGuiApplication::overrideCursor());
     }
@@ -205,9 +208,10 @@ private Q_SLOTS:
     {
         BusinessRules rules;
         QVERIFY(rules.LoadData(*mForm, 7));
-        BoxScript script{Notice(u"DIR 99 doesn't exist."_s)};
+        ExpectedBox notice = Notice(u"DIR 99 doesn't exist."_s);
+        notice.inspect = [](const QMessageBox&) { QVERIFY(!QGuiApplication::overrideCursor()); };
+        mBoxes->Expect(notice);
         QVERIFY(!rules.LoadData(*mForm, 99));
-        script.Verify();
         QCOMPARE(mForm->txtDescription->text(), u"Staff"_s);
         QCOMPARE(mForm->LVDirectory->Items().RowCount(), 40);
         QVERIFY(rules.LoadData(*mForm, 7));
@@ -238,7 +242,7 @@ private Q_SLOTS:
         Change(given);
         BusinessRules rules;
         for (int i = 0; i < 2; ++i) {
-            BoxScript script{ErrorReport(expected.section(u'|', 0, 0), expected.section(u'|', 1))};
+            mBoxes->Expect(ErrorReport(expected.section(u'|', 0, 0), expected.section(u'|', 1)));
             QCOMPARE(Call(expected.section(u'|', 0, 0), rules, *mForm), 0);
         }
     }
@@ -284,7 +288,7 @@ private Q_SLOTS:
         mForm->cmbPromptNumber->SetNumbers(1, 250);
         for (const QString& text : {u"x"_s, u""_s}) {
             mForm->cmbMSGNodeNumber->SetText(text);
-            BoxScript script{ErrorReport(u"GetNextAvailableMSGNODENUMBER"_s, u"*\"%1\"*not a number*"_s.arg(text))};
+            mBoxes->Expect(ErrorReport(u"GetNextAvailableMSGNODENUMBER"_s, u"*\"%1\"*not a number*"_s.arg(text)));
             QCOMPARE(rules.GetNextAvailableMSGNODENUMBER(*mForm, false), qint16{0});
         }
         mForm->cmbMSGNodeNumber->SetText(u"5"_s);

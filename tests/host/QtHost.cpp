@@ -171,9 +171,9 @@ void Repeat(const Calls& calls)
         for (std::size_t i = 0; i < rounds; ++i)
             ShowAll({calls[i % calls.size()]});
     };
-    run(50);
+    run(40);
     const auto before = Held();
-    run(150);
+    run(160);
     const auto after = Held();
     std::printf("GROWTH");
     for (std::size_t i = 0; i < before.size(); ++i)

@@ -1,0 +1,64 @@
+// dir-db as a test runs it, and the files and databases that it leaves.
+#pragma once
+
+#include "platform/data/Command.h"
+#include "platform/data/Connection.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+
+namespace qor {
+
+struct Outcome
+{
+    int exitCode = -1; ///< -1 for a program that did not start or crashed
+    QString output;
+    QString errors;
+};
+
+inline Outcome RunProgram(const QString& program, const QStringList& arguments)
+{
+    QProcess process;
+    process.start(program, arguments);
+    if (!process.waitForFinished() || process.exitStatus() != QProcess::NormalExit)
+        return {-1, {}, process.errorString()};
+    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
+            QString::fromUtf8(process.readAllStandardError())};
+}
+
+inline QByteArray ReadFile(const QString& fileName)
+{
+    QFile file(fileName);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+inline void WriteFile(const QString& fileName, const QByteArray& bytes)
+{
+    QFile file(fileName);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush())
+        qFatal("cannot write a test file");
+}
+
+inline QStringList EntriesOf(const QString& folder)
+{
+    return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+}
+
+inline QString ConnectionTo(const QString& fileName)
+{
+    return u"Provider=Microsoft.Jet.OLEDB.4.0;Data Source="_s + fileName;
+}
+
+/// The first column of every row; a null text for Null.
+inline QStringList Query(const QString& fileName, const QString& text)
+{
+    Connection connection;
+    connection.SetConnectionString(ConnectionTo(fileName));
+    QStringList values;
+    for (Recordset rows = Command(connection, text, text, 0).Open({}); !rows.EndOfFile(); rows.MoveNext())
+        values << rows.Field(0).toString();
+    return values;
+}
+
+} // namespace qor
