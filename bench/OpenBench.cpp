@@ -57,7 +57,7 @@ protected:
         if (event->type() == QEvent::Paint && mPainted == 0) {
             if (const auto* box = qobject_cast<QMessageBox*>(watched))
                 Fail(box->text());
-            if (watched->parent() && watched->parent()->objectName() == u"LVDirectory"_s) {
+            if (watched->parent() != nullptr && watched->parent()->objectName() == u"LVDirectory"_s) {
                 mPainted = -1;
                 QMetaObject::invokeMethod(this, &PaintClock::Stop, Qt::QueuedConnection);
             }

@@ -98,9 +98,9 @@ void Show(ListView& list)
     list.AddColumn(u"#"_s, 0);
     list.AddColumn(u"Name"_s, 100);
     list.SetMultiSelect(true);
-    std::vector<ListRow> rows;
+    std::vector<ListRow> rows(40);
     for (int i = 0; i < 40; ++i)
-        rows.push_back({QString::number(i), {QString::number(i), QString::number(99 - i / 2)}, {}});
+        rows.at(i) = {QString::number(i), {QString::number(i), QString::number(99 - i / 2)}, {}};
     list.Items().Append(std::move(rows));
     list.resize(300, 200);
     list.show();

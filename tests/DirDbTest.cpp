@@ -260,7 +260,10 @@ void DirDbTest::checkChangesNothing()
 {
     const QString fileName = Path(u"copy.mdb"_s);
     QVERIFY(QFile::copy(mSample, fileName));
-    QCOMPARE(DirDb({u"check"_s, fileName}).output, fileName + u": sound (7 directory nodes, 567 entries)\n"_s);
+    const Outcome outcome = DirDb({u"check"_s, fileName});
+    QCOMPARE(outcome.exitCode, 3);
+    QVERIFY2(outcome.output.startsWith(fileName + u": sound (7 directory nodes, 567 entries)\nWarning: "_s),
+             qPrintable(outcome.output));
     QCOMPARE(ReadFile(fileName), ReadFile(mSample));
     QCOMPARE(EntriesOf(mFolder->path()), QStringList{u"copy.mdb"_s});
 }
@@ -380,8 +383,8 @@ void DirDbTest::shows_data()
     const QStringList second{u"--config"_s, u"2"_s};
     QTest::newRow("table") << second
                            << uR"(DIR 3: NodeDescription "Front office", UsePasswords "1", StartingPromptNumber "2"
-  SequenceNo  LastName   FirstName  Extension  NamePrompt
-  1           Smith␛"    Anne       101        1
+  SequenceNo  LastName  FirstName  Extension  NamePrompt
+  1           Smith␛"   Anne       101        1
   2           a,b)"_s;
     QTest::newRow("CSV")
         << second + QStringList{u"--csv"_s}
@@ -389,7 +392,7 @@ void DirDbTest::shows_data()
 3,Front office,1,2,1,"Smith␛""",Anne,101,1
 3,Front office,1,2,2,"a,b",)"_s;
     QTest::newRow("CSV of all") << second + QStringList{u"--csv"_s, u"--passwords"_s} << u",AccessCode,"_s;
-    QTest::newRow("passwords") << second + QStringList{u"--passwords"_s} << u"AccessCode \"1234\""_s;
+    QTest::newRow("passwords") << second + QStringList{u"--passwords"_s} << u"AccessCode \"secret\""_s;
     QTest::newRow("partition") << QStringList{u"--partition"_s, u"2"_s} << u"DIR 5: NodeDescription \"Workshop\""_s;
     QTest::newRow("no entries")
         << QStringList{}
@@ -407,11 +410,11 @@ void DirDbTest::shows()
           u"UPDATE Detail_DIR SET LastName = 'Smith' || char(27) || '\"' WHERE ConfigID = 2 AND SequenceNo = 1"_s);
     Query(fileName,
           u"UPDATE Detail_DIR SET LastName = 'a,b', Password = 'secret' WHERE ConfigID = 2 AND SequenceNo = 2"_s);
+    Query(fileName, u"UPDATE Node_DIR SET AccessCode = 'secret' WHERE ConfigID = 2"_s);
     const Outcome outcome = DirDb(QStringList{u"show"_s} + options + QStringList{fileName});
     QCOMPARE(outcome.exitCode, 0);
     QVERIFY2(outcome.output.contains(said), qPrintable(outcome.output));
     QCOMPARE(outcome.output.contains(u"secret"), options.contains(u"--passwords"));
-    QCOMPARE(outcome.output.contains(u"1234"), options.contains(u"--passwords"));
 }
 
 void DirDbTest::showTellsWhenTheDiskIsFull()

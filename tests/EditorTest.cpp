@@ -50,7 +50,7 @@ private:
         for (const QString& step : steps.split(u' ', Qt::SkipEmptyParts))
             DoOne(step);
     }
-    /// A button by its name; "row:2", "+row:2" (with Ctrl) and "head:1" for clicks on a row and a column's header;
+    /// A button by its name; "row:2", "+row:2" (with Ctrl), "rightrow:2" and "head:1" for clicks;
     /// "txtLastName=x", "<x" and "^x" to type, paste or compose over a field's text and "_x" at its third character;
     /// else keys for the list.
     void DoOne(const QString& step)
@@ -64,7 +64,8 @@ private:
             QTest::mouseClick(button, Qt::LeftButton);
         } else if (step.contains(u"row:")) {
             const auto modifier = step.startsWith(u'+') ? Qt::ControlModifier : Qt::NoModifier;
-            QTest::mouseClick(List().viewport(), Qt::LeftButton, modifier, Centre(number));
+            const auto mouse = step.startsWith(u"right") ? Qt::RightButton : Qt::LeftButton;
+            QTest::mouseClick(List().viewport(), mouse, modifier, Centre(number));
         } else if (step.startsWith(u"head:")) {
             QHeaderView* header = List().horizontalHeader();
             QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
@@ -244,6 +245,7 @@ private Q_SLOTS:
                   {"first letter", u"A"_s, u"A"_s},
                   {"select all", u"Ctrl+A"_s, u"D"_s},
                   {"click with Ctrl", u"+row:1"_s, u"B"_s},
+                  {"click with another button", u"rightrow:2"_s, u"C"_s},
                   {"drag", {}, u"D"_s},
                   {"sort", u"head:1"_s, u"B"_s}});
     }
@@ -358,6 +360,7 @@ private Q_SLOTS:
             BoxScript script{ErrorReport(field + u"_Change"_s, u"No row*selected*"_s),
                              ErrorReport(field + u"_LostFocus"_s, u"No row*selected*"_s)};
             Do(field + (field.endsWith(u"Name") ? u"=A"_s : u"=1"_s));
+            mForm->activateWindow();
             QVERIFY(QTest::qWaitForWindowActive(mForm.get()));
             Do(field + u'=');
             mForm->cmdOK->setFocus();

@@ -2,6 +2,7 @@
 // real ones.
 #include "interchange/DelimitedReader.h"
 #include "platform/ui/MsgBox.h"
+#include "rules/Validation.h"
 #include "service/frmDIR.h"
 #include "store/KELDARPlusFilesAndFolders.h"
 #include "support/BoxScript.h"
@@ -81,11 +82,11 @@ void Write(const QString& fileName, const QByteArray& contents)
     QVERIFY(file.open(QIODevice::WriteOnly) && file.write(contents) == contents.size());
 }
 
-/// The sub-items of the last row, behind the number of rows.
-QString Shown(const ListItems& items)
+/// The last row, its key first.
+QString LastOf(const ListItems& items)
 {
-    QString text = QString::number(items.RowCount());
-    for (int subItem = 1; items.RowCount() > 0 && subItem <= 5; ++subItem)
+    QString text = items.RowCount() == 0 ? u"none"_s : items.Key(items.RowCount() - 1);
+    for (int subItem = 0; items.RowCount() > 0 && subItem <= 5; ++subItem)
         text += u' ' + items.Text(items.RowCount() - 1, subItem);
     return text;
 }
@@ -100,15 +101,18 @@ void FitsTheScreen(QMessageBox& box)
 }
 
 const QString listHead = u"CSV File format: (LastName,FirstName,Extension)\n\nERROR IN FOLLOWING ENTRIES:\n"_s;
-const QString tooMany = u"Too many errors in this CSV file.\n\n"_s;
-const QString noData = u"     No Data in "_s;
-const QString invalid = u"     Invalid "_s;
+const QString badEntry = u"1,B,x"_s;
 const ExpectedBox limit = Notice(u"Limited to 500 names in Directory list "_s);
 const ExpectedBox invalidFile{u"Invalid csv file format."_s, u"Error"_s, QMessageBox::Warning};
 
-ExpectedBox Rejects(const QString& entries)
+ExpectedBox Rejects(const QStringList& entries, const QString& before = {}, const QString& after = {})
 {
-    return {listHead + entries, u"Error"_s, QMessageBox::Warning};
+    QString text = before + listHead;
+    for (const QString& entry : entries) {
+        const QStringList fields = entry.split(u',');
+        text += u"(%1) :\n%2\n"_s.arg(entry, ValidateData(fields[0], fields[1], fields[2]).remove(u'\r'));
+    }
+    return {text + after, u"Error"_s, QMessageBox::Warning};
 }
 
 ExpectedBox Overwrite(QMessageBox::StandardButton answer)
@@ -123,7 +127,7 @@ class InterchangeTest : public QObject
     Q_OBJECT
 
 private:
-    std::unique_ptr<SampleDatabase> mSample;
+    SampleDatabase mSample;
     std::unique_ptr<QTemporaryDir> mFolder; // of the files and the user's settings
     std::unique_ptr<frmDIR> mForm;
 
@@ -156,14 +160,10 @@ private:
     }
 
 private Q_SLOTS:
-    void initTestCase()
+    void init()
     {
         InstallErrorBox();
         std::signal(SIGXFSZ, SIG_IGN);
-        mSample = std::make_unique<SampleDatabase>();
-    }
-    void init()
-    {
         mFolder = std::make_unique<QTemporaryDir>();
         QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, mFolder->path());
         QDir(GetMiscFolder()).removeRecursively();
@@ -192,7 +192,6 @@ private Q_SLOTS:
         AddCases(
             {{"line ends", u"a,b\r\nc,d\re,f\ng"_s, u"[a][b][c][d][e][f][g]"_s},
              {"blank lines", u"a\r\n\r\n\n\rb\r\n\r\n"_s, u"[a][][][][b][]"_s},
-             {"comma at the end", u"a,b,"_s, u"[a][b]"_s},
              {"blanks and tabs around", u"  \ta b\t ,\t, c \r\n"_s, u"[a b][][c]"_s},
              {"quoted", u"\"a,b\r\nc\" , \" d \"\r\n\"\",\"\"\"\",\"e\"\"f\""_s, u"[a,b\r\nc][ d ][][\"][e\"f]"_s},
              {"quotes inside", u"a\"b,\"c\"d\""_s, u"[a\"b][cd\"]"_s},
@@ -202,12 +201,10 @@ private Q_SLOTS:
              {"UTF-8 mark", hex("EFBBBF 5A6FC3AB 2C F09F9880"), zoe},
              {"UTF-16 LE", hex("FFFE 5A006F00EB00 2C00 3DD800DE"), zoe},
              {"UTF-16 BE", hex("FEFF 005A006F00EB 002C D83DDE00"), zoe},
-             {"UTF-16 cut", hex("FFFE 5A00 2C"), u"[Z]"_s},
              {"Windows-1252", hex("5AEB 2C 809F 2C 5A6FC3AB 2C C3"), u"[Z\u00EB][\u20AC\u0178][Zo\u00EB][\u00C3]"_s},
              {"across a chunk", QString(65534, u',') + u"\"a\"\"b\""_s, u"[]"_s.repeated(65534) + u"[a\"b]"_s},
              {"longest", longest + u",\""_s + longest + u'"', u"[%1][%1]"_s.arg(longest)},
-             {"too long", u"a,"_s + longest + u"x,c"_s, u"[a]"_s + tooLong},
-             {"too long, quoted", u'"' + longest + u"x\""_s, tooLong}});
+             {"too long", u"a,"_s + longest + u"x,c"_s, u"[a]"_s + tooLong}});
     }
     void fields()
     {
@@ -220,31 +217,27 @@ private Q_SLOTS:
         QTEST(FieldsOn(single), "expected");
     }
 
-    // What a device without an end repeats, or one that fails holds; what the import leaves.
+    // What a device without an end repeats, or one that fails holds; the last row.
     void devices_data()
     {
-        AddCases(
-            {{"letters", u"A"_s, u"0 broken"_s},
-             {"blanks", u" "_s, u"0 broken"_s},
-             {"quotes", u"\""_s, u"0 broken"_s},
-             {"line ends", u"\r"_s, u"0 rejects"_s},
-             {"entries", u"A,B,1\n"_s, u"500 A B 1 162 1 limit"_s},
-             {"bad entries", u"A,B,1\n1,B,1\n"_s, u"21 A B 1 75 1 rejects"_s},
-             {"fails in an entry", u"Adams,Anne,101\nBaker,Ben,102\nClark,..."_s, u"2 Baker Ben 102 27 1 broken"_s}});
+        AddCases({{"letters", u"A"_s, u"none"_s},
+                  {"blanks", u" "_s, u"none"_s},
+                  {"quotes", u"\""_s, u"none"_s},
+                  {"entries", u"A,B,1\n"_s, u"500a 500 A B 1 162 1"_s},
+                  {"bad entries", u"A,B,1\n1,B,1\n"_s, u"21a 21 A B 1 75 1"_s},
+                  {"failure", u"Adams,Anne,101\nBaker,Ben,102\nClark,..."_s, u"2a 2 Baker Ben 102 27 1"_s}});
     }
     void devices()
     {
         QFETCH(QString, given);
         BusinessRules rules;
         Stream device(given.toLatin1(), given.size() > 35 ? 35 : 8 << 20);
-        const ImportReport report = ReadDirectory(*mForm, rules, device);
-        QTEST(Shown(Items()) + (report.HadErrors ? u" rejects"_s : QString()) +
-                  (report.LimitReached ? u" limit"_s : QString()) + (report.Broken ? u" broken"_s : QString()),
-              "expected");
+        QCOMPARE(ReadDirectory(*mForm, rules, device).Broken, !given.endsWith(u'\n'));
+        QTEST(LastOf(Items()), "expected");
         QVERIFY2(device.taken <= 1 << 20, qPrintable(u"%1 bytes were taken"_s.arg(device.taken)));
     }
 
-    // Rows that are there, the file, the boxes; the number of rows and the last one.
+    // Rows that are there, the file, the boxes; the last row.
     void imports_data()
     {
         QTest::addColumn<int>("before");
@@ -254,59 +247,60 @@ private Q_SLOTS:
         const auto row = [](const char* name, int before, const QByteArray& given, const QList<ExpectedBox>& boxes,
                             const QString& expected) { QTest::newRow(name) << before << given << boxes << expected; };
         const QByteArray adams("Adams,Anne,101\r\n");
-        const QByteArray wide = QByteArray(100, 'W') + "1,B,1\r\n";
-        const QByteArray bad = QByteArray(400, 'W') + "1,B,x\r\n";
-        const QString badLine = u'(' + QString::fromLatin1(bad).trimmed() + u") :\n"_s + invalid + u"LastName\n"_s +
-                                invalid + u"Extension\n"_s;
-        const QString wideLine = u'(' + QString::fromLatin1(wide).trimmed() + u") :\n"_s + invalid + u"LastName\n"_s;
-        const QString one = u"1 Adams Anne 101 13 1"_s;
-        const ExpectedBox bad20 = Rejects(badLine.repeated(20));
-        ExpectedBox invalidAfterRejects = Rejects(wideLine);
-        invalidAfterRejects.text.prepend(u"Invalid csv file format.\n\n"_s);
-        row("empty", 0, "", {}, u"0"_s);
+        const auto lines = [](const QString& entry, int count) { return (entry.toLatin1() + "\r\n").repeated(count); };
+        const QString longEntry = QString(400, u'W') + u",2,1"_s;
+        const QString wideEntry = QString(100, u'W') + u",2,1"_s;
+        const QString one = u"1a 1 Adams Anne 101 13 1"_s;
+        const QString full = u"500a 500 Adams Anne 101 162 1"_s;
+        const ExpectedBox bad20 = Rejects(QStringList(20, badEntry));
+        row("empty", 0, "", {}, u"none"_s);
         row("header line", 0, "LastName,FirstName,Extension\r\n" + adams,
-            {Rejects(u"(LastName,FirstName,Extension) :\n"_s + invalid + u"Extension\n"_s)}, one);
-        row("faults", 0, "\"Smith, Jr\",B2,1a\r\n, ,\r\n" + adams,
-            {Rejects(u"(Smith, Jr,B2,1a) :\n"_s + invalid + u"LastName\n"_s + invalid + u"FirstName\n"_s + invalid +
-                     u"Extension\n(,,) :\n"_s + noData + u"LastName\n"_s + noData + u"FirstName\n"_s + noData +
-                     u"Extension\n"_s)},
+            {Rejects({u"LastName,FirstName,Extension"_s})}, one);
+        row("faults", 0, "\"Smith, Jr\",M\xFCller,1\r\n, ,1a\r\n" + adams,
+            {{listHead +
+                  u"(Smith, Jr,M\u00FCller,1) :\n     Invalid LastName\n     Invalid FirstName\n(,,1a) :\n     No "
+                  "Data in LastName\n     No Data in FirstName\n     Invalid Extension\n"_s,
+              u"Error"_s, QMessageBox::Warning}},
             one);
-        row("accent", 0, "M\xFCller,A,1\r\n", {Rejects(u"(M\u00FCller,A,1) :\n"_s + invalid + u"LastName\n"_s)},
-            u"0"_s);
-        row("long and short lines", 0, "Adams,Anne,101,Baker\r\nBen,102\r\nClark\r\n\"Cid\"\r\n103", {},
-            u"3 Clark Cid 103 41 1"_s);
+        row("long and short lines", 0, "A,B,1,C\r\nD,2\r\nE\r\n\"F\"\r\n3", {}, u"3a 3 E F 3 41 1"_s);
         row("ends inside an entry", 0, adams + "Baker,Ben\r\n", {invalidFile}, one);
         row("trailing blank line", 0, adams + "\r\n", {invalidFile}, one);
-        row("ends inside an entry after rejects", 0, wide + adams + "Baker,Ben", {invalidAfterRejects}, one);
-        row("few wide rejects", 0, wide.repeated(3), {Rejects(wideLine.repeated(3))}, u"0"_s);
-        row("20 rejects", 0, bad.repeated(20) + adams, {bad20}, one);
-        row("30 rejects", 0, adams + bad.repeated(30) + adams, {Rejects(badLine.repeated(21) + tooMany)}, one);
-        row("500 entries", 0, adams.repeated(500), {}, u"500 Adams Anne 101 162 1"_s);
-        row("600 entries", 0, adams.repeated(600), {limit}, u"500 Adams Anne 101 162 1"_s);
-        row("limit and rejects", 0, bad.repeated(20) + adams.repeated(500) + bad, {limit, bad20},
-            u"500 Adams Anne 101 162 1"_s);
-        row("beyond the limit", 501, adams, {Overwrite(QMessageBox::No)}, u"502 Adams Anne 101 13 1"_s);
-        row("append", 499, adams + adams, {Overwrite(QMessageBox::No), limit}, u"500 Adams Anne 101 13 1"_s);
+        row("ends inside after rejects", 0, "1,B,x," + adams + "B", {Rejects({badEntry}, invalidFile.text + u"\n\n"_s)},
+            one);
+        row("few wide rejects", 0, lines(wideEntry, 3), {Rejects(QStringList(3, wideEntry))}, u"none"_s);
+        row("30 long rejects", 0, lines(longEntry, 30),
+            {Rejects(QStringList(21, longEntry), {}, u"Too many errors in this CSV file.\n\n"_s)}, u"none"_s);
+        row("500 entries", 0, adams.repeated(500), {}, full);
+        row("600 entries", 0, adams.repeated(600), {limit}, full);
+        row("limit and rejects", 0, lines(badEntry, 20) + adams.repeated(500) + "1,B,x", {limit, bad20}, full);
+        row("beyond the limit", 501, adams, {Overwrite(QMessageBox::No)}, u"502a 502 Adams Anne 101 13 1"_s);
+        row("append", 499, lines(badEntry, 1) + adams + adams, {Overwrite(QMessageBox::No), limit, Rejects({badEntry})},
+            u"500a 500 Adams Anne 101 13 1"_s);
         row("overwrite", 2, adams, {Overwrite(QMessageBox::Yes)}, one);
-        row("call off", 1, adams, {Overwrite(QMessageBox::Cancel)}, u"1 Old Row 1 5 2"_s);
+        row("call off", 1, adams, {Overwrite(QMessageBox::Cancel)}, u"1a 1 Old Row 1 5 2"_s);
     }
     void imports()
     {
         QFETCH(QList<ExpectedBox>, boxes);
         QFETCH(int, before);
         QFETCH(QByteArray, given);
+        QFile older(ReportFile());
+        if (before == 0) { // else there is not even a folder
+            QVERIFY(QDir().mkpath(GetMiscFolder()));
+            Write(ReportFile(), "old");
+            QVERIFY(older.open(QIODevice::ReadOnly));
+        }
         Append(before, {u"Old"_s, u"Row"_s, u"1"_s, u"5"_s, u"2"_s});
         Import(given, boxes);
-        QTEST(Shown(Items()), "expected");
-        for (int row = 0; row < Items().RowCount(); ++row)
-            QCOMPARE(Items().Key(row) + Items().Text(row, 0), RowKey(row + 1) + QString::number(row + 1));
+        QTEST(LastOf(Items()), "expected");
         QCOMPARE(mForm->txtCSVFilename->text(), Path(u"names.csv"_s));
         QCOMPARE(mForm->cmdApply->isEnabled(), boxes.isEmpty() || boxes.first().answer != QMessageBox::Cancel);
-        QString record;
+        QString record = before == 0 ? u"old"_s : QString();
         if (!boxes.isEmpty() && boxes.last().text.startsWith(listHead))
             record = QLocale::system().toString(QDate::currentDate(), QLocale::ShortFormat) +
                      u"\n============================\n"_s + boxes.last().text + u"\n\n"_s;
         QCOMPARE(Contents(ReportFile()), record.replace(u'\n', u"\r\n"_s).toUtf8());
+        QCOMPARE(older.isOpen() ? older.readAll() : QByteArray("old"), QByteArray("old")); // replaced, not written over
     }
 
     // What becomes of the file after it was chosen.
@@ -331,24 +325,15 @@ private Q_SLOTS:
         QVERIFY(Items().RowCount() == 0 && mForm->cmdApply->isEnabled());
     }
 
-    void reportFile()
+    void reportThatCannotBeWritten()
     {
-        const QString folder = GetMiscFolder().chopped(1);
-        const ExpectedBox rejected = Rejects(u"(A,B,x) :\n"_s + invalid + u"Extension\n"_s);
-        Write(folder, {}); // so that the folder cannot be made
-        Import("A,B,x\r\n", {rejected});
-        QVERIFY(QFile::remove(folder) && QDir().mkpath(folder));
-        Write(ReportFile(), QByteArray(5000, 'o'));
-        QFile older(ReportFile());
-        QVERIFY(older.open(QIODevice::ReadOnly));
-        Import("A,B,x\r\n", {rejected});
-        QCOMPARE(older.readAll(), QByteArray(5000, 'o')); // replaced, not written over
-        QVERIFY(Contents(ReportFile()).endsWith("Invalid Extension\r\n\r\n\r\n"));
+        Write(GetMiscFolder().chopped(1), {}); // so that no folder can be made
+        Import("1,B,x\r\n", {Rejects({badEntry})});
+        QVERIFY(QFile::remove(GetMiscFolder().chopped(1)) && QDir().mkpath(GetMiscFolder()));
         const rlim_t old = LimitFileSize(10);
-        Import("1,B,x\r\n", {Rejects(u"*"_s)});
+        Import("1,B,x\r\n", {Rejects({badEntry})});
         LimitFileSize(old);
-        QVERIFY(Contents(ReportFile()).endsWith("Invalid Extension\r\n\r\n\r\n"));
-        QCOMPARE(QDir(folder).entryList(QDir::Files), QStringList(u"DIRNodeError.txt"_s));
+        QCOMPARE(QDir(GetMiscFolder()).entryList(QDir::Files), QStringList());
     }
 
     void thereAndBack()
@@ -369,11 +354,10 @@ private Q_SLOTS:
         QVERIFY(!mForm->cmdApply->isEnabled());
 
         mForm->cmdDirEdit->click();
-        Import(written, {Overwrite(QMessageBox::Yes), Rejects(u"(M\u00FC\"l ;,D, 1e2) :\n"_s + invalid +
-                                                              u"LastName\n"_s + invalid + u"Extension\n"_s)});
+        Import(written, {Overwrite(QMessageBox::Yes), Rejects({u"M\u00FC\"l ;,D, 1e2"_s})});
         QVERIFY(!mForm->InEditMode() && mForm->cmdDirSaveList->isEnabled());
-        QCOMPARE(Items().Text(0, 1) + Items().Text(0, 4) + Items().Text(0, 5), u"Evans131"_s);
-        QCOMPARE(Shown(Items()), u"2 Adams Anne 101 27 1"_s);
+        QCOMPARE(Items().Text(0, 1), u"Evans"_s);
+        QCOMPARE(LastOf(Items()), u"2a 2 Adams Anne 101 27 1"_s);
     }
 
     // What is typed, the answer to the question that follows and the size that the disk still takes; the files that
@@ -387,7 +371,7 @@ private Q_SLOTS:
                   {"kept", u"names No"_s, u"names.csv,text.txt.csv"_s},
                   {"both endings, replaced", u"text.txt Yes"_s, u"names.csv,text.txt.csv*"_s},
                   {"both endings, kept", u"text.txt No"_s, u"names.csv,text.txt.csv"_s},
-                  {"locked", u"names Yes 0"_s, u"names.csv,text.txt.csv"_s},
+                  {"nowhere to write", u"/proc/names No 9999"_s, u"names.csv,text.txt.csv"_s},
                   {"disk full at the end", u"names Yes 100"_s, u"names.csv,text.txt.csv"_s},
                   {"disk full on the way", u"names Yes 5000"_s, u"names.csv,text.txt.csv"_s}});
     }
@@ -397,8 +381,6 @@ private Q_SLOTS:
         const QString name = given.section(u' ', 0, 0);
         const auto answer = given.contains(u"Yes") ? QMessageBox::Yes : QMessageBox::No;
         const QString size = given.section(u' ', 2);
-        if (size == u"0"_s && geteuid() == 0)
-            QSKIP("every folder can be written here");
         Append(size == u"5000"_s ? 500 : 10, {QString(40, u'A'), u"Anne"_s, u"1"_s, u"5"_s, u"1"_s});
         const QStringList older{u"names.csv"_s, u"text.txt.csv"_s};
         for (const QString& file : older)
@@ -411,14 +393,11 @@ private Q_SLOTS:
             boxes = {{Path(u"text.txt.csv"_s) + question, u"Confirmation"_s, QMessageBox::Question, answer}};
         if (!size.isEmpty())
             boxes << ExpectedBox{u"ERROR in saving entries... \nDESCRIPTION:%1 cannot be written: *. Choose another "
-                                 "folder or free some space.\nLocation: [cmdDirSaveList]"_s.arg(Path(older[0])),
+                                 "folder or free some space.\nLocation: [cmdDirSaveList]"_s.arg(Path(name) + u".csv"_s),
                                  u"ERROR"_s, QMessageBox::Warning};
-        if (size == u"0"_s)
-            QVERIFY(QFile::setPermissions(mFolder->path(), QFile::ReadOwner | QFile::ExeOwner));
-        const rlim_t old = LimitFileSize(size.toUInt() > 0 ? size.toUInt() : RLIM_INFINITY);
+        const rlim_t old = LimitFileSize(size.isEmpty() ? RLIM_INFINITY : size.toUInt());
         Run(mForm->cmdDirSaveList, {u"Save"_s, Path(name)}, boxes);
         LimitFileSize(old);
-        QFile::setPermissions(mFolder->path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         QStringList files = QDir(mFolder->path()).entryList(QDir::Files);
         for (QString& file : files)
             file += older.contains(file) && Contents(Path(file)) != "old" ? u"*"_s : QString();

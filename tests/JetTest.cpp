@@ -142,8 +142,8 @@ void JetTest::meetsFaults_data()
     file("it is a Jet 3 database", QByteArray(mSource).replace(20, 1, QByteArray(1, '\0')));
     file("it is newer than Jet 4", QByteArray(mSource).replace("Jet", "ACE"));
     file("it is cut off or damaged", mSource.left(32));
-    for (const int pages : {1, 2, 15, 25, 40, 52, 54})
-        QTest::addRow("%d pages", pages) << mSource.left(pages * 4096) << 1 << u"damaged"_s;
+    for (const qsizetype pages : {1, 2, 15, 25, 40, 52, 54})
+        QTest::addRow("%d pages", static_cast<int>(pages)) << mSource.left(pages * 4096) << 1 << u"damaged"_s;
 
     const auto change = [&](int exitCode, const char* said, const QByteArray& from, const QByteArray& to) {
         QTest::newRow(said) << QByteArray(mSource).replace(from, to) << exitCode << QString::fromUtf8(said);

@@ -15,19 +15,19 @@ using namespace qor;
 
 namespace {
 
-/// Calls a procedure by its name.
-int Call(const QString& procedure, BusinessRules& rules, EditorForm& form)
+/// Calls a procedure by its name; whether it answers True or a number.
+bool Call(const QString& procedure, BusinessRules& rules, EditorForm& form)
 {
     if (procedure == u"LoadPromptMSGNodeNumber"_s)
         return rules.LoadPromptMSGNodeNumber(form);
     if (procedure == u"LoadData"_s)
         return rules.LoadData(form, 7);
     if (procedure == u"GetNextAvailableMSGNODENUMBER"_s)
-        return rules.GetNextAvailableMSGNODENUMBER(form, false);
+        return rules.GetNextAvailableMSGNODENUMBER(form, false) != 0;
     if (procedure == u"IsNodeExisted"_s)
         return rules.IsNodeExisted(form, u"16"_s, u"7"_s);
     rules.LoadExistingNodesInRecordSelector(form, 7);
-    return 0;
+    return false;
 }
 
 QString HeaderOf(const EditorForm& form)
@@ -243,7 +243,7 @@ private Q_SLOTS:
         BusinessRules rules;
         for (int i = 0; i < 2; ++i) {
             mBoxes->Expect(ErrorReport(expected.section(u'|', 0, 0), expected.section(u'|', 1)));
-            QCOMPARE(Call(expected.section(u'|', 0, 0), rules, *mForm), 0);
+            QVERIFY(!Call(expected.section(u'|', 0, 0), rules, *mForm));
         }
     }
 

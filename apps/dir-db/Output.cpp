@@ -8,19 +8,19 @@ namespace qor {
 
 namespace {
 
-QChar HarmlessCharacter(QChar c)
+/// One character in UTF-16.
+char16_t HarmlessCode(char16_t code)
 {
     constexpr char16_t pictures = 0x2400; // the signs for the control characters, in their order
     constexpr char16_t deleteSign = 0x2421;
     constexpr char16_t replacement = 0xfffd;
-    const char16_t code = c.unicode();
     if (code < u' ')
-        return QChar(static_cast<char16_t>(pictures + code));
+        return static_cast<char16_t>(pictures + code);
     if (code == 0x7f)
-        return QChar(deleteSign);
+        return deleteSign;
     const bool commands =
         (code >= 0x80 && code < 0xa0) || (code >= 0x2028 && code <= 0x202e) || (code >= 0x2066 && code <= 0x2069);
-    return commands ? QChar(replacement) : c;
+    return commands ? replacement : code;
 }
 
 void Print(const QString& line, std::FILE* stream)
@@ -33,7 +33,7 @@ void Print(const QString& line, std::FILE* stream)
 QString Harmless(QString text)
 {
     for (QChar& c : text)
-        c = HarmlessCharacter(c);
+        c = QChar(HarmlessCode(c.unicode()));
     return text;
 }
 

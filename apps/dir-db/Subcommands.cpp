@@ -166,7 +166,7 @@ QString ReadArguments(const Subcommand& subcommand, QStringList rest, Arguments&
             arguments.files << rest.takeFirst();
             continue;
         }
-        const QString fault = TakeOption(subcommand, rest, arguments);
+        QString fault = TakeOption(subcommand, rest, arguments);
         if (!fault.isEmpty())
             return fault;
     }

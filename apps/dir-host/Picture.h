@@ -21,7 +21,7 @@ public:
 private:
     void Watch();
     void Take(QDialog& editor);
-    void Report(QMessageBox& box);
+    static void Report(QMessageBox& box);
 
     QString mFileName;
     QTimer mTimer;

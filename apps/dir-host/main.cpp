@@ -43,7 +43,7 @@ Options ReadOptions(const QStringList& arguments)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(u"Opens the directory node editor on one directory node."_s);
-    parser.addHelpOption();
+    parser.addOption({{u"h"_s, u"help"_s}, u"Print the options."_s});
     parser.addOption({u"config"_s, u"Configuration id."_s, u"id"_s, u"1"_s});
     parser.addOption({u"partition"_s, u"Partition id."_s, u"id"_s, u"1"_s});
     parser.addOption(
@@ -59,7 +59,7 @@ Options ReadOptions(const QStringList& arguments)
     if (!parser.parse(arguments))
         FailUsage(parser.errorText() + u'.');
     if (parser.isSet(u"help"_s)) {
-        QTextStream(stdout) << parser.helpText();
+        QTextStream(stdout) << parser.helpText().replace(u"<executable_name>"_s, u"dir-host"_s);
         std::exit(0);
     }
     if (!parser.positionalArguments().isEmpty())

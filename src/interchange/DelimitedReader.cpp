@@ -11,7 +11,7 @@ namespace {
 
 constexpr int noByte = -1;
 constexpr int endOfFileCharacter = 26;
-constexpr qint64 chunkSize = 64 * 1024;
+constexpr qint64 chunkSize = 65536;
 
 bool IsBlank(int byte)
 {
@@ -160,7 +160,7 @@ void DelimitedReader::TakeFieldEnd()
         Take();
 }
 
-void DelimitedReader::Add(QByteArray& field, int byte) const
+void DelimitedReader::Add(QByteArray& field, int byte)
 {
     if (field.size() == highestFieldLength) {
         throw RuntimeError(

@@ -36,7 +36,7 @@ private:
     int Take();
     bool Refill();
     void TakeMark();
-    void Add(QByteArray& field, int byte) const;
+    static void Add(QByteArray& field, int byte);
     void SkipBlanks();
     QByteArray TakeQuoted();
     void TakeUnquoted(QByteArray& field);

@@ -35,7 +35,7 @@ public:
 private:
     bool PrepareList();
     ImportReport ReadFile(const QString& fileName);
-    void TellReport(const ImportReport& report);
+    static void TellReport(const ImportReport& report);
 
     EditorForm& mForm;
     BusinessRules& mRules;

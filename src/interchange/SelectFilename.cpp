@@ -16,7 +16,7 @@ namespace {
 /// The "DialogDir" setting, else the folder of the file named in the form, else the configurations folder.
 QString StartFolder(const EditorForm& form)
 {
-    const QString saved = GetSetting(u"KELDAR+"_s, u"DialogDir"_s, u"DialogDir"_s);
+    QString saved = GetSetting(u"KELDAR+"_s, u"DialogDir"_s, u"DialogDir"_s);
     if (!saved.isEmpty())
         return saved;
     const QString named = form.txtCSVFilename->text();

@@ -94,7 +94,7 @@ void OwnSettings(const Calls& calls)
     QSqlDatabase database = QSqlDatabase::addDatabase(u"QSQLITE"_s);
     database.setDatabaseName(u":memory:"_s);
     database.open();
-    QSqlQuery(u"CREATE TABLE t AS SELECT 42 AS n"_s);
+    const QSqlQuery query(u"CREATE TABLE t AS SELECT 42 AS n"_s);
     const QStringList before = HostState();
     ShowAll(calls);
     std::printf("%s\n%s\n", qUtf8Printable(u"STATE "_s + before.join(u'|')),

@@ -136,8 +136,9 @@ void BoxScript::Expect(const ExpectedQuestion& question)
 void BoxScript::ServeModalWidget()
 {
     auto* box = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-    if (!box || box->inherits("qor::Form"))
-        return; // a form that is shown modally is for the test itself
+    const bool isForm = box && box->inherits("qor::Form"); // shown modally, it is for the test itself
+    if (!box || isForm)
+        return;
     mTimer.start(1); // again, so that it comes within an answer that brings up the next box
     const Step step = mSteps.empty() ? Step{u"none"_s, {}} : mSteps.front();
     if (!mSteps.empty())

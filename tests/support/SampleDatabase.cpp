@@ -25,6 +25,21 @@ QStringList ReadRows(QSqlQuery& query)
     return rows;
 }
 
+/// The sample as it was made, once for the test program.
+QString FreshSample()
+{
+    static const QTemporaryDir folder;
+    QString fileName = folder.filePath(u"sample.mdb"_s);
+    if (QFile::exists(fileName))
+        return fileName;
+    QProcess dirDb;
+    dirDb.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    dirDb.start(QString::fromLocal8Bit(DIR_DB), {u"sample"_s, fileName});
+    if (!dirDb.waitForFinished() || dirDb.exitStatus() != QProcess::NormalExit || dirDb.exitCode() != 0)
+        qFatal("%s cannot be made", qUtf8Printable(fileName));
+    return fileName;
+}
+
 } // namespace
 
 SampleDatabase::SampleDatabase()
@@ -34,10 +49,7 @@ SampleDatabase::SampleDatabase()
     qputenv("KELDAR_COMMON_DOCUMENTS", folder);
     qputenv("KELDAR_REGISTRY", folder + "/registry.reg");
     QDir().mkpath(QFileInfo(FileName()).path());
-    QProcess dirDb;
-    dirDb.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    dirDb.start(QString::fromLocal8Bit(DIR_DB), {u"sample"_s, FileName()});
-    if (!dirDb.waitForFinished() || dirDb.exitStatus() != QProcess::NormalExit || dirDb.exitCode() != 0)
+    if (!QFile::copy(FreshSample(), FileName()))
         qFatal("%s cannot be made", qUtf8Printable(FileName()));
 }
 

@@ -36,7 +36,7 @@ static QDataStream& operator>>(QDataStream& stream, JetTable& table)
 namespace {
 
 constexpr qint64 pageSize = 4096;
-constexpr qint64 mebibyte = 1024 * 1024;
+constexpr qint64 mebibyte = 1'048'576;
 constexpr qint64 largestFile = 2048 * mebibyte; ///< of the format
 
 /// The first bytes that tell a format, and why such a file is not taken; the last row is for all others.
@@ -79,7 +79,7 @@ void RequireJetFile(const QString& fileName)
     if (!file.open(QIODevice::ReadOnly))
         Refuse(fileName, file.errorString());
     const QByteArray start = file.read(32);
-    const auto format =
+    const auto* const format =
         std::ranges::find_if(Formats(), [&](const Format& candidate) { return start.startsWith(candidate.start); });
     if (format->refusal != nullptr)
         Refuse(fileName, QString::fromLatin1(format->refusal));

@@ -27,7 +27,7 @@ struct Releaser
 };
 using Handle = std::unique_ptr<MdbHandle, Releaser<mdb_close>>;
 using TableDefinition = std::unique_ptr<MdbTableDef, Releaser<mdb_free_tabledef>>;
-using Memory = std::unique_ptr<char, Releaser<std::free>>;
+using Memory = std::unique_ptr<char, Releaser<g_free>>; // which frees what malloc gave
 
 [[noreturn]] void Refuse(const QString& why)
 {

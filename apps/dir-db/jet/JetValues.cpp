@@ -30,11 +30,11 @@ QString DateText(QByteArrayView bytes)
     return JetDateText(std::bit_cast<double>(qFromLittleEndian<quint64>(bytes.data())));
 }
 
-QChar WideCharacter(QByteArrayView bytes, qsizetype at)
+char16_t WideCharacter(QByteArrayView bytes, qsizetype at)
 {
     if (at + 2 > bytes.size())
         Refuse(u"it is damaged; a text ends in half a character"_s);
-    return QChar(qFromLittleEndian<char16_t>(bytes.data() + at));
+    return qFromLittleEndian<char16_t>(bytes.data() + at);
 }
 
 constexpr std::array types{
@@ -78,7 +78,7 @@ QString JetText(QByteArrayView bytes)
             wide = !wide;
             ++at;
         } else if (wide) {
-            text += WideCharacter(bytes, at);
+            text += QChar(WideCharacter(bytes, at));
             at += 2;
         } else {
             text += QLatin1Char(bytes[at++]);

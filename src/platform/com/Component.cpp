@@ -42,7 +42,7 @@ std::optional<QString> PathProblem(const QString& path)
         return u"its registered library \"%1\" is not an absolute path."_s.arg(path);
     if (!info.isFile())
         return u"its registered library %1 does not exist. Register it again."_s.arg(path);
-    if (info.permissions() & writableByOthers) {
+    if (info.permissions().testAnyFlags(writableByOthers)) {
         return u"its registered library %1 can be written by others than its owner. Take that permission away."_s.arg(
             path);
     }

@@ -14,7 +14,7 @@ class Connection;
 class Command
 {
 public:
-    /// engineText: the statement in the engine's words, its parameters as ?1, ?2, ...
+    /// engineText: the statement in the engine's words, its parameters as ?1, ?2, ... in this order, each once
     Command(Connection& connection, QString name, QString engineText, int parameterCount);
     ~Command();
     Command(Command&&) noexcept;

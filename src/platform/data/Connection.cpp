@@ -5,7 +5,7 @@
 
 #include <array>
 #include <optional>
-#include <QDir>
+#include <QFileInfo>
 #include <QSqlQuery>
 #include <QUrl>
 #include <QUuid>
@@ -77,7 +77,8 @@ QString NewConnectionName()
 
 QString EngineFileUri(const QString& fileName)
 {
-    return QUrl::fromLocalFile(QDir::cleanPath(fileName)).toString(QUrl::FullyEncoded) + u"?mode=rw"_s;
+    const QByteArray path = QUrl::toPercentEncoding(QFileInfo(fileName).absoluteFilePath(), "/");
+    return u"file://"_s + QString::fromLatin1(path) + u"?mode=rw"_s;
 }
 
 Connection::Connection() = default;

@@ -59,15 +59,17 @@ void DeferredSync::Finish()
     if (!mDeferred)
         return;
     mDeferred = false;
-    const Connection::Engine& engine = *mConnection.mEngine;
+    Connection::Engine& engine = *mConnection.mEngine;
     Ask(engine.Database(), u"PRAGMA synchronous = FULL"_s);
-    // The log may be opened and closed beside the engine: its locks are on the other files. The folder is
-    // synced too, because the log itself may be new in it.
+    // The log may be opened and closed beside the engine: its locks are on the other files. It may be new in its folder
+    // when the first save ends.
     const QString log = engine.fileName + u"-wal"_s;
     if (!QFileInfo::exists(log))
         return;
     SyncPath(log);
-    SyncPath(QFileInfo(log).absolutePath());
+    if (!engine.logIsOnDisk)
+        SyncPath(QFileInfo(log).absolutePath());
+    engine.logIsOnDisk = true;
 }
 
 } // namespace qor

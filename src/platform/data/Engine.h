@@ -13,6 +13,7 @@ struct Connection::Engine
 {
     QString name; ///< of the connection in Qt's table of connections
     QString fileName;
+    bool logIsOnDisk = false; ///< the write-ahead log's entry in its folder has been synced
 
     QSqlDatabase Database() const { return QSqlDatabase::database(name, false); }
 };

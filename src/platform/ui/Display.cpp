@@ -20,7 +20,7 @@ bool HasPlugin(const QString& platform)
 
 QString WaylandSocketPath()
 {
-    const QString display = qEnvironmentVariable("WAYLAND_DISPLAY");
+    QString display = qEnvironmentVariable("WAYLAND_DISPLAY");
     if (display.isEmpty() || display.startsWith(u'/'))
         return display;
     const QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR");

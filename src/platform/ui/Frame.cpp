@@ -16,7 +16,7 @@ void Frame::paintEvent(QPaintEvent* /*event*/)
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setClipRegion(QRegion(rect()) - caption);
     painter.setPen(palette().color(QPalette::Mid));
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, metrics.height() / 2 + 0.5, -0.5, -0.5), cornerRadius,
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, metrics.height() / 2.0, -0.5, -0.5), cornerRadius,
                             cornerRadius);
     painter.setClipping(false);
     painter.setPen(palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::WindowText));

@@ -8,10 +8,21 @@
 
 namespace qor {
 
-const ListRow& ListItems::At(int row) const
+void ListItems::RequireRow(int row) const
 {
     if (row < 0 || row >= RowCount())
         throw RuntimeError(ErrorNumber::ObjectNotSet, u"No row of the list is selected. Select a row first."_s);
+}
+
+const ListRow& ListItems::At(int row) const
+{
+    RequireRow(row);
+    return mRows[static_cast<std::size_t>(row)];
+}
+
+ListRow& ListItems::At(int row)
+{
+    RequireRow(row);
     return mRows[static_cast<std::size_t>(row)];
 }
 
@@ -50,7 +61,7 @@ void ListItems::Append(std::vector<ListRow> rows)
 void ListItems::Insert(int position, ListRow row)
 {
     if (position != RowCount())
-        At(position);
+        RequireRow(position);
     TakeKey(mKeys, row.key);
     beginInsertRows({}, position, position);
     mRows.insert(mRows.begin() + position, std::move(row));
@@ -62,7 +73,7 @@ void ListItems::Remove(const std::vector<int>& rows)
     if (rows.empty())
         return;
     for (const int row : rows)
-        At(row);
+        RequireRow(row);
     for (const int row : rows)
         mKeys.remove(At(row).key);
     const int first = rows.front();

@@ -74,7 +74,8 @@ public:
 
 private:
     const ListRow& At(int row) const;
-    ListRow& At(int row) { return const_cast<ListRow&>(std::as_const(*this).At(row)); }
+    ListRow& At(int row);
+    void RequireRow(int row) const;
     static void TakeKey(QSet<QString>& keys, const QString& key);
     void Sort();
 

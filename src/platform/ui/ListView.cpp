@@ -50,7 +50,10 @@ ListView::ListView(QWidget* parent) : QTableView(parent), mItems(new ListItems(t
     SetUpHeaders();
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this] { SendMessageA(Handle(), WM_VSCROLL, 0, 0); });
     connect(horizontalScrollBar(), &QScrollBar::valueChanged, this, &ListView::HorizontalScroll);
-    connect(this, &QTableView::clicked, this, [this](const QModelIndex& index) { Q_EMIT ItemClick(index.row()); });
+    connect(this, &QTableView::clicked, this, [this](const QModelIndex& index) {
+        mClicked = true;
+        Q_EMIT ItemClick(index.row());
+    });
 }
 
 void ListView::SetUpHeaders()
@@ -130,6 +133,10 @@ void ListView::DeselectFrom(int first)
     const int last = mItems->RowCount() - 1;
     if (first > last)
         return;
+    if (first == 0) {
+        selectionModel()->clearSelection(); // deselecting many ranges would compare each with each
+        return;
+    }
     selectionModel()->select(QItemSelection(RowIndex(first), RowIndex(last)),
                              QItemSelectionModel::Deselect | QItemSelectionModel::Rows);
 }
@@ -190,20 +197,35 @@ QItemSelectionModel::SelectionFlags ListView::selectionCommand(const QModelIndex
 void ListView::keyPressEvent(QKeyEvent* event)
 {
     Q_EMIT KeyDown(event->key());
-    if (event->matches(QKeySequence::SelectAll)) {
+    const int before = currentIndex().row();
+    if (event->matches(QKeySequence::SelectAll))
         Q_EMIT KeyPress(ctrlA);
-        return;
-    }
-    const QModelIndex before = currentIndex();
-    QTableView::keyPressEvent(event);
-    if (currentIndex().isValid() && currentIndex().row() != before.row())
-        Q_EMIT ItemClick(currentIndex().row());
+    else
+        QTableView::keyPressEvent(event);
+    TellRowChange(before);
 }
 
+void ListView::mousePressEvent(QMouseEvent* event)
+{
+    mRowBeforePress = currentIndex().row();
+    mClicked = false;
+    QTableView::mousePressEvent(event);
+}
+
+/// A row can also be reached without a click on it: by dragging, or with another button.
 void ListView::mouseReleaseEvent(QMouseEvent* event)
 {
     QTableView::mouseReleaseEvent(event);
+    if (!mClicked)
+        TellRowChange(mRowBeforePress);
     Q_EMIT MouseUp();
+}
+
+void ListView::TellRowChange(int before)
+{
+    const int row = currentIndex().row();
+    if (row >= 0 && row != before)
+        Q_EMIT ItemClick(row);
 }
 
 } // namespace qor

@@ -64,6 +64,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
     QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index, const QEvent* event) const override;
     void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
 
 private:
@@ -71,7 +72,11 @@ private:
     int FirstShownColumn() const;
     QModelIndex RowIndex(int row) const;
 
+    void TellRowChange(int before);
+
     ListItems* mItems;
+    int mRowBeforePress = -1;
+    bool mClicked = false; ///< the button that went down last came up on the same row
 };
 
 } // namespace qor
