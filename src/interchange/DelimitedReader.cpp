@@ -50,7 +50,7 @@ QString Decoded(const QByteArray& bytes)
 
 DelimitedReader::DelimitedReader(QIODevice& device) : mDevice(device) {}
 
-bool DelimitedReader::Refill()
+QByteArray DelimitedReader::ReadChunk()
 {
     QByteArray chunk(chunkSize, Qt::Uninitialized);
     const qint64 size = mDevice.read(chunk.data(), chunkSize);
@@ -59,27 +59,46 @@ bool DelimitedReader::Refill()
                            u"The file cannot be read: %1. Check that it is still there."_s.arg(mDevice.errorString()));
     }
     chunk.truncate(size);
-    mBuffer = mWide ? QString(mDecodeWide(chunk)).toUtf8() : chunk;
-    mPosition = 0;
-    if (!mStarted)
-        TakeMark();
-    return size > 0;
+    return chunk;
 }
 
-/// Looks at the first chunk for the mark that tells the encoding.
-void DelimitedReader::TakeMark()
+/// A character may be parted between two chunks; both converters remember its first half.
+QByteArray DelimitedReader::Narrowed(const QByteArray& chunk)
 {
+    return mEncode(QString(mDecodeWide(chunk)));
+}
+
+bool DelimitedReader::Refill()
+{
+    if (!mStarted)
+        return Start();
+    const QByteArray chunk = ReadChunk();
+    mBuffer = mWide ? Narrowed(chunk) : chunk;
+    mPosition = 0;
+    return !chunk.isEmpty();
+}
+
+/// Looks at the first bytes, which may come one by one, for the mark that tells the encoding.
+bool DelimitedReader::Start()
+{
+    constexpr qsizetype longestMark = 4;
     mStarted = true;
+    QByteArray chunk = ReadChunk();
+    mBuffer = chunk;
+    while (!chunk.isEmpty() && mBuffer.size() < longestMark) {
+        chunk = ReadChunk();
+        mBuffer += chunk;
+    }
+    const bool hasBytes = !mBuffer.isEmpty();
     const auto encoding = QStringConverter::encodingForData(mBuffer);
-    if (!encoding)
-        return;
-    mWide = *encoding != QStringConverter::Utf8;
+    mWide = encoding && *encoding != QStringConverter::Utf8;
     if (mWide) {
         mDecodeWide = QStringDecoder(*encoding);
-        mBuffer = QString(mDecodeWide(mBuffer)).toUtf8();
-    } else {
+        mBuffer = Narrowed(mBuffer);
+    } else if (encoding) {
         mPosition = 3; // the mark's own bytes
     }
+    return hasBytes;
 }
 
 int DelimitedReader::Peek()
@@ -118,8 +137,9 @@ QString DelimitedReader::ReadField()
 
 void DelimitedReader::SkipBlanks()
 {
+    QByteArray blanks; // counted as a field is, so that an input of nothing else has an end
     while (IsBlank(Peek()))
-        Take();
+        Add(blanks, Take());
 }
 
 QByteArray DelimitedReader::TakeQuoted()

@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QStringDecoder>
+#include <QStringEncoder>
 
 class QIODevice;
 
@@ -35,7 +36,9 @@ private:
     int Peek();
     int Take();
     bool Refill();
-    void TakeMark();
+    bool Start();
+    QByteArray ReadChunk();
+    QByteArray Narrowed(const QByteArray& chunk);
     static void Add(QByteArray& field, int byte);
     void SkipBlanks();
     QByteArray TakeQuoted();
@@ -48,6 +51,7 @@ private:
     bool mStarted = false;
     bool mWide = false;
     QStringDecoder mDecodeWide;
+    QStringEncoder mEncode{QStringEncoder::Utf8};
 };
 
 } // namespace qor

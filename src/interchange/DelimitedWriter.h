@@ -7,8 +7,8 @@ class QIODevice;
 
 namespace qor {
 
-/// One line: every field in double quotes, those in it doubled, parted by commas, ended by CR LF; UTF-8.
-/// Raises RuntimeError when the device does not take it.
-void WriteDelimited(QIODevice& device, const QStringList& fields);
+/// One line: every field in double quotes, those in it doubled, parted by commas, ended by CR LF; UTF-8. False when the
+/// device does not take it.
+bool WriteDelimited(QIODevice& device, const QStringList& fields);
 
 } // namespace qor

@@ -7,13 +7,14 @@
 #include "interchange/SelectFilename.h"
 #include "platform/runtime/ErrorReport.h"
 #include "platform/runtime/Numbers.h"
+#include "platform/shell/SafeFile.h"
 #include "platform/ui/MsgBox.h"
 
 #include <QSaveFile>
 
 namespace qor {
 
-std::vector<int> WriteDirectory(const ListView& list, QIODevice& device)
+std::optional<std::vector<int>> WriteDirectory(const ListView& list, QIODevice& device)
 {
     std::vector<int> skipped;
     for (int row = 0; row < list.Items().RowCount(); ++row) {
@@ -22,8 +23,8 @@ std::vector<int> WriteDirectory(const ListView& list, QIODevice& device)
         const QString extension = EntryText(list, row, DirectoryColumn::Extension);
         if (lastName.isEmpty() || firstName.isEmpty() || !IsNumeric(extension))
             skipped.push_back(row);
-        else
-            WriteDelimited(device, {lastName, firstName, extension});
+        else if (!WriteDelimited(device, {lastName, firstName, extension}))
+            return std::nullopt;
     }
     return skipped;
 }
@@ -36,6 +37,7 @@ void DirectoryExport::cmdDirSaveList_Click()
             Save(fileName);
     } catch (...) {
         const QString description = CurrentRuntimeError().Description();
+        mForm.StatusBar1->SetPanelText(QString());
         MsgBox(u"ERROR in saving entries... \r\nDESCRIPTION:%1\r\nLocation: [cmdDirSaveList]"_s.arg(description),
                MsgBoxStyle::Exclamation, u"ERROR"_s);
     }
@@ -43,24 +45,26 @@ void DirectoryExport::cmdDirSaveList_Click()
 
 void DirectoryExport::Save(const QString& fileName)
 {
-    std::vector<int> skipped;
-    {
-        const BusyForm busy(mForm);
-        mForm.StatusBar1->SetPanelText(u"Saving entries... Please wait."_s);
-        QSaveFile file(fileName);
-        if (file.open(QIODevice::WriteOnly))
-            skipped = WriteDirectory(*mForm.LVDirectory, file);
-        if (!file.isOpen() || !file.commit()) {
-            throw RuntimeError(ErrorNumber::Provider,
-                               u"%1 cannot be written: %2. Choose another folder or free some space."_s.arg(
-                                   fileName, file.errorString()));
-        }
-        MarkRows(skipped);
-        mForm.StatusBar1->SetPanelText(QString());
-    }
+    const std::vector<int> skipped = WriteFile(fileName);
     if (!skipped.empty()) {
         MsgBox(u"Error in entry. Invalid entry wouldn't be saved to the file."_s, MsgBoxStyle::Exclamation, u"ERROR"_s);
     }
+}
+
+std::vector<int> DirectoryExport::WriteFile(const QString& fileName)
+{
+    const BusyForm busy(mForm);
+    mForm.StatusBar1->SetPanelText(u"Saving entries... Please wait."_s);
+    QSaveFile file(fileName);
+    const auto skipped = file.open(QIODevice::WriteOnly) ? WriteDirectory(*mForm.LVDirectory, file) : std::nullopt;
+    if (!skipped || !CommitFile(file)) {
+        throw RuntimeError(
+            ErrorNumber::Provider,
+            u"%1 cannot be written: %2. Choose another folder or free some space."_s.arg(fileName, file.errorString()));
+    }
+    MarkRows(*skipped);
+    mForm.StatusBar1->SetPanelText(QString());
+    return *skipped;
 }
 
 void DirectoryExport::MarkRows(const std::vector<int>& rows)

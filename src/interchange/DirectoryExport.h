@@ -1,6 +1,7 @@
 // The directory list into a CSV file.
 #pragma once
 
+#include <optional>
 #include <vector>
 
 class QIODevice;
@@ -11,9 +12,9 @@ namespace qor {
 class EditorForm;
 class ListView;
 
-/// Writes the rows that have both names and a numeric extension, in their order, and returns the others.
-/// Raises RuntimeError when the device fails.
-std::vector<int> WriteDirectory(const ListView& list, QIODevice& device);
+/// Writes the rows that have both names and a numeric extension, in their order, and returns the others; nothing when
+/// the device fails.
+std::optional<std::vector<int>> WriteDirectory(const ListView& list, QIODevice& device);
 
 class DirectoryExport
 {
@@ -26,6 +27,7 @@ public:
 
 private:
     void Save(const QString& fileName);
+    std::vector<int> WriteFile(const QString& fileName);
     void MarkRows(const std::vector<int>& rows);
 
     EditorForm& mForm;

@@ -7,6 +7,7 @@
 #include "interchange/SelectFilename.h"
 #include "platform/runtime/DateText.h"
 #include "platform/runtime/ErrorReport.h"
+#include "platform/shell/SafeFile.h"
 #include "platform/ui/MsgBox.h"
 #include "platform/ui/Screen.h"
 #include "rules/BusinessRules.h"
@@ -92,7 +93,7 @@ void WriteReportFile(const QString& errorList)
     const QString record = ShortDateText(QDate::currentDate()) + lineBreak + u"============================"_s +
                            lineBreak + errorList + lineBreak + lineBreak;
     file.write(record.toUtf8());
-    file.commit();
+    CommitFile(file);
 }
 
 } // namespace

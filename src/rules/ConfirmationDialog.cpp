@@ -61,6 +61,7 @@ QLayout* ButtonRow(QDialog& dialog)
 int Ask(const QString& text, const QString& title)
 {
     QDialog dialog(QApplication::activeWindow());
+    dialog.setAttribute(Qt::WA_QuitOnClose, false);
     dialog.setWindowTitle(title);
     dialog.setAccessibleDescription(text);
     auto* layout = new QVBoxLayout(&dialog);

@@ -5,7 +5,6 @@
 #include "service/BusinessRulesObject.h"
 
 #include <cstdio>
-#include <dlfcn.h>
 #include <QFileInfo>
 
 namespace qor {
@@ -49,13 +48,28 @@ public:
     }
 };
 
-/// The absolute path of the library that this code was loaded from.
+/// Nothing for a file that was replaced or removed since it was loaded.
+QString ExistingFile(const QString& path)
+{
+    return QFileInfo(path).isFile() ? path : QString();
+}
+
+/// The absolute path of the library that this code was loaded from. The loader remembers the path as the host gave it,
+/// which may be relative to a folder that the host has left since; the kernel knows the file.
 QString OwnLibraryPath()
 {
-    Dl_info info{};
-    if (dladdr(reinterpret_cast<void*>(&OwnLibraryPath), &info) == 0)
+    const auto own = reinterpret_cast<quintptr>(&OwnLibraryPath);
+    QFile maps(u"/proc/self/maps"_s);
+    if (!maps.open(QIODevice::ReadOnly))
         return {};
-    return QFileInfo(QString::fromLocal8Bit(info.dli_fname)).canonicalFilePath();
+    for (QByteArray line = maps.readLine(); !line.isEmpty(); line = maps.readLine()) {
+        const QByteArray range = line.left(line.indexOf(' '));
+        const quintptr start = range.left(range.indexOf('-')).toULongLong(nullptr, 16);
+        const quintptr end = range.mid(range.indexOf('-') + 1).toULongLong(nullptr, 16);
+        if (start <= own && own < end)
+            return ExistingFile(QString::fromLocal8Bit(line.mid(line.indexOf('/')).trimmed()));
+    }
+    return {};
 }
 
 HRESULT Outcome(const std::optional<QString>& problem)
@@ -95,6 +109,8 @@ HRESULT DllCanUnloadNow()
 HRESULT DllRegisterServer()
 {
     try {
+        if (qor::OwnLibraryPath().isEmpty())
+            return qor::Outcome(QStringLiteral("The library's own path cannot be found. Install it again."));
         return qor::Outcome(qor::RegisterClass({CLSID_BusinessRules, qor::ProgramId(), qor::OwnLibraryPath()}));
     } catch (...) {
         return SELFREG_E_CLASS;

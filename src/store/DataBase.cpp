@@ -4,10 +4,26 @@
 
 namespace qor {
 
+namespace {
+
+/// The catalog in the engine's words, translated once for all instances.
+const std::vector<EngineStatement>& EngineStatements()
+{
+    static const std::vector<EngineStatement> statements = [] {
+        std::vector<EngineStatement> translated;
+        for (const StoredCommand& stored : CommandCatalog())
+            translated.push_back(TranslateStoredSql(QString::fromLatin1(stored.sql)));
+        return translated;
+    }();
+    return statements;
+}
+
+} // namespace
+
 DataBase::DataBase()
 {
     for (const StoredCommand& stored : CommandCatalog()) {
-        const EngineStatement statement = TranslateStoredSql(QString::fromLatin1(stored.sql));
+        const EngineStatement& statement = EngineStatements()[static_cast<std::size_t>(stored.id)];
         mCommands.emplace_back(Conn, QString::fromLatin1(stored.name), statement.text,
                                static_cast<int>(statement.parameters.size()));
     }

@@ -1,5 +1,7 @@
 #include "platform/shell/Registry.h"
 
+#include "platform/shell/SafeFile.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QSaveFile>
@@ -87,7 +89,7 @@ std::optional<QString> WriteRegistryFile(const QString& text, const QByteArray& 
     const QString fileName = RegistryFileName();
     QDir().mkpath(QFileInfo(fileName).absolutePath());
     QSaveFile file(fileName);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !CommitFile(file)) {
         return u"The registry file %1 cannot be written: %2. Check the folder's permissions."_s.arg(
             QDir::toNativeSeparators(fileName), file.errorString());
     }

@@ -5,6 +5,7 @@
 #include <clocale>
 #include <csignal>
 #include <QApplication>
+#include <QEventLoop>
 #include <QThread>
 #include <string>
 #include <vector>
@@ -47,6 +48,16 @@ private:
     std::vector<SignalAction> mActions;
 };
 
+/// A host that has called exit() without ever running its loop leaves every later loop to end at once.
+bool CanRunEventLoop()
+{
+    constexpr int ran = 1;
+    QEventLoop loop;
+    QMetaObject::invokeMethod(
+        &loop, [&loop] { loop.exit(ran); }, Qt::QueuedConnection);
+    return loop.exec(QEventLoop::ExcludeUserInputEvents) == ran;
+}
+
 void MakeApplication()
 {
     const HostStateGuard guard;
@@ -74,6 +85,8 @@ std::optional<QString> EnsureApplication()
         return u"the host's application object cannot show windows; it must be a QApplication"_s;
     if (application->thread() != QThread::currentThread())
         return u"the call must come on the thread of the application object"_s;
+    if (!CanRunEventLoop())
+        return u"the host has ended its event loop"_s;
     return std::nullopt;
 }
 

@@ -21,6 +21,7 @@ QStringList NameFilters(const FileDialogRequest& request)
 std::optional<QString> ChooseFile(const FileDialogRequest& request)
 {
     QFileDialog dialog(QApplication::activeWindow(), request.title);
+    dialog.setAttribute(Qt::WA_QuitOnClose, false);
     dialog.setAcceptMode(request.save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     dialog.setFileMode((request.flags & OFN_FILEMUSTEXIST) != 0 ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
     dialog.setOption(QFileDialog::DontConfirmOverwrite, (request.flags & OFN_OVERWRITEPROMPT) == 0);

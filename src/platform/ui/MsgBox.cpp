@@ -63,25 +63,33 @@ void ShowErrorBox(const QString& text, const QString& title, bool critical)
     MsgBox(text, critical ? MsgBoxStyle::Critical : MsgBoxStyle::Exclamation, title);
 }
 
-/// A text that is longer than a screen can show is given a scroll area, so that the buttons stay in reach.
-void MakeScrollable(QMessageBox& box)
+/// Whether the toolkit, which breaks lines between words only, would make a box larger than a screen.
+bool IsTooLarge(const QString& text, const QFontMetrics& metrics, int width)
 {
     constexpr int highestLineCount = 25;
-    constexpr int longestLine = 120;
+    constexpr int highestLength = 2000;
+    if (text.size() > highestLength || text.count(u'\n') >= highestLineCount)
+        return true;
+    const QStringList words = text.simplified().split(u' ');
+    return std::any_of(words.begin(), words.end(),
+                       [&](const QString& word) { return metrics.horizontalAdvance(word) > width; });
+}
+
+/// Gives a text that is too large a scroll area, so that the buttons stay in reach.
+void MakeScrollable(QMessageBox& box)
+{
     constexpr QSize areaSize(560, 360);
-    const QStringList lines = box.text().split(u'\n');
-    const bool tooLong =
-        lines.size() > highestLineCount ||
-        std::any_of(lines.begin(), lines.end(), [](const QString& line) { return line.size() > longestLine; });
+    if (!IsTooLarge(box.text(), box.fontMetrics(), areaSize.width()))
+        return;
     auto* label = box.findChild<QLabel*>(u"qt_msgbox_label"_s);
     auto* layout = qobject_cast<QGridLayout*>(box.layout());
-    if (!tooLong || !label || !layout)
+    if (!label || !layout)
         return;
     auto* area = new QScrollArea(&box);
     area->setObjectName(u"messageArea"_s);
     area->setMinimumSize(areaSize);
-    layout->replaceWidget(label, area);
-    label->setWordWrap(false);
+    delete layout->replaceWidget(label, area);
+    label->setWordWrap(true);
     label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     area->setWidget(label);
     area->setWidgetResizable(true);
@@ -92,6 +100,7 @@ void MakeScrollable(QMessageBox& box)
 MsgBoxAnswer MsgBox(const QString& text, int style, const QString& title)
 {
     QMessageBox box(QApplication::activeWindow());
+    box.setAttribute(Qt::WA_QuitOnClose, false); // it may be the only window of a host
     box.setWindowTitle(title);
     box.setTextFormat(Qt::PlainText);
     box.setText(QString(text).remove(u'\r'));
