@@ -9,6 +9,11 @@ source "$root/scripts/packages"
 cmake -S "$root" --preset dev
 cmake --build "$root/build/dev"
 
+# A few seconds of fuzzing where clang and its fuzzer are there.
+if command -v clang++ >/dev/null && compgen -G "$(clang++ -print-resource-dir)/lib/*/libclang_rt.fuzzer*" >/dev/null; then
+    "$root/fuzz/run" 5 >"$root/build/fuzz.log" 2>&1 || { tail -n 40 "$root/build/fuzz.log"; exit 1; }
+fi
+
 # ctest's closing lines are the last thing printed.
 cd "$root"
 exec ctest --preset dev --output-on-failure --no-tests=error --parallel 2 "$@"

@@ -40,8 +40,8 @@ foreach(page dir-host dir-db)
         DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)
 endforeach()
 add_custom_command(OUTPUT changelog.gz
-    COMMAND ${GZIP} -9nc ${PROJECT_SOURCE_DIR}/CHANGELOG.md > changelog.gz
-    DEPENDS ${PROJECT_SOURCE_DIR}/CHANGELOG.md)
+    COMMAND ${GZIP} -9nc ${PROJECT_SOURCE_DIR}/packaging/changelog > changelog.gz
+    DEPENDS ${PROJECT_SOURCE_DIR}/packaging/changelog)
 add_custom_target(documents ALL DEPENDS dir-host.1.gz dir-db.1.gz changelog.gz)
 foreach(package runtime:libqor-dir-node1 development:libqor-dir-node-dev tools:qor-dir-node-tools)
     string(REPLACE ":" ";" package ${package})

@@ -10,28 +10,30 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # The other packages are looked up in this build, not in the system.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
-set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 
+# Written by hand, because the generated scripts call ldconfig themselves, which a trigger does.
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA
+    ${PROJECT_SOURCE_DIR}/packaging/triggers ${PROJECT_SOURCE_DIR}/packaging/shlibs)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME libqor-dir-node1)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_DEPENDS "libqt6sql6-sqlite")
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS "fonts-dejavu-core")
 set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "directory node editor (component)
- The editor that a configuration builder of a voice-messaging and
- auto-attendant system opens with one call to keep a dial-by-name directory.")
+The editor that a configuration builder of a voice-messaging and
+auto-attendant system opens with one call to keep a dial-by-name directory.")
 
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libqor-dir-node-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "libqor-dir-node1 (= ${PROJECT_VERSION})")
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "directory node editor (development files)
- The public header, the link to the shared library, and the CMake and
- pkg-config files for programs that open the directory node editor.")
+The public header, the link to the shared library, and the CMake and
+pkg-config files for programs that open the directory node editor.")
 
 set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME qor-dir-node-tools)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "libqor-dir-node1 (>= ${PROJECT_VERSION})")
 set(CPACK_COMPONENT_TOOLS_DESCRIPTION "directory node editor (host program and database tool)
- dir-host opens the directory node editor on one node; dir-db makes, checks,
- shows and converts its configuration databases.")
+dir-host opens the directory node editor on one node; dir-db makes, checks,
+shows and converts its configuration databases.")
 
 include(CPack)

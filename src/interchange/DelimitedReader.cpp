@@ -41,7 +41,9 @@ QString FromWindows1252(const QByteArray& bytes)
 
 QString Decoded(const QByteArray& bytes)
 {
-    QStringDecoder decode(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    // A mark inside the text is a character as others are; the one at the start of the file is gone already.
+    QStringDecoder decode(QStringDecoder::Utf8,
+                          QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
     QString text = decode(bytes);
     return decode.hasError() ? FromWindows1252(bytes) : text;
 }
