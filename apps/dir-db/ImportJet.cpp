@@ -19,8 +19,8 @@ namespace {
 
 using Identity = QList<qint64>;
 
-/// The kinds of what is warned of, in the order of the report.
-enum class Kind { InUse, ColumnMissing, MoreRows, NullIdentity, SameIdentity, MessageMissing };
+/// The kinds of what is warned of, in the order of the report; missing message nodes follow.
+enum class Kind { InUse, ColumnMissing, MoreRows, NullIdentity, SameIdentity };
 
 Findings NoFindings()
 {
