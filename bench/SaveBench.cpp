@@ -26,15 +26,15 @@ int syncCount = 0;
 } // namespace
 
 // This program's own functions stand before the system's, for the engine too.
-extern "C" __attribute__((visibility("default"))) int fsync(int descriptor)
+extern "C" __attribute__((visibility("default"))) int fsync(int fd)
 {
     ++syncCount;
-    return static_cast<int>(syscall(SYS_fsync, descriptor));
+    return static_cast<int>(syscall(SYS_fsync, fd));
 }
-extern "C" __attribute__((visibility("default"))) int fdatasync(int descriptor)
+extern "C" __attribute__((visibility("default"))) int fdatasync(int fildes)
 {
     ++syncCount;
-    return static_cast<int>(syscall(SYS_fdatasync, descriptor));
+    return static_cast<int>(syscall(SYS_fdatasync, fildes));
 }
 
 using namespace qor;
@@ -59,7 +59,7 @@ qint16 NodeOfSize(int entries)
 QString MakeData(const QString& folder)
 {
     const QString databaseFolder = folder + u"/Quorvanta/KELDAR+/Database"_s;
-    const QString database = databaseFolder + u"/NewDB.mdb"_s;
+    QString database = databaseFolder + u"/NewDB.mdb"_s;
     QDir().mkpath(databaseFolder);
     QProcess dirDb;
     dirDb.start(QStringLiteral(DIR_DB), {u"sample"_s, database});

@@ -84,8 +84,7 @@ constexpr std::array subcommands{
     Subcommand{"create", "FILE", "make an empty configuration database", RunCreate},
     Subcommand{"sample", "FILE", "make a database with nodes and entries to look at", RunSample},
     Subcommand{"import-jet", "[--dry-run] SOURCE.mdb FILE",
-               "make a database from a Jet 4 database, which stays as it is, and report; with --dry-run report only "
-               "(FILE may be left out)",
+               "make a database from a Jet 4 database, which stays as it is; --dry-run only reports and needs no FILE",
                RunImportJet, "--dry-run"},
     Subcommand{"show", "[--csv] [--passwords] [--config N] [--partition N] FILE",
                "print the directory nodes and entries of a partition (of 1 and 1), with --passwords access codes too",

@@ -31,7 +31,7 @@ QString Described(const QString& text, const QString& title, int icon)
 QString Serve(QWidget& dialog, const ExpectedBox& expected)
 {
     auto* box = qobject_cast<QMessageBox*>(&dialog);
-    if (!box || !Matches(box->text(), expected.text) || box->windowTitle() != expected.title ||
+    if (box == nullptr || !Matches(box->text(), expected.text) || box->windowTitle() != expected.title ||
         box->icon() != expected.icon)
         return u"another was expected"_s;
     if (expected.inspect)
@@ -50,7 +50,7 @@ QString Serve(QWidget& dialog, const ExpectedBox& expected)
 QString Serve(QWidget& widget, const ExpectedFileDialog& expected)
 {
     auto* dialog = qobject_cast<QFileDialog*>(&widget);
-    if (!dialog || dialog->windowTitle() != expected.title)
+    if (dialog == nullptr || dialog->windowTitle() != expected.title)
         return u"another was expected"_s;
     if (!expected.folder.isEmpty() && dialog->directory().absolutePath() != expected.folder)
         return u"it starts in "_s + dialog->directory().absolutePath();
@@ -86,7 +86,7 @@ QString Described(QWidget& dialog)
 {
     if (const auto* box = qobject_cast<QMessageBox*>(&dialog))
         return Described(box->text(), box->windowTitle(), box->icon());
-    if (const QString question = QuestionOf(dialog); !question.isEmpty())
+    if (QString question = QuestionOf(dialog); !question.isEmpty())
         return question;
     return u"file dialog, title \"%1\""_s.arg(dialog.windowTitle());
 }
@@ -136,8 +136,8 @@ void BoxScript::Expect(const ExpectedQuestion& question)
 void BoxScript::ServeModalWidget()
 {
     auto* box = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-    const bool isForm = box && box->inherits("qor::Form"); // shown modally, it is for the test itself
-    if (!box || isForm)
+    const bool isForm = box != nullptr && box->inherits("qor::Form"); // shown modally, it is for the test itself
+    if (box == nullptr || isForm)
         return;
     mTimer.start(1); // again, so that it comes within an answer that brings up the next box
     const Step step = mSteps.empty() ? Step{u"none"_s, {}} : mSteps.front();

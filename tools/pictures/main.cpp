@@ -90,7 +90,7 @@ private:
     {
         Then(IsBox, [this, name, answer](QWidget& window) {
             Take(window, name);
-            static_cast<QMessageBox&>(window).button(answer)->click();
+            dynamic_cast<QMessageBox&>(window).button(answer)->click();
         });
     }
 
@@ -130,7 +130,7 @@ private:
     {
         Then(IsEditor, [](QWidget& editor) { Click(editor, u"cmdOpenCSVFilename"_s); });
         Then(IsFileDialog, [this](QWidget& window) {
-            auto& dialog = static_cast<QFileDialog&>(window);
+            auto& dialog = dynamic_cast<QFileDialog&>(window);
             dialog.setDirectory(QFileInfo(mCsvFile).path());
             dialog.findChild<QLineEdit*>(u"fileNameEdit"_s)->setText(mCsvFile);
             QMetaObject::invokeMethod(&dialog, "accept", Qt::QueuedConnection);

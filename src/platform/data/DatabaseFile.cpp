@@ -21,8 +21,8 @@ struct Signature
 const std::array<Signature, 3>& Signatures()
 {
     static constexpr char jet[] =
-        "is a Jet database, which the editor does not open. Convert it with \"dir-db import-jet\" and put "
-        "the new file in its place.";
+        "is a Jet database, which the editor does not open. Convert it with \"dir-db import-jet SOURCE.mdb "
+        "FILE\" and put the new file in its place.";
     static const std::array<Signature, 3> signatures{
         Signature{QByteArray("SQLite format 3\0", 16), "is damaged. Restore it from a backup."},
         Signature{QByteArray("\0\1\0\0Standard Jet DB", 19), jet},

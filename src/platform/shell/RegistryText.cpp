@@ -94,7 +94,7 @@ std::optional<RegistryValue> ParseHex(QStringView data, bool wideTexts)
     const qsizetype colon = data.indexOf(u':');
     if (colon < 0)
         return std::nullopt;
-    quint32 type = quint32(RegistryType::Binary);
+    auto type = quint32(RegistryType::Binary);
     const QStringView kind = data.left(colon);
     if (kind.startsWith(u"hex(") && kind.endsWith(u')')) {
         bool ok = false;

@@ -3,9 +3,21 @@
 
 #include "platform/runtime/ErrorReport.h"
 
+#include <functional>
 #include <QObject>
+#include <type_traits>
 
 namespace qor {
+
+/// Calls handler->*procedure, with the arguments where it takes them.
+template <typename Handler, typename Procedure, typename... Arguments>
+void Deliver(Handler* handler, Procedure procedure, Arguments... arguments)
+{
+    if constexpr (std::is_invocable_v<Procedure, Handler*, Arguments...>)
+        std::invoke(procedure, handler, arguments...);
+    else
+        std::invoke(procedure, handler);
+}
 
 /// Calls handler->*procedure whenever sender raises the event, for as long as the sender lives; the handler
 /// must live as long. An error that the procedure did not report itself ends in the default run-time error
@@ -14,12 +26,7 @@ template <typename Sender, typename Signal, typename Handler, typename Procedure
 void OnEvent(const Sender* sender, Signal signal, Handler* handler, Procedure procedure)
 {
     QObject::connect(sender, signal, sender, [handler, procedure](auto... arguments) {
-        GuardEvent([&] {
-            if constexpr (std::is_invocable_v<Procedure, Handler*, decltype(arguments)...>)
-                std::invoke(procedure, handler, arguments...);
-            else
-                std::invoke(procedure, handler);
-        });
+        GuardEvent([&] { Deliver(handler, procedure, arguments...); });
     });
 }
 
