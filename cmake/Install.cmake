@@ -31,6 +31,9 @@ install(FILES packaging/dir-host.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/ap
 install(FILES packaging/completions/dir-host packaging/completions/dir-db
     DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT tools)
 
+install(FILES packaging/lintian/libqor-dir-node1
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides COMPONENT runtime)
+
 find_program(GZIP gzip REQUIRED)
 foreach(page dir-host dir-db)
     add_custom_command(OUTPUT ${page}.1.gz

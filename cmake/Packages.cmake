@@ -11,13 +11,13 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # The other packages are looked up in this build, not in the system.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
 
-# Written by hand, because the generated scripts call ldconfig themselves, which a trigger does.
+# The library tells the loader of itself, and other packages what to depend on.
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA
     ${PROJECT_SOURCE_DIR}/packaging/triggers ${PROJECT_SOURCE_DIR}/packaging/shlibs)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME libqor-dir-node1)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_DEPENDS "libqt6sql6-sqlite")
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS "fonts-dejavu-core")
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS "fonts-dejavu-core, fonts-dejavu-extra")
 set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "directory node editor (component)
 The editor that a configuration builder of a voice-messaging and
 auto-attendant system opens with one call to keep a dial-by-name directory.")
