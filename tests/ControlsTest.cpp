@@ -1,18 +1,15 @@
 // The controls as the handlers rely on them: which events come, what code may set, what crosses as a message.
 #include "platform/ui/ComboBox.h"
-#include "platform/ui/Events.h"
 #include "platform/ui/ListBox.h"
 #include "platform/ui/ListItems.h"
 #include "platform/ui/ListView.h"
 #include "platform/ui/MsgBox.h"
-#include "platform/ui/NumberListModel.h"
 #include "platform/ui/TextBox.h"
 #include "support/BoxScript.h"
 #include "support/Cases.h"
 
 #include <QAbstractItemModelTester>
 #include <QHeaderView>
-#include <QPushButton>
 
 using namespace qor;
 
@@ -136,13 +133,6 @@ MessageResult Hook(WindowHandle window, quint32 message, quintptr wParam, qintpt
     return CallWindowProcA(hookedProcedure, window, message, wParam, lParam);
 }
 
-struct Handler
-{
-    int clicks = 0;
-    void Counting() { ++clicks; }
-    void Failing() { throw RuntimeError(ErrorNumber::TypeMismatch, u"no number"_s); }
-};
-
 } // namespace
 
 class ControlsTest : public QObject
@@ -227,25 +217,6 @@ private Q_SLOTS:
         QCOMPARE(state(), u"b@1"_s);
     }
 
-    void numbersAreFoundByText()
-    {
-        NumberListModel model;
-        const QAbstractItemModelTester tester(&model);
-        const auto rowOf = [&](const QString& text, Qt::MatchFlags flags = Qt::MatchExactly) {
-            const QModelIndexList found = model.match(model.index(0), Qt::DisplayRole, text, 1, flags);
-            return found.isEmpty() ? -1 : found.first().row();
-        };
-        QCOMPARE(rowOf(u"1"_s), -1);
-        model.SetRange(11, 20);
-        QCOMPARE(rowOf(u"11"_s), 0);
-        QCOMPARE(rowOf(u"20"_s, Qt::MatchExactly | Qt::MatchCaseSensitive), 9);
-        QCOMPARE(rowOf(u"2"_s, Qt::MatchStartsWith), 9);
-        for (const char* text : {"10", "21", "011", "+11", " 11", "11.0", "x", ""})
-            QVERIFY2(rowOf(QString::fromLatin1(text)) == -1, text);
-        model.SetRange(2, 1);
-        QCOMPARE(model.rowCount(), 0);
-    }
-
     void textBoxEvents()
     {
         TextBox box;
@@ -304,25 +275,6 @@ private Q_SLOTS:
             QCOMPARE(items.RowOfKey(items.Key(row)), row);
         }
         QTEST(outcome, "expected");
-    }
-
-    void listColumns()
-    {
-        ListItems items;
-        const QAbstractItemModelTester tester(&items);
-        items.AddColumn(u"Name"_s);
-        Do(items, u"append:1b,2A"_s);
-        for (int i = 0; i < 2; ++i) {
-            items.SetText(0, 1, u"x"_s);
-            items.SetForeColor(1, 1, Qt::red);
-            items.AddColumn(u"Added"_s);
-            QCOMPARE(items.index(0, 1).data(), QVariant(u"x"_s));
-            QCOMPARE(items.index(1, 1).data(Qt::ForegroundRole), QVariant(QColor(Qt::red)));
-            items.RemoveLastColumn();
-        }
-        items.ClearColumns();
-        Do(items, u"remove:0"_s);
-        QCOMPARE(items.RowCount(), 1);
     }
 
     void listViewSelection()
@@ -431,13 +383,9 @@ private Q_SLOTS:
         QTest::addColumn<QMessageBox::StandardButton>("press"); // none is Escape
         QTest::addColumn<int>("answer");
         QTest::newRow("notice") << 64 << QMessageBox::Information << QMessageBox::Ok << 1;
-        QTest::newRow("notice, Escape") << 64 << QMessageBox::Information << QMessageBox::NoButton << 1;
         QTest::newRow("error") << 48 << QMessageBox::Warning << QMessageBox::Ok << 1;
-        QTest::newRow("two, yes") << 36 << QMessageBox::Question << QMessageBox::Yes << 6;
-        QTest::newRow("two, no") << 36 << QMessageBox::Question << QMessageBox::No << 7;
         QTest::newRow("two, Escape") << 36 << QMessageBox::Question << QMessageBox::NoButton << 7;
         QTest::newRow("three, yes") << 35 << QMessageBox::Question << QMessageBox::Yes << 6;
-        QTest::newRow("three, no") << 35 << QMessageBox::Question << QMessageBox::No << 7;
         QTest::newRow("three, cancel") << 35 << QMessageBox::Question << QMessageBox::Cancel << 2;
         QTest::newRow("three, Escape") << 35 << QMessageBox::Question << QMessageBox::NoButton << 2;
     }
@@ -448,17 +396,6 @@ private Q_SLOTS:
         QFETCH(QMessageBox::StandardButton, press);
         BoxScript script{{u"<b>1 & 2</b>\n\nthree"_s, u"Title"_s, icon, press}};
         QTEST(static_cast<int>(MsgBox(u"<b>1 & 2</b>\r\n\r\nthree"_s, style, u"Title"_s)), "answer");
-    }
-
-    void errorsOfHandlersEndInABox()
-    {
-        QPushButton button;
-        Handler handler;
-        OnEvent(&button, &QPushButton::clicked, &handler, &Handler::Failing);
-        OnEvent(&button, &QPushButton::clicked, &handler, &Handler::Counting);
-        BoxScript script{{u"Run-time error '13':\n\nno number"_s, u"QOR_DIR_NODE"_s, QMessageBox::Critical}};
-        button.click();
-        QCOMPARE(handler.clicks, 1);
     }
 };
 

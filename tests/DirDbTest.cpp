@@ -38,9 +38,6 @@ private Q_SLOTS:
     void refusesToMake_data();
     void refusesToMake();
     void leavesNothingWhenTheDiskIsFull();
-    void sampleIsTheSameInEveryRun();
-    void sampleHolds_data();
-    void sampleHolds();
     void everyCommandRuns_data();
     void everyCommandRuns();
     void everyCommandUsesTheKey_data();
@@ -154,46 +151,6 @@ void DirDbTest::leavesNothingWhenTheDiskIsFull()
     QCOMPARE(outcome.exitCode, 1);
     QVERIFY2(outcome.errors.contains(fileName), qPrintable(outcome.errors));
     QCOMPARE(EntriesOf(mFolder->path()), QStringList());
-}
-
-void DirDbTest::sampleIsTheSameInEveryRun()
-{
-    QCOMPARE(DirDb({u"sample"_s, Path(u"again.mdb"_s)}).exitCode, 0);
-    QCOMPARE(ReadFile(Path(u"again.mdb"_s)), ReadFile(mSample));
-}
-
-void DirDbTest::sampleHolds_data()
-{
-    QTest::addColumn<QString>("rows");
-    QTest::addColumn<int>("count");
-    const QString main = u" WHERE ConfigID = 1 AND PartID = 1 AND "_s;
-    const QString detail = u"Detail_DIR"_s + main;
-    QTest::newRow("different people")
-        << u"(SELECT DISTINCT LastName, FirstName FROM Detail_DIR WHERE NodeMasterID = 12)"_s << 500;
-    QTest::newRow("unusual names")
-        << detail + u"NodeMasterID = 7 AND (LastName IN ('O''Neil', 'Müller', 'Nguyễn') OR FirstName = 'Łukasz')"_s
-        << 4;
-    QTest::newRow("two missing prompts")
-        << detail + u"NodeMasterID = 7 AND NamePrompt NOT IN (SELECT NodeNumber FROM Node_MSG"_s + main +
-               u"NodeTypeID = 0)"_s
-        << 2;
-    QTest::newRow("an entry of nulls")
-        << detail + u"COALESCE(LastName, FirstName, Extension, NamePrompt, Password) IS NULL"_s << 1;
-    QTest::newRow("prompts out of range") << detail + u"NamePrompt NOT BETWEEN 1 AND 999"_s << 4;
-    QTest::newRow("a header of nulls") << u"Node_DIR"_s + main +
-                                              u"COALESCE(NodeDescription, AccessCode, UsePasswords) IS NULL"_s
-                                       << 1;
-    QTest::newRow("no maximum") << u"Node_Type_Max WHERE Config_ID = 1 AND PartitionID = 2 AND NodeType_ID = 0"_s << 0;
-    const QString identity = u"SELECT ConfigID, PartID, NodeTypeID, NodeNumber, NodeDescription FROM "_s;
-    QTest::newRow("nodes that the pool lacks")
-        << u"(%1Node_DIR UNION ALL %1Node_MSG EXCEPT %1Node_General_Pool)"_s.arg(identity) << 0;
-}
-
-void DirDbTest::sampleHolds()
-{
-    QFETCH(QString, rows);
-    QFETCH(int, count);
-    QCOMPARE(Query(mSample, u"SELECT COUNT(*) FROM "_s + rows), QStringList{QString::number(count)});
 }
 
 void DirDbTest::everyCommandRuns_data()

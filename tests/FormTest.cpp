@@ -327,35 +327,6 @@ private Q_SLOTS:
         QCOMPARE(GetSelectedCount(list), 0);
     }
 
-    void entryEditors()
-    {
-        BareForm form;
-        ListView& list = *form.LVDirectory;
-        DirectoryListEvents events(form);
-        Fill(list, u"a,b"_s);
-        Show(form);
-        form.HideEntryEditors();
-        events.LVDirectory_ItemClick(1);
-        QVERIFY(!form.EntryEditorsShown());
-        form.SetEditMode(true);
-        events.LVDirectory_ItemClick(1);
-        int column = 1;
-        for (const char* name : {"txtLastName", "txtFirstName", "txtExtension", "cmbPromptNumber", "txtPassword"}) {
-            const auto* editor = form.findChild<QWidget*>(QLatin1String(name));
-            const QRect cell = list.visualRect(list.model()->index(1, column));
-            const QPoint place = list.viewport()->mapTo(form.fraDirectory, cell.topLeft());
-            QCOMPARE(CaptionOf(*editor), u"b"_s);
-            QCOMPARE(editor->isVisible(), column++ < 5);
-            QVERIFY2(editor->isHidden() || (editor->geometry().topLeft() - place).manhattanLength() <= 1, name);
-            QVERIFY2(editor->isHidden() || std::abs(editor->width() - cell.width()) <= 1, name);
-        }
-        QVERIFY(form.txtLastName->hasFocus());
-        form.txtPassword->show();
-        form.HideEntryEditors();
-        for (const char* name : {"txtLastName", "txtFirstName", "txtExtension", "cmbPromptNumber", "txtPassword"})
-            QVERIFY2(form.findChild<QWidget*>(QLatin1String(name))->isHidden(), name);
-    }
-
     void layoutWithoutNavigation()
     {
         BareForm form;

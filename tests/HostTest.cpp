@@ -1,5 +1,7 @@
 // The built library in its hosts' processes: each test runs a host program, within a time limit, and reads what
 // it printed.
+#include "support/BoxScript.h"
+#include "support/Files.h"
 #include "support/SampleDatabase.h"
 
 #include <QDir>
@@ -26,12 +28,6 @@ QString Shown(int node)
 QString Sentence(const QString& reason)
 {
     return u"QOR_DIR_NODE: the editor cannot be shown: %1."_s.arg(reason);
-}
-
-bool Matches(const QString& line, const QString& pattern)
-{
-    const QString expression = QRegularExpression::escape(pattern).replace(u"\\*"_s, u".*"_s);
-    return QRegularExpression(QRegularExpression::anchoredPattern(expression)).match(line).hasMatch();
 }
 
 bool Match(const QStringList& lines, const QStringList& patterns)
@@ -114,22 +110,9 @@ Spoil Statement(const QString& statement)
     return [statement](const SampleDatabase& database) { database.Run(statement); };
 }
 
-void WriteFile(const QString& fileName, const QByteArray& bytes)
-{
-    QFile file(fileName);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush())
-        qFatal("cannot write a test file");
-}
-
 Spoil Bytes(const QByteArray& bytes)
 {
     return [bytes](const SampleDatabase& database) { WriteFile(database.FileName(), bytes); };
-}
-
-QByteArray ReadFile(const QString& fileName)
-{
-    QFile file(fileName);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 } // namespace

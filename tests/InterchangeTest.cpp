@@ -7,6 +7,7 @@
 #include "store/KELDARPlusFilesAndFolders.h"
 #include "support/BoxScript.h"
 #include "support/Cases.h"
+#include "support/Files.h"
 #include "support/SampleDatabase.h"
 
 #include <csignal>
@@ -68,18 +69,6 @@ QString FieldsOn(QIODevice& device)
             fields += u'[' + reader.ReadField() + u']';
     });
     return fields + raised.section(u':', 1);
-}
-
-QByteArray Contents(const QString& fileName)
-{
-    QFile file(fileName);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void Write(const QString& fileName, const QByteArray& contents)
-{
-    QFile file(fileName);
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(contents) == contents.size());
 }
 
 /// The last row, its key first.
@@ -154,7 +143,7 @@ private:
     }
     void Import(const QByteArray& contents, const QList<ExpectedBox>& boxes)
     {
-        Write(Path(u"names.csv"_s), contents);
+        WriteFile(Path(u"names.csv"_s), contents);
         Run(mForm->cmdOpenCSVFilename, {u"Open"_s, Path(u"names.csv"_s)}, boxes);
     }
 
@@ -286,7 +275,7 @@ private Q_SLOTS:
         QFile older(ReportFile());
         if (before == 0) { // else there is not even a folder
             QVERIFY(QDir().mkpath(GetMiscFolder()));
-            Write(ReportFile(), "old");
+            WriteFile(ReportFile(), "old");
             QVERIFY(older.open(QIODevice::ReadOnly));
         }
         Append(before, {u"Old"_s, u"Row"_s, u"1"_s, u"5"_s, u"2"_s});
@@ -298,7 +287,7 @@ private Q_SLOTS:
         if (!boxes.isEmpty() && boxes.last().text.startsWith(listHead))
             record = QLocale::system().toString(QDate::currentDate(), QLocale::ShortFormat) +
                      u"\n============================\n"_s + boxes.last().text + u"\n\n"_s;
-        QCOMPARE(Contents(ReportFile()), record.replace(u'\n', u"\r\n"_s).toUtf8());
+        QCOMPARE(ReadFile(ReportFile()), record.replace(u'\n', u"\r\n"_s).toUtf8());
         QVERIFY(before > 0 || older.readAll() == "old"); // replaced, not written over
     }
 
@@ -313,7 +302,7 @@ private Q_SLOTS:
         if (becomes == "locked"_L1 && geteuid() == 0)
             QSKIP("every file can be read here");
         const QString name = Path(u"names.txt"_s);
-        Write(name, "Adams,Anne,101\r\n");
+        WriteFile(name, "Adams,Anne,101\r\n");
         ExpectedBox notice = Notice(u"Please select a csv file"_s);
         notice.inspect = [&](QMessageBox&) {
             QVERIFY(becomes == "locked"_L1 ? QFile::setPermissions(name, {}) : QFile::remove(name));
@@ -326,7 +315,7 @@ private Q_SLOTS:
 
     void reportThatCannotBeWritten()
     {
-        Write(GetMiscFolder().chopped(1), {}); // so that no folder can be made
+        WriteFile(GetMiscFolder().chopped(1), {}); // so that no folder can be made
         Import("1,B,x\r\n", {Rejects({badEntry})});
         QVERIFY(QFile::remove(GetMiscFolder().chopped(1)) && QDir().mkpath(GetMiscFolder()));
         const rlim_t old = LimitFileSize(10);
@@ -345,7 +334,7 @@ private Q_SLOTS:
             {{u"Error in entry. Invalid entry wouldn't be saved to the file."_s, u"ERROR"_s, QMessageBox::Warning}});
         const QByteArray written(
             "\"Evans\",\"Eve\",\"9\"\r\n\"M\xC3\xBC\"\"l ;\",\"D\",\" 1e2\"\r\n\"Adams\",\"Anne\",\"101\"\r\n");
-        QCOMPARE(Contents(name), written);
+        QCOMPARE(ReadFile(name), written);
         QString red;
         for (int cell = 0; cell < 7 * 6; ++cell)
             red += Items().ForeColor(cell / 6, cell % 6) == invalidRowColour ? u'r' : u'-';
@@ -383,7 +372,7 @@ private Q_SLOTS:
         Append(size == u"5000"_s ? 500 : 10, {QString(40, u'A'), u"Anne"_s, u"1"_s, u"5"_s, u"1"_s});
         const QStringList older{u"names.csv"_s, u"text.txt.csv"_s};
         for (const QString& file : older)
-            Write(Path(file), "old");
+            WriteFile(Path(file), "old");
         const QString question = u" already exists.\nDo you want to replace it?"_s;
         QList<ExpectedBox> boxes;
         if (name == u"names"_s)
@@ -399,7 +388,7 @@ private Q_SLOTS:
         LimitFileSize(old);
         QStringList files = QDir(mFolder->path()).entryList(QDir::Files);
         for (QString& file : files)
-            file += older.contains(file) && Contents(Path(file)) != "old" ? u"*"_s : QString();
+            file += older.contains(file) && ReadFile(Path(file)) != "old" ? u"*"_s : QString();
         QTEST(files.join(u','), "expected");
     }
 
@@ -419,7 +408,7 @@ private Q_SLOTS:
         QVERIFY(QDir().mkpath(folder) && QDir().mkpath(Path(u"Quorvanta"_s)));
         const QString saved = given.section(u'|', 0, 0);
         if (!saved.isEmpty())
-            Write(Path(u"Quorvanta/KELDAR+.ini"_s), "[DialogDir]\nDialogDir=" + Path(saved).toUtf8() + '\n');
+            WriteFile(Path(u"Quorvanta/KELDAR+.ini"_s), "[DialogDir]\nDialogDir=" + Path(saved).toUtf8() + '\n');
         if (given.contains(u'x'))
             mForm->txtCSVFilename->setText(Path(given.section(u'|', 1)));
         Run(mForm->cmdDirSaveList, {u"Save"_s, {}, folder});

@@ -5,6 +5,8 @@
 #include "platform/runtime/ErrorReport.h"
 #include "platform/runtime/Numbers.h"
 #include "platform/shell/Registry.h"
+#include "support/Cases.h"
+#include "support/Files.h"
 
 #include <QDir>
 #include <QScopeGuard>
@@ -20,45 +22,6 @@
 using namespace qor;
 
 namespace {
-
-struct Row
-{
-    const char* name;
-    QString given;
-    QString expected;
-};
-
-void AddRows(std::initializer_list<Row> rows)
-{
-    QTest::addColumn<QString>("given");
-    QTest::addColumn<QString>("expected");
-    for (const Row& row : rows)
-        QTest::newRow(row.name) << row.given << row.expected;
-}
-
-/// What the body raised as "number: description"; empty when it raised nothing.
-template <typename Body>
-QString RaisedBy(Body&& body)
-{
-    try {
-        body();
-    } catch (const RuntimeError& error) {
-        return u"%1: "_s.arg(static_cast<int>(error.Number())) + error.Description();
-    }
-    return {};
-}
-
-QByteArray ReadAll(const QString& fileName)
-{
-    QFile file(fileName);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("cannot be read");
-}
-
-void WriteAll(const QString& fileName, const QByteArray& bytes)
-{
-    QFile file(fileName);
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.flush());
-}
 
 /// A database that another program has open.
 class OtherProgram
@@ -158,9 +121,9 @@ private Q_SLOTS:
 
     void numbersInTexts_data()
     {
-        AddRows({{"blanks and sign", u" \t-03.5 "_s, u"-3.5"_s},
-                 {"no digit before the point", u"+.5"_s, u"0.5"_s},
-                 {"exponent behind the point", u"7.E-2"_s, u"0.07"_s}});
+        AddCases({{"blanks and sign", u" \t-03.5 "_s, u"-3.5"_s},
+                  {"no digit before the point", u"+.5"_s, u"0.5"_s},
+                  {"exponent behind the point", u"7.E-2"_s, u"0.07"_s}});
         for (const char* text : {" ", ".", "+-1", "1,5", "1 2", "e5", "1e+", "0x1F", "inf", "1e999"})
             QTest::addRow("refused: %s", text) << QString::fromLatin1(text) << QString();
     }
@@ -173,12 +136,12 @@ private Q_SLOTS:
 
     void fieldsAsIntegers_data()
     {
-        AddRows({{"smallest", u"-32768"_s, u"-32768"_s},
-                 {"half goes to even", u"2.5"_s, u"2"_s},
-                 {"just inside", u"32767.4"_s, u"32767"_s},
-                 {"too large", u"32767.5"_s, u"6: Max is 32767.5; it must lie from -32768 to 32767."_s},
-                 {"empty text", u""_s, u"13: Max is \"\", which is not a number."_s},
-                 {"word", u"%1 x"_s, u"13: Max is \"%1 x\", which is not a number."_s}});
+        AddCases({{"smallest", u"-32768"_s, u"-32768"_s},
+                  {"half goes to even", u"2.5"_s, u"2"_s},
+                  {"just inside", u"32767.4"_s, u"32767"_s},
+                  {"too large", u"32767.5"_s, u"6: Max is 32767.5; it must lie from -32768 to 32767."_s},
+                  {"empty text", u""_s, u"13: Max is \"\", which is not a number."_s},
+                  {"word", u"%1 x"_s, u"13: Max is \"%1 x\", which is not a number."_s}});
     }
     void fieldsAsIntegers()
     {
@@ -212,25 +175,25 @@ private Q_SLOTS:
     // A line between two good ones, with ' for ", and the value v that is read of it.
     void registryLines_data()
     {
-        AddRows({{"text", u"'v'='a\\\\b \\'c\\' [d];'"_s, u"1:615c6220226322205b645d3b00"_s},
-                 {"text that ends in a backslash", u"'v'='C:\\\\'"_s, u"1:433a5c00"_s},
-                 {"name in capitals, blanks", u" 'V' = '' "_s, u"1:00"_s},
-                 {"number", u"'v'=dword:8000002a"_s, u"4:2a000080"_s},
-                 {"bytes, continued", u"'v'=hex:00,\\\r\n  ff,7,\\\r\n  03"_s, u"3:00ff0703"_s},
-                 {"wide texts", u"'v'=hex(7):e4,00,00,00,62,00,00,00,00,00"_s, u"7:c3a400620000"_s},
-                 {"another type", u"'v'=hex(b):01,00"_s, u"11:0100"_s},
-                 {"continuation cut off", u"'v'=hex:01,\\"_s, {}},
-                 {"no value", u"'v'="_s, {}},
-                 {"no equals sign", u"'v' 'a'"_s, {}},
-                 {"open name", u"'v='a'"_s, {}},
-                 {"open text", u"'v'='\\"_s, {}},
-                 {"bare text", u"'v'=a"_s, {}},
-                 {"number too large", u"'v'=dword:100000000"_s, {}},
-                 {"byte too large", u"'v'=hex:100"_s, {}},
-                 {"not a byte", u"'v'=hex:0g"_s, {}},
-                 {"not a type", u"'v'=hex(x):00"_s, {}},
-                 {"open type", u"'v'=hex(1:00"_s, {}},
-                 {"noise", u"\0\uFFFF]=['@\\"_s, {}}});
+        AddCases({{"text", u"'v'='a\\\\b \\'c\\' [d];'"_s, u"1:615c6220226322205b645d3b00"_s},
+                  {"text that ends in a backslash", u"'v'='C:\\\\'"_s, u"1:433a5c00"_s},
+                  {"name in capitals, blanks", u" 'V' = '' "_s, u"1:00"_s},
+                  {"number", u"'v'=dword:8000002a"_s, u"4:2a000080"_s},
+                  {"bytes, continued", u"'v'=hex:00,\\\r\n  ff,7,\\\r\n  03"_s, u"3:00ff0703"_s},
+                  {"wide texts", u"'v'=hex(7):e4,00,00,00,62,00,00,00,00,00"_s, u"7:c3a400620000"_s},
+                  {"another type", u"'v'=hex(b):01,00"_s, u"11:0100"_s},
+                  {"continuation cut off", u"'v'=hex:01,\\"_s, {}},
+                  {"no value", u"'v'="_s, {}},
+                  {"no equals sign", u"'v' 'a'"_s, {}},
+                  {"open name", u"'v='a'"_s, {}},
+                  {"open text", u"'v'='\\"_s, {}},
+                  {"bare text", u"'v'=a"_s, {}},
+                  {"number too large", u"'v'=dword:100000000"_s, {}},
+                  {"byte too large", u"'v'=hex:100"_s, {}},
+                  {"not a byte", u"'v'=hex:0g"_s, {}},
+                  {"not a type", u"'v'=hex(x):00"_s, {}},
+                  {"open type", u"'v'=hex(1:00"_s, {}},
+                  {"noise", u"\0\uFFFF]=['@\\"_s, {}}});
     }
     void registryLines()
     {
@@ -243,12 +206,12 @@ private Q_SLOTS:
 
     void registryKeys_data()
     {
-        AddRows({{"key, capitals", u"[Other\\Sub]"_s, u"other\\sub/v=2:4100 "_s},
-                 {"key with a bracket", u"[a]b]"_s, u"a]b/v=2:4100 "_s},
-                 {"key behind cut bytes", u"'x'=hex:01,\\\n[Other]"_s, u"other/v=2:4100 "_s},
-                 {"deletion", u"[-K]"_s, {}},
-                 {"open key", u"[Other"_s, {}},
-                 {"empty key", u"[]"_s, {}}});
+        AddCases({{"key, capitals", u"[Other\\Sub]"_s, u"other\\sub/v=2:4100 "_s},
+                  {"key with a bracket", u"[a]b]"_s, u"a]b/v=2:4100 "_s},
+                  {"key behind cut bytes", u"'x'=hex:01,\\\n[Other]"_s, u"other/v=2:4100 "_s},
+                  {"deletion", u"[-K]"_s, {}},
+                  {"open key", u"[Other"_s, {}},
+                  {"empty key", u"[]"_s, {}}});
     }
     void registryKeys()
     {
@@ -272,24 +235,24 @@ private Q_SLOTS:
     void registryKeepsOtherLines()
     {
         QFETCH(QByteArray, before);
-        WriteAll(mFile, before);
+        WriteFile(mFile, before);
         const RegistryEntry entry{u"CLSID\\{A}"_s, {{u""_s, u"C:\\a \"b\""_s}, {u"n"_s, u"\u00e4"_s}}};
         QCOMPARE(ChangeClassKeys({entry.path}, {entry}), std::nullopt);
         const auto key = RegistryKey::Open(RegistryRoot::ClassesRoot, u"clsid\\{a}"_s);
         QCOMPARE(key.value().Query(u""_s).value().data, QByteArray("C:\\a \"b\"\0", 9));
         QCOMPARE(key.value().Query(u"N"_s).value().data, QByteArray("\xC3\xA4\0", 3));
         QCOMPARE(ChangeClassKeys({entry.path}, {}), std::nullopt);
-        QCOMPARE(ReadAll(mFile), before);
+        QCOMPARE(ReadFile(mFile), before);
     }
 
     void registryReplacesItsOwnKeys()
     {
-        WriteAll(mFile, "[HKEY_CLASSES_ROOT\\Q]\n@=\"old\"\n[hkey_classes_root\\q\\Sub]\n@=\"old\"\n"
-                        "[HKEY_CLASSES_ROOT\\R]\n@=\"kept\"");
+        WriteFile(mFile, "[HKEY_CLASSES_ROOT\\Q]\n@=\"old\"\n[hkey_classes_root\\q\\Sub]\n@=\"old\"\n"
+                         "[HKEY_CLASSES_ROOT\\R]\n@=\"kept\"");
         for (int i = 0; i < 2; ++i) {
             QCOMPARE(ChangeClassKeys({u"Q"_s}, {{u"Q"_s, {{u""_s, u"new"_s}}}}), std::nullopt);
-            QCOMPARE(ReadAll(mFile), "[HKEY_CLASSES_ROOT\\R]\n@=\"kept\"\r\n"
-                                     "[HKEY_CLASSES_ROOT\\Q]\r\n@=\"new\"\r\n\r\n");
+            QCOMPARE(ReadFile(mFile), "[HKEY_CLASSES_ROOT\\R]\n@=\"kept\"\r\n"
+                                      "[HKEY_CLASSES_ROOT\\Q]\r\n@=\"new\"\r\n\r\n");
         }
     }
 
@@ -299,7 +262,7 @@ private Q_SLOTS:
             qputenv("KELDAR_REGISTRY", QFile::encodeName(fileName));
             return ChangeClassKeys({}, {{u"Q"_s, {{u""_s, u"new"_s}}}}).value_or(QString());
         };
-        WriteAll(mFile, "[HKEY_CLASSES_ROOT\\R]\n");
+        WriteFile(mFile, "[HKEY_CLASSES_ROOT\\R]\n");
         QVERIFY(sentenceFor(mFolder->path()).contains(mFolder->path() + u" cannot be read"_s));
         QVERIFY(sentenceFor(mFile + u"/below"_s).contains(u"cannot be written"_s));
         // It opens, but its first bytes cannot be read.
@@ -309,7 +272,7 @@ private Q_SLOTS:
         if (!RunAsOrdinaryUser([&] { sentence = sentenceFor(mFile); }))
             QSKIP("cannot become an ordinary user");
         QVERIFY(sentence.contains(mFile + u" cannot be written"_s));
-        QCOMPARE(ReadAll(mFile), "[HKEY_CLASSES_ROOT\\R]\n");
+        QCOMPARE(ReadFile(mFile), "[HKEY_CLASSES_ROOT\\R]\n");
     }
 
     void commandsAndRecordsets()
@@ -380,7 +343,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("expected");
         const QTemporaryDir folder;
         OtherProgram(folder.filePath(u"f"_s)).Run(u"CREATE TABLE t AS SELECT zeroblob(20000)"_s);
-        const QByteArray sound = ReadAll(folder.filePath(u"f"_s));
+        const QByteArray sound = ReadFile(folder.filePath(u"f"_s));
         const QByteArray jet("\0\1\0\0Standard Jet DB", 19);
         QTest::newRow("text") << QByteArray(5000, 'x') << u"is not a configuration database"_s;
         QTest::newRow("empty") << QByteArray() << u"is empty"_s;
@@ -394,12 +357,12 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, bytes);
         QFETCH(QString, expected);
-        WriteAll(mFile, bytes);
+        WriteFile(mFile, bytes);
         for (int i = 0; i < 2; ++i) {
             const QString raised = RaisedBy([&] { RunOn(mFile, u"SELECT * FROM t"_s); });
             QVERIFY2(raised.contains(mFile) && raised.contains(expected), qPrintable(raised));
         }
-        QCOMPARE(ReadAll(mFile), bytes);
+        QCOMPARE(ReadFile(mFile), bytes);
         QCOMPARE(QDir(mFolder->path()).entryList(QDir::Files), QStringList(u"file"_s));
     }
 
@@ -440,14 +403,14 @@ private Q_SLOTS:
         QFETCH(int, folderMode);
         OtherProgram(mFile).Run(u"PRAGMA journal_mode="_s + journal);
         OtherProgram(mFile).Run(u"CREATE TABLE t (n)"_s);
-        const QByteArray before = ReadAll(mFile);
+        const QByteArray before = ReadFile(mFile);
         SetModes(fileMode, folderMode);
         QString raised;
         if (!RunAsOrdinaryUser([&] { raised = RaisedBy([&] { RunOn(mFile, u"DELETE FROM t"_s); }); }))
             QSKIP("cannot become an ordinary user");
         QVERIFY2(raised.contains(mFile) && raised.contains(u"its folder."_s), qPrintable(raised));
         SetModes(0600, 0700);
-        QCOMPARE(ReadAll(mFile), before);
+        QCOMPARE(ReadFile(mFile), before);
     }
 
     void fileNames_data()

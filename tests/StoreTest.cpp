@@ -104,53 +104,19 @@ private Q_SLOTS:
         }
     }
 
-    void catalog_data()
+    // The engine takes values in the order in which the placeholders stand, so each stands once, in order.
+    void storedTextsAreTranslated()
     {
-        QTest::addColumn<int>("position");
-        QTest::addColumn<bool>("hasRows");
-        QTest::addColumn<QString>("parameters");
-        int position = 0;
-        const auto row = [&](const char* name, bool hasRows, const char* parameters) {
-            QTest::newRow(name) << position++ << hasRows << QString::fromLatin1(parameters);
-        };
-        row("Get_Specific_Node_Type_Max", true, "ConfigID PartID NodeTypeID");
-        row("Get_All_DIR_Nodes", true, "ConfigID PartID NodeTypeID");
-        row("Get_DIR_Node", true, "ConfigID PartID NodeNumber NodeTypeID");
-        row("Get_DIR_DetailsNode", true, "ConfigID PartID NodeMasterID");
-        row("Get_All_Existing_MSG_NodeNumber", true, "ConfigID PartID");
-        row("Delete_DIR_DetailsNode", false, "ConfigID PartID NodeMasterID");
-        row("Update_DIR_Node", false,
-            "NodeDescription UsePasswords AccessCode StartingPromptNumber ConfigID PartID NodeNumber");
-        row("Update_Node_General_Pool", false, "Description DateModified ConfigID PartID NodeTypeID NodeNumber");
-        row("Add_Detail_DIR", false,
-            "ConfigID PartID SequenceNo NodeMasterID FirstName LastName Extension NamePrompt Password");
-        row("Duplicate_MSG_Node", false, "DesNodeNumber KELFilename NodeDescription ConfigID PartID NodeNumber");
-        row("Get_Description", true, "ConfigID PartID NodeTypeID NodeNumber");
-        row("Duplicate_Node_In_General_Pool", false,
-            "DesNodeNumber NodeDescription DateModified ConfigID PartID NodeNumber NodeTypeID");
-        QCOMPARE(CommandCatalog().size(), static_cast<std::size_t>(position));
-    }
-    void catalog()
-    {
-        QFETCH(int, position);
-        QFETCH(bool, hasRows);
-        QFETCH(QString, parameters);
-        const StoredCommand& stored = CatalogEntry(static_cast<CommandId>(position));
-        QCOMPARE(stored.name, QTest::currentDataTag());
-        QCOMPARE(QByteArray(stored.recordset), hasRows ? QByteArray("rs") + stored.name : QByteArray());
-
-        // The engine takes values in the order in which the placeholders stand, so each stands once, in
-        // order.
-        const EngineStatement statement = TranslateStoredSql(QString::fromLatin1(stored.sql));
-        QString names = statement.parameters.join(u' ');
-        QCOMPARE(names.remove(u"Given_"_s), parameters);
-        QString text = statement.text;
-        for (int i = 0; i < statement.parameters.size(); ++i) {
-            const qsizetype at = text.indexOf(u'?');
-            QVERIFY(at > 0 && text.sliced(at, 2) == u'?' + QString::number(i + 1));
-            text.replace(at, 2, statement.parameters[i]);
+        for (const StoredCommand& stored : CommandCatalog()) {
+            const EngineStatement statement = TranslateStoredSql(QString::fromLatin1(stored.sql));
+            QString text = statement.text;
+            for (int i = 0; i < statement.parameters.size(); ++i) {
+                const qsizetype at = text.indexOf(u'?');
+                QVERIFY2(at > 0 && text.sliced(at, 2) == u'?' + QString::number(i + 1), stored.name);
+                text.replace(at, 2, statement.parameters[i]);
+            }
+            QCOMPARE(text.remove(u'`'), QString::fromLatin1(stored.sql).remove(u'`'));
         }
-        QCOMPARE(text.remove(u'`'), QString::fromLatin1(stored.sql).remove(u'`'));
     }
 };
 

@@ -12,8 +12,6 @@
 
 namespace qor {
 
-namespace {
-
 bool Matches(const QString& text, const QString& pattern)
 {
     const QString expression = QRegularExpression::escape(pattern).replace(u"\\*"_s, u".*"_s);
@@ -22,6 +20,8 @@ bool Matches(const QString& text, const QString& pattern)
         .match(text)
         .hasMatch();
 }
+
+namespace {
 
 QString Described(const QString& text, const QString& title, int icon)
 {

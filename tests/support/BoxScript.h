@@ -10,9 +10,12 @@
 
 namespace qor {
 
+/// Whether a text is what the pattern says, in which a * stands for any characters.
+bool Matches(const QString& text, const QString& pattern);
+
 struct ExpectedBox
 {
-    QString text; ///< the whole text, its lines ended by \n; a * stands for any characters
+    QString text; ///< a pattern for the whole text, its lines ended by \n
     QString title;
     QMessageBox::Icon icon = QMessageBox::NoIcon;
     QMessageBox::StandardButton answer = QMessageBox::Ok; ///< NoButton for the Escape key

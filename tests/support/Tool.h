@@ -1,11 +1,10 @@
-// dir-db as a test runs it, and the files and databases that it leaves.
+// dir-db as a test runs it, and the databases that it leaves.
 #pragma once
 
 #include "platform/data/Command.h"
 #include "platform/data/Connection.h"
+#include "support/Files.h"
 
-#include <QDir>
-#include <QFile>
 #include <QProcess>
 
 namespace qor {
@@ -25,24 +24,6 @@ inline Outcome RunProgram(const QString& program, const QStringList& arguments)
         return {-1, {}, process.errorString()};
     return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
             QString::fromUtf8(process.readAllStandardError())};
-}
-
-inline QByteArray ReadFile(const QString& fileName)
-{
-    QFile file(fileName);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-inline void WriteFile(const QString& fileName, const QByteArray& bytes)
-{
-    QFile file(fileName);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush())
-        qFatal("cannot write a test file");
-}
-
-inline QStringList EntriesOf(const QString& folder)
-{
-    return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
 }
 
 inline QString ConnectionTo(const QString& fileName)
