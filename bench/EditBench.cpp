@@ -1,20 +1,14 @@
 // How long the editor's commands take on a full directory, and how that grows with ten times the rows: from the
 // event until the form is painted again. With --once everything runs once, which proves no more than that it runs.
-#include "form/ModuleState.h"
-#include "platform/data/Command.h"
+#include "Bench.h"
 #include "platform/runtime/ErrorReport.h"
 #include "rules/ConfirmationDialog.h"
 #include "service/frmDIR.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <QApplication>
-#include <QDir>
-#include <QElapsedTimer>
 #include <QItemSelection>
 #include <QKeyEvent>
-#include <QProcess>
-#include <QTemporaryDir>
 
 using namespace qor;
 
@@ -22,32 +16,6 @@ namespace {
 
 constexpr int fewRows = 500;
 constexpr int manyRows = 5000;
-
-[[noreturn]] void Fail(const QString& reason)
-{
-    std::fprintf(stderr, "EditBench: %s\n", qUtf8Printable(reason));
-    std::exit(1);
-}
-
-/// The sample in the folder of application data, with all message nodes that the rows name.
-void MakeData(const QString& folder)
-{
-    const QString databaseFolder = folder + u"/Quorvanta/KELDAR+/Database"_s;
-    const QString database = databaseFolder + u"/NewDB.mdb"_s;
-    QDir().mkpath(databaseFolder);
-    QProcess dirDb;
-    dirDb.start(QStringLiteral(DIR_DB), {u"sample"_s, database});
-    if (!dirDb.waitForFinished() || dirDb.exitCode() != 0)
-        Fail(QString::fromUtf8(dirDb.readAllStandardError()));
-    Connection connection;
-    connection.SetConnectionString(u"Provider=Microsoft.Jet.OLEDB.4.0;Data Source="_s + database);
-    Command(connection, u"nodes"_s,
-            u"INSERT OR IGNORE INTO Node_General_Pool WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n "
-            "WHERE i < %1) SELECT 1, 1, 0, i, 'MSG', '', '' FROM n"_s.arg(manyRows),
-            0)
-        .Execute({});
-    qputenv("KELDAR_COMMON_APPDATA", QFile::encodeName(folder));
-}
 
 QString NameOf(int number)
 {
@@ -136,18 +104,10 @@ double Time(Editor& editor, const Figure& figure)
     if (figure.prepare)
         figure.prepare(editor);
     QCoreApplication::processEvents();
-    QElapsedTimer clock;
-    clock.start();
-    figure.run(editor);
-    QCoreApplication::processEvents();
-    return static_cast<double>(clock.nsecsElapsed()) / 1e6;
-}
-
-double Median(std::vector<double> values)
-{
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
+    return TimeOf([&] {
+        figure.run(editor);
+        QCoreApplication::processEvents();
+    });
 }
 
 const std::array figures{
@@ -165,14 +125,13 @@ const std::array figures{
 
 int main(int argc, char** argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    UseOffscreen();
     const QApplication application(argc, argv);
     SetErrorBox([](const QString& text, const QString& /*title*/, bool /*critical*/) { Fail(text); });
     AddBuiltInClass(confirmationDialogId, MakeConfirmationDialog);
-    const int rounds = QCoreApplication::arguments().contains(u"--once"_s) ? 1 : 21;
-    const QTemporaryDir folder;
-    MakeData(folder.path());
+    const int rounds = Rounds(21);
+    const SampleDatabase database;
+    AddMessageNodes(database, manyRows);
     for (const Figure& figure : figures) {
         std::vector<double> few;
         std::vector<double> many;

@@ -2,17 +2,14 @@
 // its rows are painted: against its three parts done by hand, which are reading the file, reading the numbers in use
 // and filling the list. The sides take turns; printed are their medians. With --once each runs once, which proves no
 // more than that it runs.
-#include "form/Directory.h"
+#include "Bench.h"
 #include "interchange/DelimitedReader.h"
 #include "interchange/DirectoryImport.h"
 #include "rules/BusinessRules.h"
 #include "support/BareForm.h"
-#include "support/SampleDatabase.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QFile>
 
 using namespace qor;
@@ -24,7 +21,7 @@ constexpr int messageNodeCount = 30000;
 constexpr qint16 partition = 9; ///< of the bench's own
 constexpr double highestRatio = 3;
 
-void AddMessageNodes(const SampleDatabase& database)
+void AddPartition(const SampleDatabase& database)
 {
     database.Run(u"INSERT INTO Node_Type_Max VALUES (1, %1, 0, 32767)"_s.arg(partition));
     database.Run(u"INSERT INTO Node_MSG (ConfigID, PartID, NodeTypeID, NodeNumber) WITH RECURSIVE n(i) AS (SELECT 1 "
@@ -76,41 +73,32 @@ void DoTheParts(EditorForm& form, QFile& file)
 }
 
 /// In ms, from the opening of the file until the list is painted.
-double TimeOf(void (*fill)(EditorForm&, QFile&), EditorForm& form, const QString& fileName)
+double TimeToFill(void (*fill)(EditorForm&, QFile&), EditorForm& form, const QString& fileName)
 {
     form.LVDirectory->Items().Clear();
     QCoreApplication::processEvents();
-    QElapsedTimer clock;
-    clock.start();
-    QFile file(fileName);
-    file.open(QIODevice::ReadOnly);
-    fill(form, file);
-    QCoreApplication::processEvents();
-    const double time = static_cast<double>(clock.nsecsElapsed()) / 1e6;
+    const double time = TimeOf([&] {
+        QFile file(fileName);
+        file.open(QIODevice::ReadOnly);
+        fill(form, file);
+        QCoreApplication::processEvents();
+    });
     const ListItems& items = form.LVDirectory->Items();
     const QString lastPrompt = QString::number(messageNodeCount + entryCount);
     if (items.RowCount() != entryCount || items.Text(entryCount - 1, 4) != lastPrompt)
-        qFatal("the list is not filled as it should be");
+        Fail(u"the list is not filled as it should be"_s);
     return time;
-}
-
-double Median(std::vector<double> values)
-{
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    UseOffscreen();
     const QApplication application(argc, argv);
-    const bool once = QCoreApplication::arguments().contains(u"--once"_s);
+    const int rounds = Rounds(41);
     const SampleDatabase database;
-    AddMessageNodes(database);
+    AddPartition(database);
     const QString fileName = database.FileName() + u".csv"_s;
     WriteEntries(fileName);
     const auto form = ShownForm();
@@ -118,9 +106,9 @@ int main(int argc, char** argv)
     std::vector<double> imports;
     std::vector<double> parts;
     std::vector<double> ratios; // within a round, whose runs met the same load of the machine
-    for (int round = once ? 0 : -1; round < (once ? 1 : 41); ++round) { // the round before the first warms up
-        const double import = TimeOf(Import, *form, fileName);
-        const double byHand = TimeOf(DoTheParts, *form, fileName);
+    for (int round = rounds > 1 ? -1 : 0; round < rounds; ++round) { // the round before the first warms up
+        const double import = TimeToFill(Import, *form, fileName);
+        const double byHand = TimeToFill(DoTheParts, *form, fileName);
         if (round < 0)
             continue;
         imports.push_back(import);

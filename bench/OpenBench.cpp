@@ -2,20 +2,14 @@
 // filled by hand, with many message numbers, and with directories of several sizes. Each comparison takes its
 // sides in turn and prints their medians. With --once every side runs once, which proves no more than that it
 // runs.
-#include "form/Directory.h"
-#include "form/EditorForm.h"
-#include "platform/data/Command.h"
-#include "platform/data/Connection.h"
+#include "Bench.h"
 #include "QOR_DIR_Node.h"
+#include "support/BareForm.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <QApplication>
-#include <QDir>
-#include <QElapsedTimer>
 #include <QMessageBox>
-#include <QProcess>
-#include <QTemporaryDir>
 
 using namespace qor;
 
@@ -26,12 +20,6 @@ constexpr std::int16_t manyPartition = 9; ///< a copy of the sample's partition 
 constexpr int fewNumbers = 250;
 constexpr int manyNumbers = 32767;
 constexpr std::array directorySizes{50, 500, 5000};
-
-[[noreturn]] void Fail(const QString& reason)
-{
-    std::fprintf(stderr, "OpenBench: %s\n", qUtf8Printable(reason));
-    std::exit(1);
-}
 
 /// Stops the clock when the directory list has been painted, and closes the form.
 class PaintClock : public QObject
@@ -89,14 +77,6 @@ double OpenEditor(PaintClock& clock, std::int16_t partition, std::int16_t node)
     return clock.PaintedAfter();
 }
 
-class BareForm : public EditorForm
-{
-protected:
-    void Form_Load() override {}
-    void Form_Activate() override {}
-    void Form_Unload(bool& /*cancel*/) override {}
-};
-
 double OpenBareForm(PaintClock& clock, std::vector<ListRow> rows)
 {
     clock.Start();
@@ -114,60 +94,31 @@ double OpenBareForm(PaintClock& clock, std::vector<ListRow> rows)
     return clock.PaintedAfter();
 }
 
-std::vector<ListRow> RowsOf(Connection& connection, int node)
+/// A partition with the most message numbers, and a directory of each size.
+void AddContents(const SampleDatabase& database)
 {
-    Command details(connection, u"rows"_s,
-                    u"SELECT LastName, FirstName, Extension, NamePrompt, Password FROM Detail_DIR "
-                    "WHERE ConfigID = 1 AND PartID = 1 AND NodeMasterID = ?1 ORDER BY SequenceNo"_s,
-                    1);
+    database.Run(
+        u"INSERT INTO Node_DIR SELECT ConfigID, %1, NodeTypeID, NodeNumber, NodeDescription, UsePasswords, "
+        "AccessCode, StartingPromptNumber FROM Node_DIR WHERE ConfigID = 1 AND PartID = 1"_s.arg(manyPartition));
+    database.Run(
+        u"INSERT INTO Detail_DIR SELECT ConfigID, %1, NodeMasterID, SequenceNo, LastName, FirstName, "
+        "Extension, NamePrompt, Password FROM Detail_DIR WHERE ConfigID = 1 AND PartID = 1"_s.arg(manyPartition));
+    database.Run(u"INSERT INTO Node_Type_Max VALUES (1, %1, 0, %2)"_s.arg(manyPartition).arg(manyNumbers));
+    for (const int size : directorySizes)
+        AddDirectory(database, size);
+}
+
+/// The entries of the sample's directory with 500.
+std::vector<ListRow> RowsOf(const SampleDatabase& database)
+{
     std::vector<ListRow> rows;
-    for (Recordset records = details.Open({QString::number(node)}); !records.EndOfFile(); records.MoveNext()) {
-        const auto text = [&](int column) { return records.Field(column).toString(); };
-        rows.push_back(EntryRow(static_cast<int>(rows.size()) + 1, {text(0), text(1), text(2), text(3), text(4)}));
+    for (const QString& row :
+         database.Run(u"SELECT LastName, FirstName, Extension, NamePrompt, Password FROM Detail_DIR WHERE ConfigID = 1 "
+                      "AND PartID = 1 AND NodeMasterID = %1 ORDER BY SequenceNo"_s.arg(everyone))) {
+        const QStringList texts = row.split(u'|');
+        rows.push_back(EntryRow(static_cast<int>(rows.size()) + 1, {texts[0], texts[1], texts[2], texts[3], texts[4]}));
     }
     return rows;
-}
-
-std::int16_t NodeOfSize(int entries)
-{
-    return static_cast<std::int16_t>(10000 + entries);
-}
-
-/// A partition with the most message numbers, and a directory of each size.
-QStringList MoreContents()
-{
-    QStringList statements{
-        u"INSERT INTO Node_DIR SELECT ConfigID, %1, NodeTypeID, NodeNumber, NodeDescription, UsePasswords, "
-        "AccessCode, StartingPromptNumber FROM Node_DIR WHERE ConfigID = 1 AND PartID = 1"_s.arg(manyPartition),
-        u"INSERT INTO Detail_DIR SELECT ConfigID, %1, NodeMasterID, SequenceNo, LastName, FirstName, Extension, "
-        "NamePrompt, Password FROM Detail_DIR WHERE ConfigID = 1 AND PartID = 1"_s.arg(manyPartition),
-        u"INSERT INTO Node_Type_Max VALUES (1, %1, 0, %2)"_s.arg(manyPartition).arg(manyNumbers)};
-    for (const int size : directorySizes) {
-        statements << u"INSERT INTO Node_DIR VALUES (1, 1, 16, %1, 'Size', 0, '', 1)"_s.arg(NodeOfSize(size))
-                   << u"INSERT INTO Detail_DIR WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n "
-                      "WHERE i < %2) SELECT 1, 1, %1, i, 'Last' || i, 'First' || i, 1000 + i, i % 250 + 1, '1' "
-                      "FROM n"_s.arg(NodeOfSize(size))
-                          .arg(size);
-    }
-    return statements;
-}
-
-/// The sample and more, in the folder of application data; the rows of its directory with 500 entries.
-std::vector<ListRow> MakeData(const QString& folder)
-{
-    const QString databaseFolder = folder + u"/Quorvanta/KELDAR+/Database"_s;
-    const QString database = databaseFolder + u"/NewDB.mdb"_s;
-    QDir().mkpath(databaseFolder);
-    QProcess dirDb;
-    dirDb.start(QStringLiteral(DIR_DB), {u"sample"_s, database});
-    if (!dirDb.waitForFinished() || dirDb.exitCode() != 0)
-        Fail(QString::fromUtf8(dirDb.readAllStandardError()));
-    Connection connection;
-    connection.SetConnectionString(u"Provider=Microsoft.Jet.OLEDB.4.0;Data Source="_s + database);
-    for (const QString& statement : MoreContents())
-        Command(connection, statement, statement, 0).Execute({});
-    qputenv("KELDAR_COMMON_APPDATA", QFile::encodeName(folder));
-    return RowsOf(connection, everyone);
 }
 
 /// One side of a comparison: its name, one run of it, the times of its runs in ms.
@@ -177,13 +128,6 @@ struct Side
     std::function<double()> run;
     std::vector<double> times = {};
 };
-
-double Median(std::vector<double> values)
-{
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
-}
 
 /// The median of the ratios within a round, whose runs met the same load of the machine.
 double Ratio(const std::vector<double>& times, const std::vector<double>& base)
@@ -212,20 +156,19 @@ void Compare(int rounds, std::vector<Side> sides, const char* wanted)
 
 int main(int argc, char** argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    UseOffscreen();
     const QApplication application(argc, argv);
-    const bool once = QCoreApplication::arguments().contains(u"--once"_s);
-    const int rounds = once ? 1 : 41;
-    const QTemporaryDir folder;
-    const std::vector<ListRow> rows = MakeData(folder.path());
+    const int rounds = Rounds(41);
+    const SampleDatabase database;
+    AddContents(database);
+    const std::vector<ListRow> rows = RowsOf(database);
     PaintClock clock;
 
     const auto editor = [&](std::int16_t partition, std::int16_t node) {
         return [&clock, partition, node] { return OpenEditor(clock, partition, node); };
     };
     const auto bareForm = [&] { return OpenBareForm(clock, rows); };
-    if (!once) { // fonts and plugins are loaded by whoever comes first
+    if (rounds > 1) { // fonts and plugins are loaded by whoever comes first
         bareForm();
         OpenEditor(clock, 1, everyone);
     }

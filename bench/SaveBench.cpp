@@ -1,20 +1,15 @@
 // How long a save takes and how often it waits for the disk, against the same statements through the engine's C
 // interface under the same settings, for directories of several sizes. With --once every side runs once, which
 // proves no more than that it runs.
-#include "form/EditorForm.h"
-#include "platform/data/Command.h"
+#include "Bench.h"
 #include "platform/runtime/ErrorReport.h"
 #include "rules/BusinessRules.h"
 #include "rules/ConfirmationDialog.h"
+#include "support/BareForm.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <fcntl.h>
 #include <QApplication>
-#include <QDir>
-#include <QElapsedTimer>
-#include <QProcess>
-#include <QTemporaryDir>
 #include <sqlite3.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -42,53 +37,6 @@ using namespace qor;
 namespace {
 
 constexpr std::array directorySizes{50, 500, 5000};
-
-[[noreturn]] void Fail(const QString& reason)
-{
-    std::fprintf(stderr, "SaveBench: %s\n", qUtf8Printable(reason));
-    std::exit(1);
-}
-
-qint16 NodeOfSize(int entries)
-{
-    return static_cast<qint16>(10000 + entries);
-}
-
-/// The sample in the folder of application data, with a directory of each size and the message nodes they name. The
-/// database's file name.
-QString MakeData(const QString& folder)
-{
-    const QString databaseFolder = folder + u"/Quorvanta/KELDAR+/Database"_s;
-    QString database = databaseFolder + u"/NewDB.mdb"_s;
-    QDir().mkpath(databaseFolder);
-    QProcess dirDb;
-    dirDb.start(QStringLiteral(DIR_DB), {u"sample"_s, database});
-    if (!dirDb.waitForFinished() || dirDb.exitCode() != 0)
-        Fail(QString::fromUtf8(dirDb.readAllStandardError()));
-    qputenv("KELDAR_COMMON_APPDATA", QFile::encodeName(folder));
-    Connection connection;
-    connection.SetConnectionString(u"Provider=Microsoft.Jet.OLEDB.4.0;Data Source="_s + database);
-    const auto run = [&](const QString& statement) { Command(connection, statement, statement, 0).Execute({}); };
-    const QString numbers = u"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < %1)"_s;
-    run(u"INSERT OR IGNORE INTO Node_General_Pool "_s + numbers.arg(250) +
-        u"SELECT 1, 1, 0, i, 'MSG', '', '' FROM n"_s);
-    for (const int size : directorySizes) {
-        run(u"INSERT INTO Node_DIR VALUES (1, 1, 16, %1, 'Size', 0, '', 1)"_s.arg(NodeOfSize(size)));
-        run(u"INSERT INTO Node_General_Pool VALUES (1, 1, 16, %1, 'DIR', 'Size', '')"_s.arg(NodeOfSize(size)));
-        run(u"INSERT INTO Detail_DIR "_s + numbers.arg(size) +
-            u"SELECT 1, 1, %1, i, 'Last' || i, 'First' || i, 1000 + i, i % 250 + 1, '1' FROM n"_s.arg(
-                NodeOfSize(size)));
-    }
-    return database;
-}
-
-class BareForm : public EditorForm
-{
-protected:
-    void Form_Load() override {}
-    void Form_Activate() override {}
-    void Form_Unload(bool& /*cancel*/) override {}
-};
 
 /// The component's side: a form that shows a node.
 class Editor
@@ -182,46 +130,30 @@ private:
     std::vector<QByteArrayList> mRows;
 };
 
-double Median(std::vector<double> values)
-{
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
-}
-
-template <typename Side>
-double Time(Side& side)
-{
-    QElapsedTimer clock;
-    clock.start();
-    side.Save();
-    return static_cast<double>(clock.nsecsElapsed()) / 1e6;
-}
-
 } // namespace
 
 int main(int argc, char** argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    UseOffscreen();
     const QApplication application(argc, argv);
     SetErrorBox([](const QString& text, const QString& /*title*/, bool /*critical*/) { Fail(text); });
-    const int rounds = QCoreApplication::arguments().contains(u"--once"_s) ? 1 : 15;
+    const int rounds = Rounds(15);
     AddBuiltInClass(confirmationDialogId, MakeConfirmationDialog);
-    const QTemporaryDir folder;
-    const QString database = MakeData(folder.path());
+    const SampleDatabase database;
+    AddMessageNodes(database, 250);
     for (const int size : directorySizes) {
+        AddDirectory(database, size);
         Editor editor(size);
-        Engine engine(database, editor.List(), NodeOfSize(size));
+        Engine engine(database.FileName(), editor.List(), NodeOfSize(size));
         editor.Save(); // the message nodes are checked once
         std::vector<double> ours;
         std::vector<double> theirs;
         std::vector<double> ratios;
         int syncs = 0;
         for (int round = 0; round < rounds; ++round) {
-            theirs.push_back(Time(engine));
+            theirs.push_back(TimeOf([&] { engine.Save(); }));
             const int before = syncCount;
-            ours.push_back(Time(editor));
+            ours.push_back(TimeOf([&] { editor.Save(); }));
             syncs = qMax(syncs, syncCount - before);
             ratios.push_back(ours.back() / theirs.back());
         }

@@ -1,0 +1,63 @@
+#include "Bench.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <QCoreApplication>
+
+namespace qor {
+
+namespace {
+
+/// The numbers from 1 to the highest, as the table n.
+QString NumbersTo(int highest)
+{
+    return u"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < %1) "_s.arg(highest);
+}
+
+} // namespace
+
+void Fail(const QString& reason)
+{
+    std::fprintf(stderr, "%s: %s\n", qUtf8Printable(QCoreApplication::applicationName()), qUtf8Printable(reason));
+    std::exit(1);
+}
+
+void UseOffscreen()
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+}
+
+int Rounds(int rounds)
+{
+    return QCoreApplication::arguments().contains(u"--once"_s) ? 1 : rounds;
+}
+
+double Median(std::vector<double> values)
+{
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+qint16 NodeOfSize(int entries)
+{
+    return static_cast<qint16>(10000 + entries);
+}
+
+void AddDirectory(const SampleDatabase& database, int entries)
+{
+    const QString node = QString::number(NodeOfSize(entries));
+    database.Run(u"INSERT INTO Node_DIR VALUES (1, 1, 16, %1, 'Size', 0, '', 1)"_s.arg(node));
+    database.Run(u"INSERT INTO Node_General_Pool VALUES (1, 1, 16, %1, 'DIR', 'Size', '')"_s.arg(node));
+    database.Run(u"INSERT INTO Detail_DIR "_s + NumbersTo(entries) +
+                 u"SELECT 1, 1, %1, i, 'Last' || i, 'First' || i, 1000 + i, i % 250 + 1, '1' FROM n"_s.arg(node));
+}
+
+void AddMessageNodes(const SampleDatabase& database, int highest)
+{
+    database.Run(u"INSERT OR IGNORE INTO Node_General_Pool "_s + NumbersTo(highest) +
+                 u"SELECT 1, 1, 0, i, 'MSG', '', '' FROM n"_s);
+}
+
+} // namespace qor
