@@ -218,12 +218,20 @@ private Q_SLOTS:
             QVERIFY2(!mForm->findChild<QWidget*>(QLatin1String(name))->isEnabled(), name);
         List().setColumnWidth(1, 200);
         List().setColumnWidth(3, 60);
+        QScrollBar& sideways = *List().horizontalScrollBar();
+        QTRY_VERIFY(sideways.maximum() > 40);
         Do(u"row:5"_s);
         CompareEditors();
-        for (const int offset : {20, 45, 0}) {
-            List().horizontalScrollBar()->setValue(offset);
+        for (const int offset : {20, 40, 0}) {
+            sideways.setValue(offset);
             CompareEditors();
         }
+        List().setColumnWidth(1, 30); // so that the last name can go out of sight
+        List().setColumnWidth(4, 300);
+        QTRY_VERIFY(sideways.maximum() > 60);
+        for (const int offset : {60, 0})
+            sideways.setValue(offset);
+        CompareEditors();
         List().verticalScrollBar()->setValue(37);
         QVERIFY(!mForm->EntryEditorsShown());
         Do(u"row:40"_s);
@@ -233,6 +241,27 @@ private Q_SLOTS:
         QTest::mouseRelease(List().horizontalHeader()->viewport(), Qt::LeftButton, {}, {20, 8});
         Do(u"cmdDirEdit cmdDirEdit cmdDirEdit"_s);
         QVERIFY(!mForm->EntryEditorsShown() && mForm->cmdDirUp->isEnabled());
+    }
+
+    void editorsStayOverAPartialRow()
+    {
+        Open(u"*60"_s);
+        Do(u"cmdDirEdit"_s);
+        const int row = List().rowAt(List().viewport()->height() - 1);
+        QVERIFY(List().visualRect(Items().index(row, 2)).bottom() >= List().viewport()->height());
+        QTest::mouseClick(List().viewport(), Qt::LeftButton, {},
+                          List().viewport()->rect().bottomLeft() + QPoint(40, 0));
+        QCOMPARE(List().SelectedItem(), row);
+        QTest::qWait(QApplication::doubleClickInterval() + 100); // the list scrolls to a clicked row that late
+        CompareEditors();
+    }
+
+    void quickHeaderClicks()
+    {
+        Open(u"B,C,A"_s);
+        Do(u"head:1"_s);
+        QTest::mouseDClick(List().horizontalHeader()->viewport(), Qt::LeftButton, {}, {20, 8}); // the second press
+        QCOMPARE(Rows(), u"2aC 1aB 3aA clean"_s);
     }
 
     // In edit mode on the second of four rows: fields that are shown belong to the row that typing changes.

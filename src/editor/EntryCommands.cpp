@@ -175,6 +175,7 @@ void EntryCommands::LVDirectory_KeyDown(int key)
 void EntryCommands::cmdDirEdit_Click()
 {
     ReportErrors(u"cmdDirEdit_Click"_s, [&] {
+        const HourglassPointer hourglass;
         if (mForm.InEditMode())
             EndEditMode();
         else

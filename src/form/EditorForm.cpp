@@ -5,6 +5,7 @@
 #include "platform/ui/ListItems.h"
 #include "platform/ui/Screen.h"
 
+#include <algorithm>
 #include <QEvent>
 #include <QHeaderView>
 
@@ -123,6 +124,12 @@ void EditorForm::HideEntryEditors()
     txtExtension->hide();
     txtPassword->hide();
     cmbPromptNumber->hide();
+}
+
+bool EditorForm::EntryEditorsShown() const
+{
+    const std::initializer_list<const QWidget*> editors{txtLastName, txtFirstName, txtExtension, cmbPromptNumber};
+    return std::any_of(editors.begin(), editors.end(), [](const QWidget* editor) { return !editor->isHidden(); });
 }
 
 void EditorForm::MarkUnchanged()

@@ -37,7 +37,8 @@ public:
     void LayEntryEditors(int row);
     /// Hides the five fields that are laid over a row to edit it in place.
     void HideEntryEditors();
-    bool EntryEditorsShown() const { return !txtLastName->isHidden(); }
+    /// Whether any of them shows; one whose column is scrolled out sideways does not.
+    bool EntryEditorsShown() const;
 
     /// Disables cmdApply: nothing is changed. A focus on it goes to cmdOK, not to the record selector that comes next
     /// and would move on with an arrow key.

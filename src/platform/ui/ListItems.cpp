@@ -26,7 +26,6 @@ ListRow& ListItems::At(int row)
     return mRows[static_cast<std::size_t>(row)];
 }
 
-/// Every key is checked before any is taken, so that a refused call changes nothing.
 void ListItems::TakeKey(QSet<QString>& keys, const QString& key)
 {
     if (keys.contains(key)) {
@@ -49,7 +48,7 @@ void ListItems::Append(std::vector<ListRow> rows)
 {
     if (rows.empty())
         return;
-    QSet<QString> keys = mKeys;
+    QSet<QString> keys = mKeys; // a copy, so that a refused call changes nothing
     for (const ListRow& row : rows)
         TakeKey(keys, row.key);
     mKeys = std::move(keys);

@@ -66,6 +66,8 @@ void ListView::SetUpHeaders()
     horizontalHeader()->setSectionsClickable(true);
     horizontalHeader()->viewport()->installEventFilter(this);
     connect(horizontalHeader(), &QHeaderView::sectionClicked, this, &ListView::ColumnClick);
+    // The second of two quick clicks.
+    connect(horizontalHeader(), &QHeaderView::sectionDoubleClicked, this, &ListView::ColumnClick);
 }
 
 void ListView::AddColumn(const QString& text, int width)
