@@ -191,6 +191,7 @@ void HostTest::hosts_data()
     row("quit while open", WithQt(u"quit-while-open"_s, {node7}), {Shown(7), u"LOOP ended with 0"_s});
     row("one application after another", WithQt(u"successive-applications"_s, {node7}),
         {staff, Shown(7), staff, Shown(7), staff, Shown(7)});
+    row("one object for two applications", WithQt(u"kept-object"_s, {}), {staff, staff});
 }
 
 void HostTest::hosts()

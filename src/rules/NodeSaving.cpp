@@ -18,8 +18,8 @@ void BusinessRules::SaveChanges(EditorForm& form, qint16 nodeNumber)
     ReportErrors(u"SaveChanges"_s, [&] {
         const HourglassPointer hourglass;
         const BusyForm busy(form);
+        CheckForUnReferencedNodes(form); // the nodes that it creates wait for no save
         DeferredSync sync(mDataBase.Conn);
-        CheckForUnReferencedNodes(form);
         form.StatusBar1->SetPanelText(u"Saving node information. Please wait..."_s);
         const NodeIdentity node{QString::number(form.ConfigID()), QString::number(form.PartitionID()),
                                 QString::number(nodeNumber)};

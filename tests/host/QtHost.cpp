@@ -155,6 +155,21 @@ void SuccessiveApplications(const Calls& calls)
     ShowAll(calls);
 }
 
+/// One object serves two applications and is released when the process ends.
+void KeptObject(const Calls& /*calls*/)
+{
+    struct Kept
+    {
+        _BusinessRules* rules = NewRules(DllGetClassObject);
+        ~Kept() { rules->Release(); }
+    };
+    static const Kept kept;
+    for (int i = 0; i < 2; ++i) {
+        const Application<QApplication> application;
+        kept.rules->ShowNodeEditor(1, 1, 7, nullptr);
+    }
+}
+
 /// What must not grow from opening to opening: connections, widgets, other objects, descriptors, bytes.
 std::array<qsizetype, 5> Held()
 {
@@ -192,6 +207,7 @@ const std::map<std::string, void (*)(const Calls&)> scenarios{
     {"exit-while-open", LeaveWhileOpen<Exit>},
     {"quit-while-open", LeaveWhileOpen<QCoreApplication::quit>},
     {"successive-applications", SuccessiveApplications},
+    {"kept-object", KeptObject},
     {"repeat", Repeat},
 };
 

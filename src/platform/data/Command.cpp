@@ -84,7 +84,7 @@ void Command::Run(const QStringList& values)
     RequireValues(values);
     mConnection.Open();
     const QString& fileName = mConnection.mEngine->fileName;
-    if (!mStatement) {
+    if (!mStatement || !mStatement->query.driver()) { // a driver goes with the connection that a host dropped
         auto statement = std::make_unique<Statement>(Statement{QSqlQuery(mConnection.mEngine->Database())});
         statement->query.setForwardOnly(true);
         if (!statement->query.prepare(mEngineText))

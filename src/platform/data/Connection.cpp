@@ -85,22 +85,28 @@ Connection::Connection() = default;
 
 Connection::~Connection()
 {
-    if (mEngine)
+    if (IsOpen())
         QSqlDatabase::removeDatabase(mEngine->name);
+}
+
+bool Connection::IsOpen() const
+{
+    return mEngine && mEngine->IsAlive();
 }
 
 void Connection::Open()
 {
-    if (mEngine)
+    if (IsOpen())
         return;
     const ConnectionParts parts = Split(mConnectionString);
     const QString driver = DriverFor(parts.provider);
     RequireDatabaseFile(parts.fileName);
 
-    auto engine = std::make_unique<Engine>(Engine{NewConnectionName(), parts.fileName});
+    auto engine = std::make_unique<Engine>(Engine{NewConnectionName(), parts.fileName, {}});
     QSqlDatabase database = QSqlDatabase::addDatabase(driver, engine->name);
     database.setDatabaseName(EngineFileUri(parts.fileName));
     database.setConnectOptions(u"QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=%1"_s.arg(mLockTimeout));
+    engine->driver = database.driver();
     const auto error = OpenError(database, parts.fileName);
     database = QSqlDatabase();
     if (error) {

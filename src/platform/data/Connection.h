@@ -27,7 +27,9 @@ public:
     /// Opens the file for reading and writing; nothing when it is open. A file is never created, and its
     /// journal mode stays as found. Raises RuntimeError: unknown provider, no such file, another format.
     void Open();
-    bool IsOpen() const { return mEngine != nullptr; }
+    /// Not when the toolkit dropped all connections, with the end of an application object or of the process; Open then
+    /// opens anew.
+    bool IsOpen() const;
 
 private:
     friend class Command;

@@ -49,7 +49,7 @@ DeferredSync::~DeferredSync()
 {
     try {
         Finish();
-    } catch (const RuntimeError&) {
+    } catch (...) {
         // Whoever needs to know calls Finish.
     }
 }
@@ -61,9 +61,9 @@ void DeferredSync::Finish()
     mDeferred = false;
     Connection::Engine& engine = *mConnection.mEngine;
     Ask(engine.Database(), u"PRAGMA synchronous = FULL"_s);
-    // The log may be opened and closed beside the engine: its locks are on the other files. It may be new in its folder
-    // when the first save ends.
-    const QString log = engine.fileName + u"-wal"_s;
+    // The log may be opened and closed beside the engine: its locks are on the other files. It lies where the file is
+    // that a link leads to, and may be new in its folder when the first save ends.
+    const QString log = QFileInfo(engine.fileName).canonicalFilePath() + u"-wal"_s;
     if (!QFileInfo::exists(log))
         return;
     SyncPath(log);

@@ -4,7 +4,9 @@
 #include "platform/data/Connection.h"
 #include "platform/runtime/RuntimeError.h"
 
+#include <QPointer>
 #include <QSqlDatabase>
+#include <QSqlDriver>
 #include <QSqlError>
 
 namespace qor {
@@ -13,8 +15,10 @@ struct Connection::Engine
 {
     QString name; ///< of the connection in Qt's table of connections
     QString fileName;
+    QPointer<QSqlDriver> driver;
     bool logIsOnDisk = false; ///< the write-ahead log's entry in its folder has been synced
 
+    bool IsAlive() const { return !driver.isNull(); }
     QSqlDatabase Database() const { return QSqlDatabase::database(name, false); }
 };
 
