@@ -59,7 +59,7 @@ void Import(EditorForm& form, QFile& file)
 void DoTheParts(EditorForm& form, QFile& file)
 {
     BusinessRules rules;
-    const MessageNodeNumbers used = rules.UsedMessageNodeNumbers(form);
+    const MessageNodeNumbers used = rules.UsedMessageNodeNumbers(form).value();
     std::vector<ListRow> rows;
     for (DelimitedReader reader(file); !reader.AtEnd();) {
         const QString lastName = reader.ReadField();

@@ -264,7 +264,7 @@ private Q_SLOTS:
         QFETCH(QString, given);
         QFETCH(QString, expected);
         const QStringList values = given.split(u' ');
-        Change(u"DELETE FROM Node_MSG WHERE NodeNumber = 0"_s); // no number to hand out, free or not
+        Change(u"UPDATE Node_MSG SET NodeNumber = 'x' WHERE NodeNumber = 0"_s); // neither is a number to hand out
         mForm->SetConfigID(values[2].toShort());
         mForm->cmbMSGNodeNumber->SetText(values[0]);
         mForm->cmbPromptNumber->SetNumbers(1, values[1].toInt());

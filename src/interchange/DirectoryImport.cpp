@@ -50,17 +50,37 @@ void AddRejected(ImportReport& report, const CsvEntry& entry, const QString& mes
                         message + lineBreak;
 }
 
-void AddRow(EditorForm& form, BusinessRules& rules, const MessageNodeNumbers& used, const CsvEntry& entry)
+/// The prompts of an import's rows. The numbers in use are read once, for the first row; when that fails, which is
+/// reported once, every row gets 1.
+class NewPrompts
 {
-    ListItems& items = form.LVDirectory->Items();
-    const QString prompt = rules.PromptForNewRow(form, &used);
+public:
+    NewPrompts(EditorForm& form, BusinessRules& rules) : mForm(form), mRules(rules) {}
+
+    QString Next()
+    {
+        if (!mHaveAsked)
+            mUsed = mRules.UsedMessageNodeNumbers(mForm);
+        mHaveAsked = true;
+        return mUsed ? mRules.PromptForNewRow(mForm, &*mUsed) : u"1"_s;
+    }
+
+private:
+    EditorForm& mForm;
+    BusinessRules& mRules;
+    bool mHaveAsked = false;
+    std::optional<MessageNodeNumbers> mUsed;
+};
+
+void AddRow(ListItems& items, const CsvEntry& entry, const QString& prompt)
+{
     items.Insert(items.RowCount(),
                  EntryRow(items.RowCount() + 1, {entry.lastName, entry.firstName, entry.extension, prompt, u"1"_s}));
 }
 
 void ReadEntries(EditorForm& form, BusinessRules& rules, QIODevice& device, ImportReport& report)
 {
-    const MessageNodeNumbers used = rules.UsedMessageNodeNumbers(form);
+    NewPrompts prompts(form, rules);
     DelimitedReader reader(device);
     int errorCount = 0;
     while (!reader.AtEnd()) {
@@ -72,7 +92,7 @@ void ReadEntries(EditorForm& form, BusinessRules& rules, QIODevice& device, Impo
         const CsvEntry entry = ReadEntry(reader);
         const QString message = ValidateData(entry.lastName, entry.firstName, entry.extension);
         if (message.isEmpty()) {
-            AddRow(form, rules, used, entry);
+            AddRow(form.LVDirectory->Items(), entry, prompts.Next());
             continue;
         }
         AddRejected(report, entry, message);

@@ -37,8 +37,8 @@ public:
     /// restarts the count.
     QString PromptForNewRow(EditorForm& form, const MessageNodeNumbers* used = nullptr);
 
-    /// Raises RuntimeError when they cannot be read.
-    MessageNodeNumbers UsedMessageNodeNumbers(EditorForm& form);
+    /// Nothing when they cannot be read; the report then names GetNextAvailableMSGNODENUMBER, which they are for.
+    std::optional<MessageNodeNumbers> UsedMessageNodeNumbers(EditorForm& form);
 
     /// Whether the general pool has the node; the types 817 and 818 are looked up as message nodes.
     bool IsNodeExisted(EditorForm& form, const QString& nodeTypeId, const QString& nodeNumber);

@@ -10,6 +10,8 @@ namespace qor {
 
 namespace {
 
+const QString nextNumberProcedure = u"GetNextAvailableMSGNODENUMBER"_s;
+
 /// The first of the numbers first..last that no message node has, or 0. The numbers in use come sorted, so
 /// one walk over them finds it.
 int FirstFreeNumber(const MessageNodeNumbers& used, int first, int last)
@@ -27,7 +29,7 @@ int FirstFreeNumber(const MessageNodeNumbers& used, int first, int last)
 
 qint16 BusinessRules::GetNextAvailableMSGNODENUMBER(EditorForm& form, bool reset, const MessageNodeNumbers* used)
 {
-    return ReportErrors(u"GetNextAvailableMSGNODENUMBER"_s, [&]() -> qint16 {
+    return ReportErrors(nextNumberProcedure, [&]() -> qint16 {
         if (reset) {
             mLastMSGNodeNumber = 0;
             return 0;
@@ -41,8 +43,10 @@ qint16 BusinessRules::GetNextAvailableMSGNODENUMBER(EditorForm& form, bool reset
             return 0;
         const int highest = form.cmbPromptNumber->List(count - 1).toInt();
         mLastMSGNodeNumber = mLastMSGNodeNumber == highest ? 1 : mLastMSGNodeNumber + 1;
-        const int free = used ? FirstFreeNumber(*used, mLastMSGNodeNumber, highest)
-                              : FirstFreeNumber(UsedMessageNodeNumbers(form), mLastMSGNodeNumber, highest);
+        const auto read = used ? std::nullopt : UsedMessageNodeNumbers(form);
+        if (!used && !read)
+            return 0;
+        const int free = FirstFreeNumber(used ? *used : *read, mLastMSGNodeNumber, highest);
         if (free > 0)
             mLastMSGNodeNumber = free;
         return static_cast<qint16>(free);
@@ -57,15 +61,21 @@ QString BusinessRules::PromptForNewRow(EditorForm& form, const MessageNodeNumber
     return QString::number(number == 0 ? 1 : number);
 }
 
-MessageNodeNumbers BusinessRules::UsedMessageNodeNumbers(EditorForm& form)
+std::optional<MessageNodeNumbers> BusinessRules::UsedMessageNodeNumbers(EditorForm& form)
 {
-    Recordset rows = mDataBase.Open(CommandId::Get_All_Existing_MSG_NodeNumber,
-                                    {QString::number(form.ConfigID()), QString::number(form.PartitionID())});
-    MessageNodeNumbers numbers;
-    numbers.reserve(static_cast<std::size_t>(rows.RecordCount()));
-    for (; !rows.EndOfFile(); rows.MoveNext())
-        numbers.push_back(rows.Field(0).toInt());
-    return numbers;
+    return ReportErrors(nextNumberProcedure, [&] {
+        Recordset rows = mDataBase.Open(CommandId::Get_All_Existing_MSG_NodeNumber,
+                                        {QString::number(form.ConfigID()), QString::number(form.PartitionID())});
+        MessageNodeNumbers numbers;
+        numbers.reserve(static_cast<std::size_t>(rows.RecordCount()));
+        for (; !rows.EndOfFile(); rows.MoveNext()) {
+            bool isNumber = false; // the engine keeps any text, and sorts it behind the numbers
+            const int number = rows.Field(0).toString().toInt(&isNumber);
+            if (isNumber)
+                numbers.push_back(number);
+        }
+        return std::optional(std::move(numbers));
+    });
 }
 
 bool BusinessRules::IsNodeExisted(EditorForm& form, const QString& nodeTypeId, const QString& nodeNumber)

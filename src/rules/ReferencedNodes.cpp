@@ -43,8 +43,8 @@ ConfirmationAnswer AskToCreate(IDispatch& dialog, const QString& prompt)
     const QString text =
         u"MSG %1 is referenced but it does not exist.\r\nDo you want to auto create node 'MSG %1'?"_s.arg(prompt);
     const QString title = u"Confirmation"_s;
-    const VARIANT answer = CallByName(dialog, u"Ask"_s, {TextArgument(text), TextArgument(title)});
-    return static_cast<ConfirmationAnswer>(answer.lVal);
+    return static_cast<ConfirmationAnswer>(
+        IntegerIn(CallByName(dialog, u"Ask"_s, {TextArgument(text), TextArgument(title)})));
 }
 
 bool StopsCheck(ConfirmationAnswer answer)
