@@ -247,11 +247,11 @@ private Q_SLOTS:
 
     void registryReplacesItsOwnKeys()
     {
-        WriteFile(mFile, "[HKEY_CLASSES_ROOT\\Q]\n@=\"old\"\n[hkey_classes_root\\q\\Sub]\n@=\"old\"\n"
+        WriteFile(mFile, "[HKEY_CLASSES_ROOT\\Q]\n@=\"old\"\n[hkey_classes_root\\q\\Sub]\n@=\"old\"\n; note\n"
                          "[HKEY_CLASSES_ROOT\\R]\n@=\"kept\"");
         for (int i = 0; i < 2; ++i) {
             QCOMPARE(ChangeClassKeys({u"Q"_s}, {{u"Q"_s, {{u""_s, u"new"_s}}}}), std::nullopt);
-            QCOMPARE(ReadFile(mFile), "[HKEY_CLASSES_ROOT\\R]\n@=\"kept\"\r\n"
+            QCOMPARE(ReadFile(mFile), "; note\n[HKEY_CLASSES_ROOT\\R]\n@=\"kept\"\r\n"
                                       "[HKEY_CLASSES_ROOT\\Q]\r\n@=\"new\"\r\n\r\n");
         }
     }

@@ -133,7 +133,7 @@ bool Commit::LabelMayBeSaved()
 {
     const QString label = mForm.txtDescription->text();
     const auto labelCheck = CreateObject(labelCheckId);
-    if (CallByName(*labelCheck, u"ValidateText"_s, {TextArgument(label)}).boolVal != VARIANT_FALSE)
+    if (BooleanIn(CallByName(*labelCheck, u"ValidateText"_s, {TextArgument(label)})))
         return true;
     MsgBox(u"Double quotes and continuous single quotes are not allowed in the Label field"_s, MsgBoxStyle::Information,
            u"Information"_s);

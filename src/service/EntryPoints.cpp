@@ -11,6 +11,8 @@ namespace qor {
 
 namespace {
 
+int locks = 0;
+
 QString ProgramId()
 {
     return u"QOR_DIR_NODE.BusinessRules"_s;
@@ -34,16 +36,21 @@ public:
             instance->Release();
             return outcome;
         } catch (...) {
+            std::fprintf(stderr, "QOR_DIR_NODE: the class cannot be made: %s\n",
+                         qUtf8Printable(CurrentRuntimeError().Description()));
             return E_FAIL;
         }
     }
 
     HRESULT LockServer(std::int32_t lock) override
     {
-        if (lock)
+        if (lock) {
+            ++locks;
             AddServerUse();
-        else
+        } else if (locks > 0) { // one too many takes no object's use back
+            --locks;
             ReleaseServerUse();
+        }
         return S_OK;
     }
 };
@@ -109,9 +116,10 @@ HRESULT DllCanUnloadNow()
 HRESULT DllRegisterServer()
 {
     try {
-        if (qor::OwnLibraryPath().isEmpty())
+        const QString path = qor::OwnLibraryPath();
+        if (path.isEmpty())
             return qor::Outcome(QStringLiteral("The library's own path cannot be found. Install it again."));
-        return qor::Outcome(qor::RegisterClass({CLSID_BusinessRules, qor::ProgramId(), qor::OwnLibraryPath()}));
+        return qor::Outcome(qor::RegisterClass({CLSID_BusinessRules, qor::ProgramId(), path}));
     } catch (...) {
         return SELFREG_E_CLASS;
     }

@@ -29,6 +29,12 @@ frmDIR::Handlers::Handlers(EditorForm& form)
 {
 }
 
+/// Hidden first: what that raises finds its handlers.
+frmDIR::~frmDIR()
+{
+    hide();
+}
+
 void frmDIR::ConnectEvents()
 {
     ConnectList();

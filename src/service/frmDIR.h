@@ -20,6 +20,8 @@ class frmDIR : public EditorForm
 {
     Q_OBJECT
 public:
+    ~frmDIR() override;
+
 protected:
     void Form_Load() override;
     void Form_Activate() override;

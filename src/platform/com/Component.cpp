@@ -42,9 +42,11 @@ std::optional<QString> PathProblem(const QString& path)
         return u"its registered library \"%1\" is not an absolute path."_s.arg(path);
     if (!info.isFile())
         return u"its registered library %1 does not exist. Register it again."_s.arg(path);
-    if (info.permissions().testAnyFlags(writableByOthers)) {
-        return u"its registered library %1 can be written by others than its owner. Take that permission away."_s.arg(
-            path);
+    for (const QString& written : {path, info.path()}) {
+        if (QFileInfo(written).permissions().testAnyFlags(writableByOthers)) {
+            return u"its registered library %1: %2 can be written by others than its owner. Take that permission away."_s
+                .arg(path, written);
+        }
     }
     return std::nullopt;
 }
@@ -70,8 +72,8 @@ ComReference<IDispatch> LoadRegistered(const QString& programId, const QString& 
 
     ComReference<IClassFactory> factory;
     ComReference<IDispatch> object;
-    if (getClassObject(ClsidFromText(clsidText), IID_IClassFactory, factory.Receive()) != S_OK ||
-        factory->CreateInstance(nullptr, IID_IDispatch, object.Receive()) != S_OK)
+    if (getClassObject(ClsidFromText(clsidText), IID_IClassFactory, factory.Receive()) != S_OK || !factory ||
+        factory->CreateInstance(nullptr, IID_IDispatch, object.Receive()) != S_OK || !object)
         FailCreation(programId, u"its library %1 does not make it."_s.arg(path));
     return object;
 }
@@ -120,6 +122,25 @@ VARIANT BooleanResult(bool value)
     return variant;
 }
 
+std::int32_t IntegerIn(const VARIANT& result)
+{
+    switch (result.vt) {
+    case VT_I4:
+        return result.lVal;
+    case VT_I2:
+        return result.iVal;
+    default:
+        throw RuntimeError(
+            ErrorNumber::TypeMismatch,
+            u"The component answers with the type %1 instead of a number. Register another one."_s.arg(result.vt));
+    }
+}
+
+bool BooleanIn(const VARIANT& result)
+{
+    return result.vt == VT_BOOL ? result.boolVal != VARIANT_FALSE : IntegerIn(result) != 0;
+}
+
 VARIANT CallByName(IDispatch& object, const QString& method, std::initializer_list<VARIANT> arguments)
 {
     std::u16string name = method.toStdU16String();
@@ -132,7 +153,7 @@ VARIANT CallByName(IDispatch& object, const QString& method, std::initializer_li
     HRESULT outcome = object.GetIDsOfNames(none, names, 1, 0, &id);
     if (outcome == S_OK)
         outcome = object.Invoke(id, none, 0, DISPATCH_METHOD, &parameters, &result, nullptr, nullptr);
-    if (outcome < 0) {
+    if (outcome != S_OK) {
         throw RuntimeError(ErrorNumber::CannotCreateObject,
                            u"The component does not run %1 (result %2). Register a component that does."_s.arg(
                                method, QString::number(static_cast<quint32>(outcome), 16)));

@@ -17,13 +17,17 @@ void AddBuiltInClass(QLatin1String programId, MakeObject make);
 
 /// A new object of the class: the one that the registry names, loaded from its absolute path, else the
 /// built-in one. Raises RuntimeError when there is neither, or when the registered library cannot be used: a
-/// relative path, a file that others than its owner may write, no class factory.
+/// relative path, a file or folder that others than its owner may write, no class factory.
 ComReference<IDispatch> CreateObject(const QString& programId);
 
 /// A text as an argument; the variant points into the text, which must outlive the call.
 VARIANT TextArgument(const QString& text);
 VARIANT IntegerResult(std::int32_t value);
 VARIANT BooleanResult(bool value);
+
+/// What a call answered. Raises RuntimeError for another type.
+std::int32_t IntegerIn(const VARIANT& result);
+bool BooleanIn(const VARIANT& result);
 
 /// Calls a method by name, the arguments in the order of declaration, and returns its result. Raises
 /// RuntimeError when the object does not know the method or refuses the call.

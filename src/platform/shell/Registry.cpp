@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QLockFile>
 #include <QSaveFile>
 #include <QStringEncoder>
 #include <QtGlobal>
@@ -46,7 +47,7 @@ bool IsAtOrBelow(const QString& path, const QString& key)
     return path == key || path.startsWith(key + u'\\');
 }
 
-/// The text without the sections whose key is one of `keys` or lies below one.
+/// The text without the sections whose key is one of `keys` or lies below one. Comments stay.
 QString WithoutKeys(const QString& text, const QStringList& keys)
 {
     QString kept;
@@ -61,7 +62,7 @@ QString WithoutKeys(const QString& text, const QStringList& keys)
             drop = std::any_of(keys.begin(), keys.end(),
                                [&](const QString& key) { return IsAtOrBelow(path, key.toLower()); });
         }
-        if (!drop)
+        if (!drop || trimmed.startsWith(u';'))
             kept += line;
         at = end;
     }
@@ -85,9 +86,10 @@ std::optional<QString> WriteRegistryFile(const QString& text, const QByteArray& 
     QStringEncoder encode(RegistryEncoding(before),
                           hasMark ? QStringEncoder::Flag::WriteBom : QStringEncoder::Flag::Default);
     const QByteArray bytes = encode(text);
-
     const QString fileName = RegistryFileName();
-    QDir().mkpath(QFileInfo(fileName).absolutePath());
+    if (encode.hasError())
+        return u"The registry file %1 cannot be written: its encoding lacks a character. Save it as UTF-8."_s.arg(
+            fileName);
     QSaveFile file(fileName);
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !CommitFile(file)) {
         return u"The registry file %1 cannot be written: %2. Check the folder's permissions."_s.arg(
@@ -121,6 +123,10 @@ std::optional<RegistryValue> RegistryKey::Query(const QString& name) const
 
 std::optional<QString> ChangeClassKeys(const QStringList& remove, const QList<RegistryEntry>& add)
 {
+    if (!add.isEmpty())
+        QDir().mkpath(QFileInfo(RegistryFileName()).absolutePath());
+    QLockFile lock(RegistryFileName() + u".lock"_s);
+    lock.lock(); // where there can be none the write below says why
     const RegistryBytes before = ReadRegistryFile();
     if (!before.error.isEmpty()) {
         return u"The registry file %1 cannot be read: %2. It was left as it is."_s.arg(RegistryFileName(),
