@@ -21,14 +21,15 @@ struct ButtonStyle
 {
     int style;
     QMessageBox::StandardButtons buttons;
+    QMessageBox::StandardButton first; ///< the one that Enter presses
     QMessageBox::StandardButton escape;
 };
 
 const std::array buttonStyles{
-    ButtonStyle{MsgBoxStyle::OkOnly, QMessageBox::Ok, QMessageBox::Ok},
-    ButtonStyle{MsgBoxStyle::YesNoCancel, QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel,
+    ButtonStyle{MsgBoxStyle::OkOnly, QMessageBox::Ok, QMessageBox::Ok, QMessageBox::Ok},
+    ButtonStyle{MsgBoxStyle::YesNoCancel, QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, QMessageBox::Yes,
                 QMessageBox::Cancel},
-    ButtonStyle{MsgBoxStyle::YesNo, QMessageBox::Yes | QMessageBox::No, QMessageBox::No},
+    ButtonStyle{MsgBoxStyle::YesNo, QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes, QMessageBox::No},
 };
 
 struct IconStyle
@@ -44,18 +45,26 @@ constexpr std::array iconStyles{
     IconStyle{MsgBoxStyle::Information, QMessageBox::Information},
 };
 
-MsgBoxAnswer AnswerOf(int button)
+struct Answer
 {
-    switch (button) {
-    case QMessageBox::Yes:
-        return MsgBoxAnswer::Yes;
-    case QMessageBox::No:
-        return MsgBoxAnswer::No;
-    case QMessageBox::Cancel:
-        return MsgBoxAnswer::Cancel;
-    default:
-        return MsgBoxAnswer::Ok;
-    }
+    QMessageBox::StandardButton button;
+    MsgBoxAnswer answer;
+};
+
+constexpr std::array answers{
+    Answer{QMessageBox::Ok, MsgBoxAnswer::Ok},
+    Answer{QMessageBox::Yes, MsgBoxAnswer::Yes},
+    Answer{QMessageBox::No, MsgBoxAnswer::No},
+    Answer{QMessageBox::Cancel, MsgBoxAnswer::Cancel},
+};
+
+/// A box that the host's leaving ended has no button; it answers as Escape does.
+MsgBoxAnswer AnswerOf(const QMessageBox& box)
+{
+    const QAbstractButton* pressed = box.clickedButton() ? box.clickedButton() : box.escapeButton();
+    const auto* const found = std::find_if(answers.begin(), answers.end(),
+                                           [&](const Answer& entry) { return pressed == box.button(entry.button); });
+    return found->answer;
 }
 
 void ShowErrorBox(const QString& text, const QString& title, bool critical)
@@ -107,6 +116,7 @@ MsgBoxAnswer MsgBox(const QString& text, int style, const QString& title)
     for (const ButtonStyle& entry : buttonStyles) {
         if (entry.style == (style & buttonBits)) {
             box.setStandardButtons(entry.buttons);
+            box.setDefaultButton(entry.first);
             box.setEscapeButton(entry.escape);
         }
     }
@@ -115,7 +125,8 @@ MsgBoxAnswer MsgBox(const QString& text, int style, const QString& title)
             box.setIcon(entry.icon);
     }
     MakeScrollable(box);
-    return AnswerOf(box.exec());
+    box.exec();
+    return AnswerOf(box);
 }
 
 void InstallErrorBox()

@@ -22,7 +22,7 @@ enum class MsgBoxAnswer { Ok = 1, Cancel = 2, Yes = 6, No = 7 };
 /// Cancel where the box has that button, else No, else OK.
 MsgBoxAnswer MsgBox(const QString& text, int style, const QString& title);
 
-/// Lets the error report of this thread's procedures be shown in message boxes.
+/// Lets the error reports of all procedures be shown in message boxes.
 void InstallErrorBox();
 
 } // namespace qor
