@@ -86,6 +86,8 @@ void DirDbTest::commandLine_data()
     QTest::newRow("empty name") << QStringList{u"create"_s, u""_s} << 2 << u"must not be empty"_s;
     QTest::newRow("option") << QStringList{u"create"_s, u"-f"_s} << 2 << u"no option \"-f\""_s;
     QTest::newRow("option of another") << QStringList{u"check"_s, u"--csv"_s, u"a"_s} << 2 << u"no option \"--csv\""_s;
+    QTest::newRow("two options in one") << QStringList{u"show"_s, u"--csv] [--passwords"_s, u"a"_s} << 2
+                                        << u"no option"_s;
     QTest::newRow("no number") << QStringList{u"show"_s, u"a"_s, u"--config"_s} << 2 << u"needs a number"_s;
 }
 

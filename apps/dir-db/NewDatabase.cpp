@@ -39,6 +39,9 @@ void Build(const QString& fileName, const FillDatabase& fill)
         RunStatement(connection, CreateTableText(table));
     fill(connection);
     RunStatement(connection, u"COMMIT"_s);
+    // Closing would do this too, but keep a full disk to itself.
+    if (Query(connection, u"PRAGMA wal_checkpoint(TRUNCATE)"_s).Field(0).toInt() != 0)
+        Refuse(fileName, u"its log cannot be taken into it"_s);
 }
 
 /// Zero, or the number of the system's error; one of them is that the new name is taken.

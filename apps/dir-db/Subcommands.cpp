@@ -137,7 +137,7 @@ QString TakeOption(const Subcommand& subcommand, QStringList& rest, Arguments& a
         number = text.toInt(&isNumber);
         if (!isNumber)
             return u"The option \"%1\" needs a number, not \"%2\"."_s.arg(option, text);
-    } else if (!usage.contains(u"[%1]"_s.arg(option))) {
+    } else if (!usage.contains(u"[%1]"_s.arg(option)) || option.contains(u' ')) {
         return u"There is no option \"%1\". Write \"./%1\" for a file of that name."_s.arg(option);
     }
     arguments.options.insert(option, number);

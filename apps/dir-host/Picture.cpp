@@ -15,21 +15,18 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-/// What the editor shows of the node, by the names of its controls.
+/// What the editor shows of the node, but for its access code.
 QString HeaderText(const QDialog& editor)
 {
-    const auto lineText = [&](const QString& name) {
-        const auto* line = editor.findChild<QLineEdit*>(name);
-        return line ? line->text() : QString();
-    };
     const auto comboText = [&](const QString& name) {
         const auto* combo = editor.findChild<QComboBox*>(name);
         return combo ? combo->currentText() : QString();
     };
     const auto* position = editor.findChild<QLabel*>(u"lblRecordPosition"_s);
-    return u"%1 (%2)\nLabel: %3\nAccess code: %4\nStarting prompt: MSG %5\n"_s.arg(
-        comboText(u"cmbNode"_s), position ? position->text() : QString(), lineText(u"txtDescription"_s),
-        lineText(u"txtAccessCode"_s), comboText(u"cmbMSGNodeNumber"_s));
+    const auto* label = editor.findChild<QLineEdit*>(u"txtDescription"_s);
+    return u"%1 (%2)\nLabel: %3\nStarting prompt: MSG %4\n"_s.arg(
+        comboText(u"cmbNode"_s), position ? position->text() : QString(), label ? label->text() : QString(),
+        comboText(u"cmbMSGNodeNumber"_s));
 }
 
 /// The columns that can be seen, so no passwords.

@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
+#include <QTemporaryFile>
 #include <QTextStream>
 
 namespace {
@@ -49,8 +50,8 @@ Options ReadOptions(const QStringList& arguments)
     parser.addOption(
         {u"node"_s, u"Number of the directory node; 0 opens the editor as for a new node."_s, u"number"_s, u"7"_s});
     parser.addOption({u"data"_s,
-                      u"Folder that holds Quorvanta/KELDAR+/Database/NewDB.mdb, in place of the machine's folder for "
-                      u"application data."_s,
+                      u"Folder that holds Quorvanta/KELDAR+/Database/NewDB.mdb, in place of the machine's folders "
+                      u"for application data and for documents."_s,
                       u"folder"_s});
     parser.addOption({u"picture"_s,
                       u"Show the editor, write its picture to this file, print the node and close. Without a display "
@@ -68,13 +69,28 @@ Options ReadOptions(const QStringList& arguments)
             parser.value(u"data"_s), parser.value(u"picture"_s)};
 }
 
-/// Without a display the editor is drawn off screen and its picture taken.
-void PrepareDisplay(const qor::Display& display, Options& options)
+/// A new file in the folder for temporary files, which only its owner can read: the picture shows people's names.
+/// It goes again unless it is told to stay.
+std::unique_ptr<QTemporaryFile> NewPictureFile(int node)
+{
+    auto file = std::make_unique<QTemporaryFile>(QDir::temp().filePath(u"dir-host-node-%1-XXXXXX.png"_s.arg(node)));
+    if (!file->open())
+        FailUsage(u"no picture can be written to %1; name a file with --picture."_s.arg(QDir::tempPath()));
+    return file;
+}
+
+/// Without a display the editor is drawn off screen and its picture taken, into the file that is returned where none is
+/// named.
+std::unique_ptr<QTemporaryFile> PrepareDisplay(const qor::Display& display, Options& options)
 {
     if (display.Problem())
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    if (qgetenv("QT_QPA_PLATFORM") == "offscreen" && options.picture.isEmpty())
-        options.picture = QDir::temp().filePath(u"dir-host-node-%1.png"_s.arg(options.node));
+    const QByteArray platform = qgetenv("QT_QPA_PLATFORM").split(':').first();
+    if ((platform != "offscreen" && platform != "minimal") || !options.picture.isEmpty())
+        return nullptr;
+    auto file = NewPictureFile(options.node);
+    options.picture = file->fileName();
+    return file;
 }
 
 void PrepareData(const QString& folder)
@@ -119,12 +135,15 @@ int main(int argc, char** argv)
     // The options come first: where there is no display, the application must be told before it starts.
     Options options = ReadOptions(Texts(argc, argv));
     const qor::Display display;
-    PrepareDisplay(display, options);
+    const auto ownPicture = PrepareDisplay(display, options);
     PrepareData(options.dataFolder);
     const QApplication application(argc, argv);
     std::unique_ptr<Picture> picture;
     if (!options.picture.isEmpty())
         picture = std::make_unique<Picture>(options.picture);
     const bool opened = OpenEditor(options);
-    return opened && (!picture || picture->Taken()) ? 0 : 1;
+    const bool taken = picture && picture->Taken();
+    if (ownPicture)
+        ownPicture->setAutoRemove(!taken);
+    return opened && (taken || !picture) ? 0 : 1;
 }

@@ -116,6 +116,17 @@ QByteArray ReadAndPack(int descriptor, const QList<JetWish>& wishes)
     }
 }
 
+/// Whether the reader, which a damaged file may have led astray, left all its tables with whole rows.
+bool IsWhole(const QDataStream& stream, const JetDatabase& database, const QList<JetWish>& wishes)
+{
+    const auto hasWholeRows = [](const JetTable& table) {
+        return std::ranges::all_of(table.rows,
+                                   [&](const QStringList& row) { return row.size() == table.columns.size(); });
+    };
+    return stream.status() == QDataStream::Ok && database.tables.size() == wishes.size() &&
+           std::ranges::all_of(database.tables, hasWholeRows);
+}
+
 /// Why the reading cannot be trusted, or nothing.
 QString ContainedFault(const ContainedResult& result)
 {
@@ -147,6 +158,8 @@ JetDatabase ReadJetFile(const QString& fileName, const QList<JetWish>& wishes)
     if (fault.isEmpty()) {
         QDataStream stream(result.output);
         stream >> fault >> database.tables >> database.otherTables;
+        if (fault.isEmpty() && !IsWhole(stream, database, wishes))
+            fault = u"it is damaged; its reader failed"_s;
     }
     if (!fault.isEmpty())
         Refuse(fileName, fault);
