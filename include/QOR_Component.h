@@ -1,5 +1,5 @@
 // The binary contract between components and their hosts: identities, result codes, variants and the three
-// base interfaces. Plain C++ without any library; the same on both sides of a shared-library boundary.
+// base interfaces. Plain C++17 without any library; the same on both sides of a shared-library boundary.
 //
 // An interface is an object whose first word points to a table of functions in the order of declaration.
 // Interfaces have no virtual destructor: an object ends itself when its last reference is released.
@@ -49,6 +49,7 @@ struct GUID
         }
         return left.Data1 == right.Data1 && left.Data2 == right.Data2 && left.Data3 == right.Data3;
     }
+    friend constexpr bool operator!=(const GUID& left, const GUID& right) { return !(left == right); }
 };
 
 using CLSID = GUID;
@@ -104,6 +105,7 @@ struct IUnknown
 {
     /// S_OK and a counted pointer in *object, or E_NOINTERFACE and null; E_POINTER without a place for it.
     virtual HRESULT QueryInterface(const IID& iid, void** object) = 0;
+    /// Returns the references that there are now.
     virtual ULONG AddRef() = 0;
     /// Returns the references left; at 0 the object is gone.
     virtual ULONG Release() = 0;
@@ -114,12 +116,17 @@ protected:
 
 struct IDispatch : IUnknown
 {
+    /// 0 type descriptions; E_POINTER without a place for the number.
     virtual HRESULT GetTypeInfoCount(std::uint32_t* count) = 0;
+    /// E_NOTIMPL always.
     virtual HRESULT GetTypeInfo(std::uint32_t index, LCID locale, ITypeInfo** typeInfo) = 0;
-    /// Looks up one member name, without regard to case; DISP_E_UNKNOWNNAME and DISPID_UNKNOWN if there is
-    /// none.
+    /// Looks up a member's name, without regard to case; DISP_E_UNKNOWNNAME and DISPID_UNKNOWN if there is none. Names
+    /// of arguments, which may follow it, are not known.
     virtual HRESULT GetIDsOfNames(const IID& reserved, OLECHAR** names, std::uint32_t count, LCID locale,
                                   DISPID* ids) = 0;
+    /// Calls a member with all its arguments by position. `result` and `badArgument` may be null; the latter takes the
+    /// place of an argument that is refused (DISP_E_TYPEMISMATCH, DISP_E_OVERFLOW). DISP_E_MEMBERNOTFOUND,
+    /// DISP_E_BADPARAMCOUNT, DISP_E_NONAMEDARGS, and E_POINTER without arguments.
     virtual HRESULT Invoke(DISPID member, const IID& reserved, LCID locale, std::uint16_t flags, DISPPARAMS* arguments,
                            VARIANT* result, EXCEPINFO* exception, std::uint32_t* badArgument) = 0;
 
@@ -129,7 +136,9 @@ protected:
 
 struct IClassFactory : IUnknown
 {
-    /// Makes one object and hands out the wanted interface. `outer` must be null (CLASS_E_NOAGGREGATION).
+    /// Makes one object and hands out the wanted interface. `outer` must be null (CLASS_E_NOAGGREGATION). E_NOINTERFACE
+    /// for another interface, E_POINTER without a place for the pointer, E_FAIL when the object cannot be made; the
+    /// reason then goes to standard error.
     virtual HRESULT CreateInstance(IUnknown* outer, const IID& iid, void** object) = 0;
     /// A non-zero `lock` counts one more reason to stay loaded, zero takes one back.
     virtual HRESULT LockServer(std::int32_t lock) = 0;

@@ -33,9 +33,9 @@ struct _BusinessRules : IDispatch // NOLINT(bugprone-reserved-identifier): the n
     /// changes; nothing can be read from it. May be null.
     ///
     /// Returns S_OK always. A node that does not exist, or a database that cannot be read, is told to the
-    /// user in a message box. Where no editor can be shown at all (no display, an application object that
-    /// cannot show windows, another thread than the application's, an editor that is open already), one
-    /// sentence goes to standard error.
+    /// user in a message box; a partition without a maximum for message nodes is not told, the call just returns. Where
+    /// no editor can be shown at all (no display, an application object that cannot show windows, another thread than
+    /// the application's, an editor that is open already), one sentence goes to standard error.
     ///
     /// A host without a QApplication is given one, which stays for the life of the process; the locale and
     /// the signal handlers of the host are left as they were.
@@ -48,13 +48,15 @@ protected:
 
 extern "C" {
 /// The class factory of CLSID_BusinessRules (iid: IID_IClassFactory or IID_IUnknown), with one reference.
-/// CLASS_E_CLASSNOTAVAILABLE for any other class, E_NOINTERFACE for any other interface.
+/// CLASS_E_CLASSNOTAVAILABLE for any other class, E_NOINTERFACE for any other interface, E_POINTER without a place for
+/// the pointer, E_FAIL when memory is short.
 QOR_EXPORT HRESULT DllGetClassObject(const CLSID& clsid, const IID& iid, void** object);
 /// S_OK when no object, factory or lock of this library is in use, else S_FALSE.
 QOR_EXPORT HRESULT DllCanUnloadNow();
 /// Writes the class into the registry file: identifier, class, and the path of this library.
 /// SELFREG_E_CLASS when the file cannot be written; the reason goes to standard error.
 QOR_EXPORT HRESULT DllRegisterServer();
-/// Takes out what DllRegisterServer wrote, and nothing else; S_OK also when nothing was there.
+/// Takes out what DllRegisterServer wrote, and nothing else; S_OK also when nothing was there. SELFREG_E_CLASS when
+/// the file cannot be read or written; the reason goes to standard error.
 QOR_EXPORT HRESULT DllUnregisterServer();
 }
