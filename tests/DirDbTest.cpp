@@ -314,7 +314,7 @@ void DirDbTest::checkWarns_data()
     row("duplicate as shown", u"('Smith', 'Anne', '12', 1, '1'), ('Smith', 'Anne', '12', 1000, '1')"_s,
         u"prompt 1 in the entries 1, 2\n"_s);
     row("invalid", u"('Smith', 'Anne', '12' || char(27) || 'a', 2, '1')"_s,
-        u"marks as invalid: 1\n  "_s + place + u", entry 1: the extension \"12␛a\" is not a number\n"_s);
+        u"refuses to save: 1\n  "_s + place + u", entry 1: the extension \"12␛a\" is not a number\n"_s);
     row("defaults", u"('', NULL, '', NULL, NULL)"_s,
         u"missing values: 1\n  "_s + place + u", entry 1: LastName, FirstName, Extension, NamePrompt, Password\n"_s);
     row("many", u"('Smith', 'Anne', '12', 13, '1')"_s + u", ('Smith', 'Anne', '12', 13, '1')"_s.repeated(21),

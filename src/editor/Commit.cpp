@@ -5,7 +5,6 @@
 #include "form/BusyForm.h"
 #include "form/EditorForm.h"
 #include "platform/runtime/ErrorReport.h"
-#include "platform/runtime/Numbers.h"
 #include "platform/ui/MsgBox.h"
 #include "rules/BusinessRules.h"
 #include "rules/Validation.h"
@@ -13,13 +12,6 @@
 namespace qor {
 
 namespace {
-
-bool CanBeSaved(const ListView& list, int row)
-{
-    return !EntryText(list, row, DirectoryColumn::LastName).isEmpty() &&
-           !EntryText(list, row, DirectoryColumn::FirstName).isEmpty() &&
-           IsNumeric(EntryText(list, row, DirectoryColumn::Extension));
-}
 
 bool Contains(const ListBox& list, const QString& text)
 {
@@ -115,7 +107,7 @@ DirectoryCheck Commit::CheckDirectoryData()
     const int rowCount = list.Items().RowCount();
     for (int row = 0; row < rowCount && !check.InvalidEntry; ++row) {
         const QString prompt = EntryText(list, row, DirectoryColumn::Prompt);
-        check.InvalidEntry = !CanBeSaved(list, row);
+        check.InvalidEntry = !IsSoundRow(list, row);
         const bool duplicate = !check.InvalidEntry && Contains(*mForm.lstPrompts, prompt);
         if (check.InvalidEntry || duplicate) {
             check.Sound = false;

@@ -78,8 +78,7 @@ void EntryCommands::InsertNewRow(int position)
 
     const int row = items.RowOfKey(RowKey(number));
     SelectAndShow(row);
-    for (int subItem = 1; subItem <= Module().DirectorySubItemCount; ++subItem)
-        items.SetForeColor(row, subItem, invalidRowColour);
+    PaintRow(LVDirectory, row, invalidRowColour);
     mForm.HideEntryEditors();
     mForm.cmdApply->setEnabled(true);
 }

@@ -2,9 +2,7 @@
 
 #include "editor/FieldFilter.h"
 #include "form/EditorForm.h"
-#include "form/ModuleState.h"
 #include "platform/runtime/ErrorReport.h"
-#include "platform/runtime/Numbers.h"
 #include "rules/Validation.h"
 
 #include <QPushButton>
@@ -57,12 +55,9 @@ bool EntryFields::TakeText(TextBox& field, bool (*admits)(QChar), DirectoryColum
 
 void EntryFields::ClearMarkOfSoundRow()
 {
-    if (SelectedText(DirectoryColumn::LastName).isEmpty() || SelectedText(DirectoryColumn::FirstName).isEmpty() ||
-        !IsNumeric(SelectedText(DirectoryColumn::Extension)))
-        return;
     const int row = mForm.LVDirectory->SelectedItem();
-    for (int subItem = 1; subItem <= Module().DirectorySubItemCount; ++subItem)
-        mForm.LVDirectory->Items().SetForeColor(row, subItem, soundRowColour);
+    if (IsSoundRow(*mForm.LVDirectory, row))
+        PaintRow(*mForm.LVDirectory, row, soundRowColour);
 }
 
 QString EntryFields::SelectedText(DirectoryColumn column) const

@@ -1,5 +1,6 @@
 #include "form/Directory.h"
 
+#include "form/ModuleState.h"
 #include "platform/runtime/Numbers.h"
 #include "platform/runtime/RuntimeError.h"
 #include "platform/ui/ListView.h"
@@ -60,6 +61,19 @@ ListRow EntryRow(int number, const DirectoryEntry& entry)
 QString EntryText(const ListView& list, int row, DirectoryColumn column)
 {
     return list.Items().Text(row, static_cast<int>(column));
+}
+
+bool IsSoundRow(const ListView& list, int row)
+{
+    return !EntryText(list, row, DirectoryColumn::LastName).isEmpty() &&
+           !EntryText(list, row, DirectoryColumn::FirstName).isEmpty() &&
+           IsNumeric(EntryText(list, row, DirectoryColumn::Extension));
+}
+
+void PaintRow(ListView& list, int row, const QColor& colour)
+{
+    for (int subItem = 1; subItem <= Module().DirectorySubItemCount; ++subItem)
+        list.Items().SetForeColor(row, subItem, colour);
 }
 
 void ResetDirectoryListView(ListView& list)

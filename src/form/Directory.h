@@ -40,6 +40,12 @@ ListRow EntryRow(int number, const DirectoryEntry& entry);
 
 QString EntryText(const ListView& list, int row, DirectoryColumn column);
 
+/// Whether a row may be saved: both names and an extension that passes the numeric test.
+bool IsSoundRow(const ListView& list, int row);
+
+/// Gives the cells that carry the mark of an invalid row this colour.
+void PaintRow(ListView& list, int row, const QColor& colour);
+
 /// The list view's settings and its six columns; rows that are in the list stay.
 void ResetDirectoryListView(ListView& list);
 

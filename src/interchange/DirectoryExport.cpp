@@ -2,11 +2,9 @@
 
 #include "form/BusyForm.h"
 #include "form/EditorForm.h"
-#include "form/ModuleState.h"
 #include "interchange/DelimitedWriter.h"
 #include "interchange/SelectFilename.h"
 #include "platform/runtime/ErrorReport.h"
-#include "platform/runtime/Numbers.h"
 #include "platform/shell/SafeFile.h"
 #include "platform/ui/MsgBox.h"
 
@@ -18,12 +16,11 @@ std::optional<std::vector<int>> WriteDirectory(const ListView& list, QIODevice& 
 {
     std::vector<int> skipped;
     for (int row = 0; row < list.Items().RowCount(); ++row) {
-        const QString lastName = EntryText(list, row, DirectoryColumn::LastName);
-        const QString firstName = EntryText(list, row, DirectoryColumn::FirstName);
-        const QString extension = EntryText(list, row, DirectoryColumn::Extension);
-        if (lastName.isEmpty() || firstName.isEmpty() || !IsNumeric(extension))
+        if (!IsSoundRow(list, row))
             skipped.push_back(row);
-        else if (!WriteDelimited(device, {lastName, firstName, extension}))
+        else if (!WriteDelimited(device, {EntryText(list, row, DirectoryColumn::LastName),
+                                          EntryText(list, row, DirectoryColumn::FirstName),
+                                          EntryText(list, row, DirectoryColumn::Extension)}))
             return std::nullopt;
     }
     return skipped;
@@ -62,17 +59,10 @@ std::vector<int> DirectoryExport::WriteFile(const QString& fileName)
             ErrorNumber::Provider,
             u"%1 cannot be written: %2. Choose another folder or free some space."_s.arg(fileName, file.errorString()));
     }
-    MarkRows(*skipped);
+    for (const int row : *skipped)
+        PaintRow(*mForm.LVDirectory, row, invalidRowColour);
     mForm.StatusBar1->SetPanelText(QString());
     return *skipped;
-}
-
-void DirectoryExport::MarkRows(const std::vector<int>& rows)
-{
-    for (const int row : rows) {
-        for (int subItem = 1; subItem <= Module().DirectorySubItemCount; ++subItem)
-            mForm.LVDirectory->Items().SetForeColor(row, subItem, invalidRowColour);
-    }
 }
 
 } // namespace qor

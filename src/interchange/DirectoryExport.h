@@ -28,7 +28,6 @@ public:
 private:
     void Save(const QString& fileName);
     std::vector<int> WriteFile(const QString& fileName);
-    void MarkRows(const std::vector<int>& rows);
 
     EditorForm& mForm;
 };

@@ -1,7 +1,7 @@
 // Which data may enter the directory node.
 #pragma once
 
-#include "platform/runtime/Text.h"
+#include "platform/runtime/Numbers.h"
 
 namespace qor {
 
@@ -11,11 +11,6 @@ class EditorForm;
 constexpr bool IsLetter(QChar c)
 {
     return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z');
-}
-
-constexpr bool IsDigit(QChar c)
-{
-    return c >= u'0' && c <= u'9';
 }
 
 /// What is wrong with an entry: at most one indented line per field, joined by CR LF; empty when nothing is.

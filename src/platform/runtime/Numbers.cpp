@@ -10,11 +10,6 @@ namespace qor {
 
 namespace {
 
-bool IsDigit(QChar c)
-{
-    return c >= u'0' && c <= u'9';
-}
-
 qsizetype SkipDigits(QStringView text, qsizetype at)
 {
     while (at < text.size() && IsDigit(text[at]))

@@ -8,6 +8,11 @@
 
 namespace qor {
 
+constexpr bool IsDigit(QChar c)
+{
+    return c >= u'0' && c <= u'9';
+}
+
 /// The number that a whole text stands for: blanks around it, a sign, a decimal point and an exponent are
 /// accepted ("12", " -3.5 ", ".5", "1e3"). Nothing for anything else, the empty text included.
 std::optional<double> NumberFromText(QStringView text);
