@@ -1,4 +1,4 @@
-// The check of a configuration database; it changes nothing in the file.
+// The check of a configuration database; it changes nothing of what the file holds.
 #pragma once
 
 #include "Findings.h"

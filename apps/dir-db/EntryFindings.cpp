@@ -120,7 +120,7 @@ Finding DuplicatePrompts(const std::vector<ShownEntry>& entries)
 
 Finding MarkedRows(const std::vector<ShownEntry>& entries)
 {
-    Finding finding{.kind = u"entries that the editor marks as invalid"_s, .places = {}};
+    Finding finding{.kind = u"entries that the editor refuses to save"_s, .places = {}};
     for (const ShownEntry& entry : entries) {
         const QString& extension = entry.Value(Field::Extension);
         if (!IsNumeric(extension))

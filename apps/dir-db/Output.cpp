@@ -18,8 +18,8 @@ char16_t HarmlessCode(char16_t code)
         return static_cast<char16_t>(pictures + code);
     if (code == 0x7f)
         return deleteSign;
-    const bool commands =
-        (code >= 0x80 && code < 0xa0) || (code >= 0x2028 && code <= 0x202e) || (code >= 0x2066 && code <= 0x2069);
+    const bool commands = (code >= 0x80 && code < 0xa0) || code == 0x061c || code == 0x200e || code == 0x200f ||
+                          (code >= 0x2028 && code <= 0x202e) || (code >= 0x2066 && code <= 0x2069);
     return commands ? replacement : code;
 }
 

@@ -13,7 +13,8 @@ struct ShowRequest
     bool withPasswords = false; ///< and with access codes
 };
 
-/// Prints the values as they are stored. Raises RuntimeError for a file that does not open or has other tables.
+/// Prints the values as they are stored, with a sign in place of each character that would command a terminal. Raises
+/// RuntimeError for a file that does not open or has other tables.
 void ShowPartition(const QString& fileName, const ShowRequest& request);
 
 } // namespace qor

@@ -110,7 +110,8 @@ int PrintHelp()
     }
     for (const char* const line :
          {"", "  help", "      show this text", "", "A file that exists is never overwritten.", "",
-          "Exit codes:", "  0  all went well", "  1  it failed; nothing was made", "  2  the command line is wrong",
+          "Exit codes:", "  0  all went well", "  1  it failed and nothing was made, or check found the file unsound",
+          "  2  the command line is wrong",
           "  3  import-jet made the database, or check found it sound, but with warnings"})
         PrintLine(QString::fromLatin1(line));
     return success;
