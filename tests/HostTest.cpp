@@ -199,8 +199,12 @@ void HostTest::hosts()
     QFETCH(QStringList, command);
     QFETCH(QStringList, output);
     QFETCH(QStringList, errors);
-    const bool hostCloses = command.contains(u"reentrant"_s) || command[1].endsWith(u"while-open");
-    Check(Run(command, hostCloses ? QStringList(u"HOST_DRIVER"_s) : QStringList()), output, errors);
+    QStringList changes;
+    if (command.contains(u"reentrant"_s) || command[1].endsWith(u"while-open")) // the host closes it
+        changes << u"HOST_DRIVER"_s;
+    if (command.contains(u"kept-object"_s)) // the toolkit keeps statements that are released so late
+        changes << u"ASAN_OPTIONS=detect_leaks=0"_s;
+    Check(Run(command, changes), output, errors);
 }
 
 void HostTest::displays_data()
