@@ -187,7 +187,7 @@ void DirDbTest::everyCommandRuns()
     QVERIFY(QFile::copy(mSample, fileName));
     const EngineStatement statement = TranslateStoredSql(QString::fromLatin1(CatalogEntry(id).sql));
     Connection connection;
-    connection.SetConnectionString(ConnectionTo(fileName));
+    connection.SetConnectionString(ConnectionStringFor(fileName));
     Command command(connection, u"the command"_s, statement.text, static_cast<int>(statement.parameters.size()));
     const QStringList parts = values.split(u',');
     QCOMPARE(CatalogEntry(id).recordset ? static_cast<int>(command.Open(parts).RecordCount()) : command.Execute(parts),
@@ -206,7 +206,7 @@ void DirDbTest::everyCommandUsesTheKey()
     QFETCH(int, keyColumns);
     const EngineStatement statement = TranslateStoredSql(QString::fromLatin1(CatalogEntry(id).sql));
     Connection connection;
-    connection.SetConnectionString(ConnectionTo(mSample));
+    connection.SetConnectionString(ConnectionStringFor(mSample));
     Command plan(connection, u"the plan"_s, u"EXPLAIN QUERY PLAN "_s + statement.text,
                  static_cast<int>(statement.parameters.size()));
     const Recordset steps = plan.Open(values.split(u','));

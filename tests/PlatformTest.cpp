@@ -83,7 +83,7 @@ QString FlatValues(QString text)
 
 void Use(Connection& connection, const QString& fileName)
 {
-    connection.SetConnectionString(u"Provider=Microsoft.Jet.OLEDB.4.0;Data Source="_s + fileName);
+    connection.SetConnectionString(ConnectionStringFor(fileName));
     connection.SetLockTimeout(50);
 }
 

@@ -7,7 +7,7 @@ namespace qor {
 
 void NameDatabase(Connection& connection, const QString& fileName)
 {
-    connection.SetConnectionString(u"Provider=Microsoft.Jet.OLEDB.4.0;Data Source="_s + fileName);
+    connection.SetConnectionString(ConnectionStringFor(fileName));
 }
 
 Recordset Query(Connection& connection, const QString& text, const QStringList& values)

@@ -1,5 +1,6 @@
 #include "store/KELDARPlusFilesAndFolders.h"
 
+#include "platform/data/Connection.h"
 #include "platform/runtime/RuntimeError.h"
 #include "platform/shell/SpecialFolders.h"
 
@@ -115,7 +116,7 @@ QString GetMiscFolder()
 
 QString GetConnectionString()
 {
-    return u"Provider=Microsoft.Jet.OLEDB.4.0;Data Source="_s + GetDatabaseFolder() + u"NewDB.mdb"_s;
+    return ConnectionStringFor(GetDatabaseFolder() + u"NewDB.mdb"_s);
 }
 
 } // namespace qor

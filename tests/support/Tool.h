@@ -26,16 +26,11 @@ inline Outcome RunProgram(const QString& program, const QStringList& arguments)
             QString::fromUtf8(process.readAllStandardError())};
 }
 
-inline QString ConnectionTo(const QString& fileName)
-{
-    return u"Provider=Microsoft.Jet.OLEDB.4.0;Data Source="_s + fileName;
-}
-
 /// The first column of every row; a null text for Null.
 inline QStringList Query(const QString& fileName, const QString& text)
 {
     Connection connection;
-    connection.SetConnectionString(ConnectionTo(fileName));
+    connection.SetConnectionString(ConnectionStringFor(fileName));
     QStringList values;
     for (Recordset rows = Command(connection, text, text, 0).Open({}); !rows.EndOfFile(); rows.MoveNext())
         values << rows.Field(0).toString();

@@ -4,7 +4,6 @@
 #include "platform/com/ComObject.h"
 #include "platform/runtime/Text.h"
 
-#include <optional>
 #include <span>
 
 namespace qor {

@@ -21,8 +21,12 @@ struct Provider
     const char* driver;
 };
 
+constexpr QLatin1String jetProvider("Microsoft.Jet.OLEDB.4.0");
+constexpr QLatin1String providerKey("Provider=");
+constexpr QLatin1String sourceKey(";Data Source=");
+
 constexpr std::array providers{
-    Provider{QLatin1String("Microsoft.Jet.OLEDB.4.0"), "QSQLITE"},
+    Provider{jetProvider, "QSQLITE"},
 };
 
 QString DriverFor(const QString& providerName)
@@ -33,8 +37,7 @@ QString DriverFor(const QString& providerName)
     }
     throw RuntimeError(
         ErrorNumber::Provider,
-        u"The provider \"%1\" is not known. The connection string must name Microsoft.Jet.OLEDB.4.0."_s.arg(
-            providerName));
+        u"The provider \"%1\" is not known. The connection string must name %2."_s.arg(providerName, jetProvider));
 }
 
 struct ConnectionParts
@@ -45,8 +48,6 @@ struct ConnectionParts
 
 ConnectionParts Split(const QString& connectionString)
 {
-    const QString providerKey = u"Provider="_s;
-    const QString sourceKey = u";Data Source="_s;
     const qsizetype source = connectionString.indexOf(sourceKey);
     if (!connectionString.startsWith(providerKey) || source < 0) {
         throw RuntimeError(ErrorNumber::Provider,
@@ -69,6 +70,11 @@ std::optional<RuntimeError> OpenError(QSqlDatabase& database, const QString& fil
 }
 
 } // namespace
+
+QString ConnectionStringFor(const QString& fileName)
+{
+    return providerKey + jetProvider + sourceKey + fileName;
+}
 
 QString NewConnectionName()
 {

@@ -7,6 +7,9 @@
 
 namespace qor {
 
+/// "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" and the file name.
+QString ConnectionStringFor(const QString& fileName);
+
 class Connection
 {
 public:

@@ -1,7 +1,6 @@
 #include "platform/ui/Display.h"
 
 #include <array>
-#include <cerrno>
 #include <QFileInfo>
 #include <QLibraryInfo>
 #include <sys/socket.h>
