@@ -397,6 +397,12 @@ private Q_SLOTS:
         BoxScript script{{u"<b>1 & 2</b>\n\nthree"_s, u"Title"_s, icon, press}};
         QTEST(static_cast<int>(MsgBox(u"<b>1 & 2</b>\r\n\r\nthree"_s, style, u"Title"_s)), "answer");
     }
+
+    void messageBoxThatNobodyAnswers()
+    {
+        QTimer::singleShot(10, [] { qobject_cast<QDialog*>(QApplication::activeModalWidget())->done(0); });
+        QCOMPARE(MsgBox(u"Save?"_s, MsgBoxStyle::YesNoCancel, u"Title"_s), MsgBoxAnswer::Cancel);
+    }
 };
 
 QTEST_MAIN(ControlsTest)
