@@ -115,7 +115,7 @@ void Collect(QStringList& reasons, Step step)
 CheckResult CheckDatabase(const QString& fileName)
 {
     Connection connection;
-    NameDatabase(connection, fileName);
+    connection.SetConnectionString(ConnectionStringFor(fileName));
     connection.Open();
     CheckResult result;
     Collect(result.reasons, [&] { return IntegrityReasons(connection); });

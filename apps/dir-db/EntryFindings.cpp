@@ -118,7 +118,7 @@ Finding DuplicatePrompts(const std::vector<ShownEntry>& entries)
     return finding;
 }
 
-Finding MarkedRows(const std::vector<ShownEntry>& entries)
+Finding RefusedEntries(const std::vector<ShownEntry>& entries)
 {
     Finding finding{.kind = u"entries that the editor refuses to save"_s, .places = {}};
     for (const ShownEntry& entry : entries) {
@@ -149,7 +149,7 @@ Finding FindMissingMessages(Connection& connection)
 Findings FindInEntries(Connection& connection)
 {
     const std::vector<ShownEntry> entries = ReadEntries(connection);
-    return {MissingMessages(entries, ReadMessages(connection)), DuplicatePrompts(entries), MarkedRows(entries),
+    return {MissingMessages(entries, ReadMessages(connection)), DuplicatePrompts(entries), RefusedEntries(entries),
             ReplacedValues(entries)};
 }
 

@@ -1,6 +1,7 @@
 #include "NewDatabase.h"
 
 #include "platform/data/Command.h"
+#include "platform/data/Connection.h"
 #include "platform/data/DatabaseFile.h"
 #include "platform/runtime/RuntimeError.h"
 #include "Query.h"
@@ -33,7 +34,7 @@ void Build(const QString& fileName, const FillDatabase& fill)
 {
     CreateDatabaseFile(fileName);
     Connection connection;
-    NameDatabase(connection, fileName);
+    connection.SetConnectionString(ConnectionStringFor(fileName));
     RunStatement(connection, u"BEGIN"_s);
     for (const SchemaTable& table : Schema())
         RunStatement(connection, CreateTableText(table));

@@ -1,14 +1,8 @@
 #include "Query.h"
 
 #include "platform/data/Command.h"
-#include "platform/data/Connection.h"
 
 namespace qor {
-
-void NameDatabase(Connection& connection, const QString& fileName)
-{
-    connection.SetConnectionString(ConnectionStringFor(fileName));
-}
 
 Recordset Query(Connection& connection, const QString& text, const QStringList& values)
 {

@@ -7,9 +7,6 @@ namespace qor {
 
 class Connection;
 
-/// Names the file to a connection that is not open.
-void NameDatabase(Connection& connection, const QString& fileName);
-
 /// text: with ?1, ?2, ... for the values.
 Recordset Query(Connection& connection, const QString& text, const QStringList& values = {});
 

@@ -156,7 +156,7 @@ void PrintNode(Recordset& rows, const QList<ShownColumn>& columns)
 void ShowPartition(const QString& fileName, const ShowRequest& request)
 {
     Connection connection;
-    NameDatabase(connection, fileName);
+    connection.SetConnectionString(ConnectionStringFor(fileName));
     const QList<ShownColumn> columns = ChosenColumns(request.withPasswords);
     Recordset rows = ReadRows(connection, request, columns);
     if (request.asCsv) {

@@ -4,6 +4,8 @@
 
 #include "store/DataBase.h"
 
+#include <optional>
+
 namespace qor {
 
 class EditorForm;

@@ -44,9 +44,10 @@ qint16 BusinessRules::GetNextAvailableMSGNODENUMBER(EditorForm& form, bool reset
         const int highest = form.cmbPromptNumber->List(count - 1).toInt();
         mLastMSGNodeNumber = mLastMSGNodeNumber == highest ? 1 : mLastMSGNodeNumber + 1;
         const auto read = used ? std::nullopt : UsedMessageNodeNumbers(form);
-        if (!used && !read)
+        const MessageNodeNumbers* numbers = read ? &*read : used;
+        if (!numbers)
             return 0;
-        const int free = FirstFreeNumber(used ? *used : *read, mLastMSGNodeNumber, highest);
+        const int free = FirstFreeNumber(*numbers, mLastMSGNodeNumber, highest);
         if (free > 0)
             mLastMSGNodeNumber = free;
         return static_cast<qint16>(free);

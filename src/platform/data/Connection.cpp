@@ -97,7 +97,7 @@ Connection::~Connection()
 
 bool Connection::IsOpen() const
 {
-    return mEngine && mEngine->IsAlive();
+    return mEngine && !mEngine->driver.isNull();
 }
 
 void Connection::Open()

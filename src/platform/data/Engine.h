@@ -15,10 +15,9 @@ struct Connection::Engine
 {
     QString name; ///< of the connection in Qt's table of connections
     QString fileName;
-    QPointer<QSqlDriver> driver;
-    bool logIsOnDisk = false; ///< the write-ahead log's entry in its folder has been synced
+    QPointer<QSqlDriver> driver; ///< null once the toolkit has dropped the connection
+    bool logIsOnDisk = false;    ///< the write-ahead log's entry in its folder has been synced
 
-    bool IsAlive() const { return !driver.isNull(); }
     QSqlDatabase Database() const { return QSqlDatabase::database(name, false); }
 };
 

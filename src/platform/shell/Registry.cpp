@@ -126,7 +126,10 @@ std::optional<QString> ChangeClassKeys(const QStringList& remove, const QList<Re
     if (!add.isEmpty())
         QDir().mkpath(QFileInfo(RegistryFileName()).absolutePath());
     QLockFile lock(RegistryFileName() + u".lock"_s);
-    lock.lock(); // where there can be none the write below says why
+    constexpr int patience = 10'000; // ms
+    // Where there can be no lock the write below says why.
+    if (!lock.tryLock(patience) && lock.error() == QLockFile::LockFailedError)
+        return u"The registry file %1 is being changed by another program. Try again."_s.arg(RegistryFileName());
     const RegistryBytes before = ReadRegistryFile();
     if (!before.error.isEmpty()) {
         return u"The registry file %1 cannot be read: %2. It was left as it is."_s.arg(RegistryFileName(),
