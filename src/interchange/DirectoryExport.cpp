@@ -5,10 +5,10 @@
 #include "interchange/DelimitedWriter.h"
 #include "interchange/SelectFilename.h"
 #include "platform/runtime/ErrorReport.h"
-#include "platform/shell/SafeFile.h"
+#include "platform/shell/ReplaceFile.h"
 #include "platform/ui/MsgBox.h"
 
-#include <QSaveFile>
+#include <QBuffer>
 
 namespace qor {
 
@@ -52,17 +52,14 @@ std::vector<int> DirectoryExport::WriteFile(const QString& fileName)
 {
     const BusyForm busy(mForm);
     mForm.StatusBar1->SetPanelText(u"Saving entries... Please wait."_s);
-    QSaveFile file(fileName);
-    const auto skipped = file.open(QIODevice::WriteOnly) ? WriteDirectory(*mForm.LVDirectory, file) : std::nullopt;
-    if (!skipped || !CommitFile(file)) {
-        throw RuntimeError(
-            ErrorNumber::Provider,
-            u"%1 cannot be written: %2. Choose another folder or free some space."_s.arg(fileName, file.errorString()));
-    }
-    for (const int row : *skipped)
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    std::vector<int> skipped = WriteDirectory(*mForm.LVDirectory, buffer).value();
+    ReplaceFile(fileName, buffer.data());
+    for (const int row : skipped)
         PaintRow(*mForm.LVDirectory, row, invalidRowColour);
     mForm.StatusBar1->SetPanelText(QString());
-    return *skipped;
+    return skipped;
 }
 
 } // namespace qor

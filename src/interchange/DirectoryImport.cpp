@@ -7,7 +7,7 @@
 #include "interchange/SelectFilename.h"
 #include "platform/runtime/DateText.h"
 #include "platform/runtime/ErrorReport.h"
-#include "platform/shell/SafeFile.h"
+#include "platform/shell/ReplaceFile.h"
 #include "platform/ui/MsgBox.h"
 #include "platform/ui/Screen.h"
 #include "rules/BusinessRules.h"
@@ -17,7 +17,6 @@
 #include <QDate>
 #include <QDir>
 #include <QFileInfo>
-#include <QSaveFile>
 
 namespace qor {
 
@@ -103,17 +102,17 @@ void ReadEntries(EditorForm& form, BusinessRules& rules, QIODevice& device, Impo
     }
 }
 
-/// The report replaces the one before it in one step. Failing to write it is not told.
+/// The report replaces the one before it.
 void WriteReportFile(const QString& errorList)
 {
     QDir().mkpath(GetMiscFolder());
-    QSaveFile file(GetMiscFolder() + u"DIRNodeError.txt"_s);
-    if (!file.open(QIODevice::WriteOnly))
-        return;
     const QString record = ShortDateText(QDate::currentDate()) + lineBreak + u"============================"_s +
                            lineBreak + errorList + lineBreak + lineBreak;
-    file.write(record.toUtf8());
-    CommitFile(file);
+    try {
+        ReplaceFile(GetMiscFolder() + u"DIRNodeError.txt"_s, record.toUtf8());
+    } catch (const RuntimeError&) {
+        // Not told: the message box has shown the same text.
+    }
 }
 
 } // namespace

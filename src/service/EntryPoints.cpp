@@ -5,6 +5,7 @@
 #include "service/BusinessRulesObject.h"
 
 #include <cstdio>
+#include <functional>
 #include <QFileInfo>
 
 namespace qor {
@@ -16,6 +17,30 @@ int locks = 0;
 QString ProgramId()
 {
     return u"QOR_DIR_NODE.BusinessRules"_s;
+}
+
+/// Does what an entry point is for. An exception becomes one sentence on standard error and the result `failure`.
+template <typename Body>
+HRESULT Answer(HRESULT failure, Body&& body)
+{
+    try {
+        return std::invoke(std::forward<Body>(body));
+    } catch (...) {
+        std::fprintf(stderr, "QOR_DIR_NODE: %s\n", qUtf8Printable(CurrentRuntimeError().Description()));
+        return failure;
+    }
+}
+
+/// A new object's interface; the object goes again when it does not offer it.
+template <typename Object>
+HRESULT Make(const IID& iid, void** object)
+{
+    return Answer(E_FAIL, [&] {
+        auto* made = new Object;
+        const HRESULT outcome = made->QueryInterface(iid, object);
+        made->Release();
+        return outcome;
+    });
 }
 
 class BusinessRulesFactory final : public ComObject<IClassFactory>
@@ -30,16 +55,7 @@ public:
         *object = nullptr;
         if (outer)
             return CLASS_E_NOAGGREGATION;
-        try {
-            auto* instance = new BusinessRulesObject;
-            const HRESULT outcome = instance->QueryInterface(iid, object);
-            instance->Release();
-            return outcome;
-        } catch (...) {
-            std::fprintf(stderr, "QOR_DIR_NODE: the class cannot be made: %s\n",
-                         qUtf8Printable(CurrentRuntimeError().Description()));
-            return E_FAIL;
-        }
+        return Make<BusinessRulesObject>(iid, object);
     }
 
     HRESULT LockServer(std::int32_t lock) override
@@ -55,36 +71,29 @@ public:
     }
 };
 
-/// Nothing for a file that was replaced or removed since it was loaded.
-QString ExistingFile(const QString& path)
+/// Whether the address lies in the range at the start of a line of the process's mappings.
+bool IsMapped(const QByteArray& line, quintptr address)
 {
-    return QFileInfo(path).isFile() ? path : QString();
+    const QByteArray range = line.left(line.indexOf(' '));
+    const quintptr start = range.left(range.indexOf('-')).toULongLong(nullptr, 16);
+    const quintptr end = range.mid(range.indexOf('-') + 1).toULongLong(nullptr, 16);
+    return start <= address && address < end;
 }
 
 /// The absolute path of the library that this code was loaded from. The loader remembers the path as the host gave it,
-/// which may be relative to a folder that the host has left since; the kernel knows the file.
+/// which may be relative to a folder that the host has left since; the kernel knows the file. Raises RuntimeError for a
+/// file that was replaced or removed since it was loaded.
 QString OwnLibraryPath()
 {
     const auto own = reinterpret_cast<quintptr>(&OwnLibraryPath);
     QFile maps(u"/proc/self/maps"_s);
-    if (!maps.open(QIODevice::ReadOnly))
-        return {};
-    for (QByteArray line = maps.readLine(); !line.isEmpty(); line = maps.readLine()) {
-        const QByteArray range = line.left(line.indexOf(' '));
-        const quintptr start = range.left(range.indexOf('-')).toULongLong(nullptr, 16);
-        const quintptr end = range.mid(range.indexOf('-') + 1).toULongLong(nullptr, 16);
-        if (start <= own && own < end)
-            return ExistingFile(QString::fromLocal8Bit(line.mid(line.indexOf('/')).trimmed()));
-    }
-    return {};
-}
-
-HRESULT Outcome(const std::optional<QString>& problem)
-{
-    if (!problem)
-        return S_OK;
-    std::fprintf(stderr, "QOR_DIR_NODE: %s\n", qUtf8Printable(*problem));
-    return SELFREG_E_CLASS;
+    QByteArray line = maps.open(QIODevice::ReadOnly) ? maps.readLine() : QByteArray();
+    while (!line.isEmpty() && !IsMapped(line, own))
+        line = maps.readLine();
+    QString path = QString::fromLocal8Bit(line.mid(line.indexOf('/')).trimmed());
+    if (!QFileInfo(path).isFile())
+        throw RuntimeError(ErrorNumber::FileAccess, u"The library's own path cannot be found. Install it again."_s);
+    return path;
 }
 
 } // namespace
@@ -98,14 +107,7 @@ HRESULT DllGetClassObject(const CLSID& clsid, const IID& iid, void** object)
     *object = nullptr;
     if (clsid != CLSID_BusinessRules)
         return CLASS_E_CLASSNOTAVAILABLE;
-    try {
-        auto* factory = new qor::BusinessRulesFactory;
-        const HRESULT outcome = factory->QueryInterface(iid, object);
-        factory->Release();
-        return outcome;
-    } catch (...) {
-        return E_FAIL;
-    }
+    return qor::Make<qor::BusinessRulesFactory>(iid, object);
 }
 
 HRESULT DllCanUnloadNow()
@@ -115,21 +117,16 @@ HRESULT DllCanUnloadNow()
 
 HRESULT DllRegisterServer()
 {
-    try {
-        const QString path = qor::OwnLibraryPath();
-        if (path.isEmpty())
-            return qor::Outcome(QStringLiteral("The library's own path cannot be found. Install it again."));
-        return qor::Outcome(qor::RegisterClass({CLSID_BusinessRules, qor::ProgramId(), path}));
-    } catch (...) {
-        return SELFREG_E_CLASS;
-    }
+    return qor::Answer(SELFREG_E_CLASS, [] {
+        qor::RegisterClass({CLSID_BusinessRules, qor::ProgramId(), qor::OwnLibraryPath()});
+        return S_OK;
+    });
 }
 
 HRESULT DllUnregisterServer()
 {
-    try {
-        return qor::Outcome(qor::UnregisterClass(CLSID_BusinessRules, qor::ProgramId()));
-    } catch (...) {
-        return SELFREG_E_CLASS;
-    }
+    return qor::Answer(SELFREG_E_CLASS, [] {
+        qor::UnregisterClass(CLSID_BusinessRules, qor::ProgramId());
+        return S_OK;
+    });
 }

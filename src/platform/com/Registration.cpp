@@ -24,10 +24,10 @@ QString GuidText(const GUID& guid)
         .toUpper();
 }
 
-std::optional<QString> RegisterClass(const RegisteredClass& registered)
+void RegisterClass(const RegisteredClass& registered)
 {
     const QString key = ClassKey(registered.clsid);
-    return ChangeClassKeys(
+    ChangeClassKeys(
         {registered.programId, key},
         {
             {registered.programId, {{QString(), registered.programId}}},
@@ -38,9 +38,9 @@ std::optional<QString> RegisterClass(const RegisteredClass& registered)
         });
 }
 
-std::optional<QString> UnregisterClass(const CLSID& clsid, const QString& programId)
+void UnregisterClass(const CLSID& clsid, const QString& programId)
 {
-    return ChangeClassKeys({programId, ClassKey(clsid)}, {});
+    ChangeClassKeys({programId, ClassKey(clsid)}, {});
 }
 
 } // namespace qor

@@ -4,8 +4,6 @@
 #include "platform/runtime/Text.h"
 #include "QOR_Component.h"
 
-#include <optional>
-
 namespace qor {
 
 struct RegisteredClass
@@ -18,8 +16,8 @@ struct RegisteredClass
 /// "{6E2B8C41-93D7-...}", in upper case.
 QString GuidText(const GUID& guid);
 
-/// Both answer with a sentence when the registry file could not be changed, else nothing.
-std::optional<QString> RegisterClass(const RegisteredClass& registered);
-std::optional<QString> UnregisterClass(const CLSID& clsid, const QString& programId);
+/// Both raise RuntimeError when the registry file cannot be changed.
+void RegisterClass(const RegisteredClass& registered);
+void UnregisterClass(const CLSID& clsid, const QString& programId);
 
 } // namespace qor

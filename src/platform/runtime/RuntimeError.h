@@ -14,8 +14,11 @@ enum class ErrorNumber : int {
     SubscriptOutOfRange = 9,
     TypeMismatch = 13,
     InternalError = 51,
+    DeviceIO = 57, ///< a file that cannot be read to its end
     InputPastEnd = 62,
+    FileAccess = 75, ///< a file that cannot be opened or written
     ObjectNotSet = 91,
+    InvalidFileFormat = 321,
     KeyNotUnique = 457,
     CannotCreateObject = 429,
     UnsupportedValueType = 1001,

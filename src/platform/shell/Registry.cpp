@@ -1,11 +1,11 @@
 #include "platform/shell/Registry.h"
 
-#include "platform/shell/SafeFile.h"
+#include "platform/runtime/RuntimeError.h"
+#include "platform/shell/ReplaceFile.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QLockFile>
-#include <QSaveFile>
 #include <QStringEncoder>
 #include <QtGlobal>
 
@@ -20,21 +20,34 @@ QString RootName(RegistryRoot root)
     return root == RegistryRoot::ClassesRoot ? u"HKEY_CLASSES_ROOT"_s : u"HKEY_LOCAL_MACHINE"_s;
 }
 
-struct RegistryBytes
+/// problem: the sentence behind the name of the file.
+[[noreturn]] void Fail(const QString& problem)
 {
-    QByteArray bytes;
-    QString error; ///< why an existing file could not be read
-};
+    throw RuntimeError(ErrorNumber::FileAccess, u"The registry file %1 %2"_s.arg(RegistryFileName(), problem));
+}
 
-RegistryBytes ReadRegistryFile()
+/// Nothing where there is no file.
+QByteArray ReadRegistryFile()
 {
     QFile file(RegistryFileName());
     if (!file.exists())
         return {};
-    if (!file.open(QIODevice::ReadOnly))
-        return {{}, file.errorString()};
-    const QByteArray bytes = file.readAll();
-    return {bytes, file.error() == QFileDevice::NoError ? QString() : file.errorString()};
+    QByteArray bytes;
+    if (file.open(QIODevice::ReadOnly))
+        bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError)
+        Fail(u"cannot be read: %1. It was left as it is."_s.arg(file.errorString()));
+    return bytes;
+}
+
+/// No values where the file cannot be read.
+RegistryValues ReadRegistry()
+{
+    try {
+        return ParseRegistryText(DecodeRegistryText(ReadRegistryFile()));
+    } catch (const RuntimeError&) {
+        return {};
+    }
 }
 
 QString Escaped(QString text)
@@ -80,22 +93,19 @@ QString EntryText(const RegistryEntry& entry)
 }
 
 /// Writes in the encoding that the file had before, with its mark where it had one.
-std::optional<QString> WriteRegistryFile(const QString& text, const QByteArray& before)
+void WriteRegistryFile(const QString& text, const QByteArray& before)
 {
     const bool hasMark = QStringConverter::encodingForData(before).has_value();
     QStringEncoder encode(RegistryEncoding(before),
                           hasMark ? QStringEncoder::Flag::WriteBom : QStringEncoder::Flag::Default);
     const QByteArray bytes = encode(text);
-    const QString fileName = RegistryFileName();
     if (encode.hasError())
-        return u"The registry file %1 cannot be written: its encoding lacks a character. Save it as UTF-8."_s.arg(
-            fileName);
-    QSaveFile file(fileName);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !CommitFile(file)) {
-        return u"The registry file %1 cannot be written: %2. Check the folder's permissions."_s.arg(
-            QDir::toNativeSeparators(fileName), file.errorString());
+        Fail(u"cannot be written: its encoding lacks a character. Save it as UTF-8."_s);
+    try {
+        ReplaceFile(RegistryFileName(), bytes);
+    } catch (const RuntimeError& error) {
+        throw RuntimeError(error.Number(), u"The registry file "_s + error.Description());
     }
-    return std::nullopt;
 }
 
 } // namespace
@@ -108,7 +118,7 @@ QString RegistryFileName()
 
 std::optional<RegistryKey> RegistryKey::Open(RegistryRoot root, const QString& path)
 {
-    const RegistryValues values = ParseRegistryText(DecodeRegistryText(ReadRegistryFile().bytes));
+    const RegistryValues values = ReadRegistry();
     const auto key = values.constFind((RootName(root) + u'\\' + path).toLower());
     if (key == values.constEnd())
         return std::nullopt;
@@ -121,7 +131,7 @@ std::optional<RegistryValue> RegistryKey::Query(const QString& name) const
     return value == mValues.constEnd() ? std::nullopt : std::optional(*value);
 }
 
-std::optional<QString> ChangeClassKeys(const QStringList& remove, const QList<RegistryEntry>& add)
+void ChangeClassKeys(const QStringList& remove, const QList<RegistryEntry>& add)
 {
     if (!add.isEmpty())
         QDir().mkpath(QFileInfo(RegistryFileName()).absolutePath());
@@ -129,17 +139,13 @@ std::optional<QString> ChangeClassKeys(const QStringList& remove, const QList<Re
     constexpr int patience = 10'000; // ms
     // Where there can be no lock the write below says why.
     if (!lock.tryLock(patience) && lock.error() == QLockFile::LockFailedError)
-        return u"The registry file %1 is being changed by another program. Try again."_s.arg(RegistryFileName());
-    const RegistryBytes before = ReadRegistryFile();
-    if (!before.error.isEmpty()) {
-        return u"The registry file %1 cannot be read: %2. It was left as it is."_s.arg(RegistryFileName(),
-                                                                                       before.error);
-    }
+        Fail(u"is being changed by another program. Try again."_s);
+    const QByteArray before = ReadRegistryFile();
     QStringList keys;
     for (const QString& path : remove)
         keys << RootName(RegistryRoot::ClassesRoot) + u'\\' + path;
 
-    const QString old = DecodeRegistryText(before.bytes);
+    const QString old = DecodeRegistryText(before);
     QString text = WithoutKeys(old, keys);
     if (!add.isEmpty()) {
         if (text.isEmpty())
@@ -149,7 +155,8 @@ std::optional<QString> ChangeClassKeys(const QStringList& remove, const QList<Re
         for (const RegistryEntry& entry : add)
             text += EntryText(entry);
     }
-    return text == old ? std::nullopt : WriteRegistryFile(text, before.bytes);
+    if (text != old)
+        WriteRegistryFile(text, before);
 }
 
 } // namespace qor

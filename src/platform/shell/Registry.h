@@ -36,7 +36,7 @@ struct RegistryEntry
 };
 
 /// Replaces the keys of HKEY_CLASSES_ROOT named in `remove`, with everything below them, by `add`. All other
-/// lines of the file stay as they are; the file changes in one step. The sentence says why it could not.
-std::optional<QString> ChangeClassKeys(const QStringList& remove, const QList<RegistryEntry>& add);
+/// lines of the file stay as they are; the file changes in one step. Raises RuntimeError when it cannot be changed.
+void ChangeClassKeys(const QStringList& remove, const QList<RegistryEntry>& add);
 
 } // namespace qor
