@@ -53,8 +53,9 @@ extern "C" {
 QOR_EXPORT HRESULT DllGetClassObject(const CLSID& clsid, const IID& iid, void** object);
 /// S_OK when no object, factory or lock of this library is in use, else S_FALSE.
 QOR_EXPORT HRESULT DllCanUnloadNow();
-/// Writes the class into the registry file: identifier, class, and the path of this library.
-/// SELFREG_E_CLASS when the file cannot be written; the reason goes to standard error.
+/// Writes the class into the registry file: identifier, class, and the path of this library, by the name that updates
+/// of the same major version keep where the library has it. SELFREG_E_CLASS when the file cannot be written; the reason
+/// goes to standard error.
 QOR_EXPORT HRESULT DllRegisterServer();
 /// Takes out what DllRegisterServer wrote, and nothing else; S_OK also when nothing was there. SELFREG_E_CLASS when
 /// the file cannot be read or written; the reason goes to standard error.

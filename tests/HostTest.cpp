@@ -6,6 +6,7 @@
 
 #include <QDir>
 #include <QProcess>
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace qor;
@@ -317,21 +318,29 @@ void HostTest::exportsItsEntryPointsOnly()
 void HostTest::registration_data()
 {
     QTest::addColumn<QString>("loadedAs");
-    QTest::newRow("absolute path") << library;
-    QTest::newRow("relative path") << u"./"_s + QFileInfo(library).fileName();
+    QTest::addColumn<QString>("registered");
+    // An update puts another file behind this name.
+    const QString lasting = QFileInfo(library).canonicalPath() + u'/' + QStringLiteral(LIBRARY_SONAME);
+    static const QTemporaryDir folder;
+    const QString copy = QFileInfo(folder.path()).canonicalFilePath() + u"/copy.so"_s;
+    QTest::newRow("absolute path") << library << lasting;
+    QTest::newRow("relative path") << u"./"_s + QFileInfo(library).fileName() << lasting;
+    QTest::newRow("copy beside another version") << copy << copy;
+    QFile::copy(library, copy);
+    WriteFile(folder.filePath(QStringLiteral(LIBRARY_SONAME)), "another version");
 }
 
 void HostTest::registration()
 {
     QFETCH(QString, loadedAs);
+    QFETCH(QString, registered);
     const QString classKey = u"[HKEY_CLASSES_ROOT\\CLSID\\{6E2B8C41-93D7-4F0A-A51C-7B40D2E8369F}"_s;
     const QByteArray before =
         u"Windows Registry Editor Version 5.00\r\n\r\n[HKEY_CLASSES_ROOT\\Other.Rules]\n@=\"kept\"\n"
         "damaged \"[\r\n%1-]\r\n\"x\"=hex:1,\\\r\n 2\r\n\r\n"
         "[HKEY_LOCAL_MACHINE\\QOR_DIR_NODE.BusinessRules]\r\n@=dword:zz\r\n\r\n"_s.arg(classKey)
             .toUtf8();
-    const QByteArray entry =
-        u"%1\\InprocServer32]\r\n@=\"%2\"\r\n"_s.arg(classKey, QFileInfo(library).canonicalFilePath()).toUtf8();
+    const QByteArray entry = u"%1\\InprocServer32]\r\n@=\"%2\"\r\n"_s.arg(classKey, registered).toUtf8();
     const QString fileName = qEnvironmentVariable("KELDAR_REGISTRY");
     WriteFile(fileName, before);
     const auto run = [&](const QString& scenario, const QStringList& changes = {}) {
@@ -339,9 +348,9 @@ void HostTest::registration()
     };
     for (int i = 0; i < 2; ++i) {
         Check(run(u"register"_s), {u"REGISTER 00000000"_s});
-        const QByteArray registered = ReadFile(fileName);
-        QVERIFY2(registered.startsWith(before) && registered.count(entry) == 1, registered);
-        QCOMPARE(registered.count("[HKEY_CLASSES_ROOT\\QOR_DIR_NODE.BusinessRules]"), 1);
+        const QByteArray after = ReadFile(fileName);
+        QVERIFY2(after.startsWith(before) && after.count(entry) == 1, after);
+        QCOMPARE(after.count("[HKEY_CLASSES_ROOT\\QOR_DIR_NODE.BusinessRules]"), 1);
     }
     for (int i = 0; i < 2; ++i) {
         Check(run(u"unregister"_s), {u"UNREGISTER 00000000"_s});

@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <functional>
+#include <QDir>
 #include <QFileInfo>
 
 namespace qor {
@@ -96,6 +97,14 @@ QString OwnLibraryPath()
     return path;
 }
 
+/// The path to register: the name that an update of the same major version keeps, where it leads to the same file.
+QString LastingPath(const QString& library)
+{
+    const QString lasting = QFileInfo(library).dir().filePath(QStringLiteral(LIBRARY_SONAME));
+    const bool isSameFile = QFileInfo(lasting).canonicalFilePath() == QFileInfo(library).canonicalFilePath();
+    return isSameFile ? lasting : library;
+}
+
 } // namespace
 
 } // namespace qor
@@ -118,7 +127,7 @@ HRESULT DllCanUnloadNow()
 HRESULT DllRegisterServer()
 {
     return qor::Answer(SELFREG_E_CLASS, [] {
-        qor::RegisterClass({CLSID_BusinessRules, qor::ProgramId(), qor::OwnLibraryPath()});
+        qor::RegisterClass({CLSID_BusinessRules, qor::ProgramId(), qor::LastingPath(qor::OwnLibraryPath())});
         return S_OK;
     });
 }
