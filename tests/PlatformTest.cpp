@@ -1,4 +1,5 @@
 // The lowest floor: numbers, error reports, registry and database as the floors above rely on them.
+#include "platform/com/Component.h"
 #include "platform/data/Command.h"
 #include "platform/data/Connection.h"
 #include "platform/data/DatabaseFile.h"
@@ -16,6 +17,7 @@
 #include <QStringEncoder>
 #include <QTemporaryDir>
 #include <QTest>
+#include <sys/inotify.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -238,9 +240,11 @@ private Q_SLOTS:
         WriteFile(mFile, before);
         const RegistryEntry entry{u"CLSID\\{A}"_s, {{u""_s, u"C:\\a \"b\""_s}, {u"n"_s, u"\u00e4"_s}}};
         ChangeClassKeys({entry.path}, {entry});
-        const auto key = RegistryKey::Open(RegistryRoot::ClassesRoot, u"clsid\\{a}"_s);
-        QCOMPARE(key.value().Query(u""_s).value().data, QByteArray("C:\\a \"b\"\0", 9));
-        QCOMPARE(key.value().Query(u"N"_s).value().data, QByteArray("\xC3\xA4\0", 3));
+        const auto data = [](const QString& name) {
+            return Registry().Query(RegistryRoot::ClassesRoot, u"clsid\\{a}"_s, name).value().data;
+        };
+        QCOMPARE(data({}), QByteArray("C:\\a \"b\"\0", 9));
+        QCOMPARE(data(u"N"_s), QByteArray("\xC3\xA4\0", 3));
         ChangeClassKeys({entry.path}, {});
         QCOMPARE(ReadFile(mFile), before);
     }
@@ -273,6 +277,18 @@ private Q_SLOTS:
             QSKIP("cannot become an ordinary user");
         QVERIFY(sentence.contains(mFile + u" cannot be written"_s));
         QCOMPARE(ReadFile(mFile), "[HKEY_CLASSES_ROOT\\R]\n");
+    }
+
+    void registryIsReadOnceForAnObject()
+    {
+        WriteFile(mFile, "[HKEY_CLASSES_ROOT\\P\\Clsid]\n@=\"{C}\"\n"
+                         "[HKEY_CLASSES_ROOT\\CLSID\\{C}\\InprocServer32]\n@=\"/none.so\"\n");
+        const int watch = inotify_init1(IN_NONBLOCK);
+        const auto guard = qScopeGuard([watch] { close(watch); });
+        inotify_add_watch(watch, QFile::encodeName(mFile), IN_OPEN | IN_CLOSE);
+        QVERIFY(RaisedBy([] { CreateObject(u"P"_s); }).contains(u"/none.so does not exist"_s));
+        std::array<inotify_event, 9> events;
+        QCOMPARE(read(watch, events.data(), sizeof events) / ssize_t(sizeof(inotify_event)), 2); // opened, closed
     }
 
     void commandsAndRecordsets()

@@ -59,8 +59,7 @@ QString GetSpecialFolderPath(int csidl)
 
 QVariant RegGetValue(RegistryRoot root, const QString& keyPath, const QString& valueName, const QVariant& defaultValue)
 {
-    const auto key = RegistryKey::Open(root, keyPath);
-    const auto value = key ? key->Query(valueName) : std::nullopt;
+    const auto value = Registry().Query(root, keyPath, valueName);
     if (!value)
         return defaultValue;
     switch (static_cast<RegistryType>(value->type)) {

@@ -26,10 +26,9 @@ QHash<QString, MakeObject>& BuiltInClasses()
 }
 
 /// The default value of a class key, without its terminating zero; empty when it is not there.
-QString ClassKeyText(const QString& path)
+QString ClassKeyText(const Registry& registry, const QString& path)
 {
-    const auto key = RegistryKey::Open(RegistryRoot::ClassesRoot, path);
-    const auto value = key ? key->Query({}) : std::nullopt;
+    const auto value = registry.Query(RegistryRoot::ClassesRoot, path, {});
     return value ? QString::fromUtf8(value->data.constData()) : QString();
 }
 
@@ -59,9 +58,8 @@ CLSID ClsidFromText(const QString& text)
     return clsid;
 }
 
-ComReference<IDispatch> LoadRegistered(const QString& programId, const QString& clsidText)
+ComReference<IDispatch> LoadRegistered(const QString& programId, const CLSID& clsid, const QString& path)
 {
-    const QString path = ClassKeyText(u"CLSID\\%1\\InprocServer32"_s.arg(clsidText));
     if (const auto problem = PathProblem(path))
         FailCreation(programId, *problem);
     QLibrary library(path);
@@ -72,7 +70,7 @@ ComReference<IDispatch> LoadRegistered(const QString& programId, const QString& 
 
     ComReference<IClassFactory> factory;
     ComReference<IDispatch> object;
-    if (getClassObject(ClsidFromText(clsidText), IID_IClassFactory, factory.Receive()) != S_OK || !factory ||
+    if (getClassObject(clsid, IID_IClassFactory, factory.Receive()) != S_OK || !factory ||
         factory->CreateInstance(nullptr, IID_IDispatch, object.Receive()) != S_OK || !object)
         FailCreation(programId, u"its library %1 does not make it."_s.arg(path));
     return object;
@@ -87,9 +85,12 @@ void AddBuiltInClass(QLatin1String programId, MakeObject make)
 
 ComReference<IDispatch> CreateObject(const QString& programId)
 {
-    const QString clsid = ClassKeyText(programId + u"\\Clsid"_s);
-    if (!clsid.isEmpty())
-        return LoadRegistered(programId, clsid);
+    const Registry registry;
+    const QString clsid = ClassKeyText(registry, programId + u"\\Clsid"_s);
+    if (!clsid.isEmpty()) {
+        const QString path = ClassKeyText(registry, u"CLSID\\%1\\InprocServer32"_s.arg(clsid));
+        return LoadRegistered(programId, ClsidFromText(clsid), path);
+    }
     const MakeObject make = BuiltInClasses().value(programId.toLower());
     if (!make)
         FailCreation(programId, u"it is not registered. Install and register it."_s);

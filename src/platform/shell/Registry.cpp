@@ -40,16 +40,6 @@ QByteArray ReadRegistryFile()
     return bytes;
 }
 
-/// No values where the file cannot be read.
-RegistryValues ReadRegistry()
-{
-    try {
-        return ParseRegistryText(DecodeRegistryText(ReadRegistryFile()));
-    } catch (const RuntimeError&) {
-        return {};
-    }
-}
-
 QString Escaped(QString text)
 {
     return text.replace(u'\\', u"\\\\"_s).replace(u'"', u"\\\""_s);
@@ -116,19 +106,20 @@ QString RegistryFileName()
     return named.isEmpty() ? u"/etc/Quorvanta/KELDAR+/registry.reg"_s : named;
 }
 
-std::optional<RegistryKey> RegistryKey::Open(RegistryRoot root, const QString& path)
+Registry::Registry()
 {
-    const RegistryValues values = ReadRegistry();
-    const auto key = values.constFind((RootName(root) + u'\\' + path).toLower());
-    if (key == values.constEnd())
-        return std::nullopt;
-    return RegistryKey(*key);
+    try {
+        mValues = ParseRegistryText(DecodeRegistryText(ReadRegistryFile()));
+    } catch (const RuntimeError&) {
+        // No values; who changes the registry is told why.
+    }
 }
 
-std::optional<RegistryValue> RegistryKey::Query(const QString& name) const
+std::optional<RegistryValue> Registry::Query(RegistryRoot root, const QString& path, const QString& name) const
 {
-    const auto value = mValues.constFind(name.toLower());
-    return value == mValues.constEnd() ? std::nullopt : std::optional(*value);
+    const auto values = mValues.value((RootName(root) + u'\\' + path).toLower());
+    const auto value = values.constFind(name.toLower());
+    return value == values.constEnd() ? std::nullopt : std::optional(*value);
 }
 
 void ChangeClassKeys(const QStringList& remove, const QList<RegistryEntry>& add)

@@ -1,4 +1,4 @@
-// The registry: one text file, read anew at each opening of a key, changed in one step.
+// The registry: one text file, read as a whole and changed in one step.
 #pragma once
 
 #include "platform/shell/RegistryText.h"
@@ -13,19 +13,18 @@ enum class RegistryRoot { ClassesRoot, LocalMachine };
 /// The file that holds the registry: what KELDAR_REGISTRY names, else "/etc/Quorvanta/KELDAR+/registry.reg".
 QString RegistryFileName();
 
-/// A key opened for reading.
-class RegistryKey
+/// The registry as it stands when this is made: one reading of the file for any number of queries.
+class Registry
 {
 public:
-    /// Nothing when the key, or a registry file that can be read, does not exist.
-    static std::optional<RegistryKey> Open(RegistryRoot root, const QString& path);
+    /// A file that is not there, or that cannot be read, holds no values.
+    Registry();
 
-    std::optional<RegistryValue> Query(const QString& name) const;
+    /// The value of this name, the key's default value for the empty one; nothing when it does not exist.
+    std::optional<RegistryValue> Query(RegistryRoot root, const QString& path, const QString& name) const;
 
 private:
-    explicit RegistryKey(QHash<QString, RegistryValue> values) : mValues(std::move(values)) {}
-
-    QHash<QString, RegistryValue> mValues;
+    RegistryValues mValues;
 };
 
 /// Named texts of one key, in the order in which they are written; the empty name is the key's default value.
