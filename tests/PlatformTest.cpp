@@ -185,17 +185,9 @@ private Q_SLOTS:
                   {"wide texts", u"'v'=hex(7):e4,00,00,00,62,00,00,00,00,00"_s, u"7:c3a400620000"_s},
                   {"another type", u"'v'=hex(b):01,00"_s, u"11:0100"_s},
                   {"continuation cut off", u"'v'=hex:01,\\"_s, {}},
-                  {"no value", u"'v'="_s, {}},
-                  {"no equals sign", u"'v' 'a'"_s, {}},
-                  {"open name", u"'v='a'"_s, {}},
-                  {"open text", u"'v'='\\"_s, {}},
-                  {"bare text", u"'v'=a"_s, {}},
-                  {"number too large", u"'v'=dword:100000000"_s, {}},
-                  {"byte too large", u"'v'=hex:100"_s, {}},
-                  {"not a byte", u"'v'=hex:0g"_s, {}},
-                  {"not a type", u"'v'=hex(x):00"_s, {}},
-                  {"open type", u"'v'=hex(1:00"_s, {}},
-                  {"noise", u"\0\uFFFF]=['@\\"_s, {}}});
+                  {"no data", u"'v'=\r\n'v'=a\r\n'v'='\\\r\n'v'=dword:100000000"_s, {}},
+                  {"no bytes", u"'v'=hex:100\r\n'v'=hex:0g\r\n'v'=hex(x):00\r\n'v'=hex(1:00"_s, {}},
+                  {"no value", u"'v' 'a'\r\n'v='a'\r\n\0\uFFFF]=['@\\"_s, {}}});
     }
     void registryLines()
     {
@@ -211,9 +203,7 @@ private Q_SLOTS:
         AddCases({{"key, capitals", u"[Other\\Sub]"_s, u"other\\sub/v=2:4100 "_s},
                   {"key with a bracket", u"[a]b]"_s, u"a]b/v=2:4100 "_s},
                   {"key behind cut bytes", u"'x'=hex:01,\\\n[Other]"_s, u"other/v=2:4100 "_s},
-                  {"deletion", u"[-K]"_s, {}},
-                  {"open key", u"[Other"_s, {}},
-                  {"empty key", u"[]"_s, {}}});
+                  {"no key", u"[-K]\n'v'=dword:1\n[Other\n'v'=dword:1\n[]"_s, {}}});
     }
     void registryKeys()
     {
@@ -232,40 +222,47 @@ private Q_SLOTS:
         QTest::newRow("UTF-8") << text.toUtf8();
         QTest::newRow("UTF-8 with mark") << marked(QStringConverter::Utf8);
         QTest::newRow("UTF-16") << marked(QStringConverter::Utf16LE);
-        QTest::newRow("8-bit") << text.toLatin1();
+        QTest::newRow("8-bit, open at its end") << text.chopped(2).toLatin1();
     }
     void registryKeepsOtherLines()
     {
         QFETCH(QByteArray, before);
         WriteFile(mFile, before);
-        const RegistryEntry entry{u"CLSID\\{A}"_s, {{u""_s, u"C:\\a \"b\""_s}, {u"n"_s, u"\u00e4"_s}}};
-        ChangeClassKeys({entry.path}, {entry});
+        const RegistryEntry entry{u"HKEY_CLASSES_ROOT\\CLSID\\{A}"_s, {{{}, u"C:\\a \"b\""_s}, {u"n"_s, u"\u00e4"_s}}};
+        AddToRegistry({entry});
         const auto data = [](const QString& name) {
             return Registry().Query(RegistryRoot::ClassesRoot, u"clsid\\{a}"_s, name).value().data;
         };
         QCOMPARE(data({}), QByteArray("C:\\a \"b\"\0", 9));
         QCOMPARE(data(u"N"_s), QByteArray("\xC3\xA4\0", 3));
-        ChangeClassKeys({entry.path}, {});
+        RemoveFromRegistry({entry});
         QCOMPARE(ReadFile(mFile), before);
     }
 
-    void registryReplacesItsOwnKeys()
+    void registryChangesItsOwnValuesOnly()
     {
-        WriteFile(mFile, "[HKEY_CLASSES_ROOT\\Q]\n@=\"old\"\n[hkey_classes_root\\q\\Sub]\n@=\"old\"\n; note\n"
-                         "[HKEY_CLASSES_ROOT\\R]\n@=\"kept\"");
+        const QByteArray others = "\"x\"=\"kept\"\n\n[hkey_classes_root\\q\\Sub]\n@=\"kept\"\n; note\n";
+        WriteFile(mFile,
+                  "[HKEY_CLASSES_ROOT\\Q]\n@=hex(2):41,\\\n 00\n" + others + "[HKEY_CLASSES_ROOT\\Q\\S]\n; note");
+        const QList<RegistryEntry> entries{{u"HKEY_CLASSES_ROOT\\Q"_s, {{{}, u"new"_s}, {u"n"_s, u"1"_s}}},
+                                           {u"HKEY_CLASSES_ROOT\\Q\\S"_s, {{{}, u"new"_s}}}};
         for (int i = 0; i < 2; ++i) {
-            ChangeClassKeys({u"Q"_s}, {{u"Q"_s, {{u""_s, u"new"_s}}}});
-            QCOMPARE(ReadFile(mFile), "; note\n[HKEY_CLASSES_ROOT\\R]\n@=\"kept\"\r\n"
-                                      "[HKEY_CLASSES_ROOT\\Q]\r\n@=\"new\"\r\n\r\n");
+            AddToRegistry(entries);
+            QCOMPARE(ReadFile(mFile), "[HKEY_CLASSES_ROOT\\Q]\n\"n\"=\"1\"\r\n@=\"new\"\r\n" + others +
+                                          "[HKEY_CLASSES_ROOT\\Q\\S]\n@=\"new\"\r\n; note");
         }
+        RemoveFromRegistry(entries);
+        QCOMPARE(ReadFile(mFile), "[HKEY_CLASSES_ROOT\\Q]\n" + others + "; note");
     }
 
     void registryThatCannotChange()
     {
         const auto sentenceFor = [](const QString& fileName) {
             qputenv("KELDAR_REGISTRY", QFile::encodeName(fileName));
-            return RaisedBy([] { ChangeClassKeys({}, {{u"Q"_s, {{u""_s, u"new"_s}}}}); });
+            return RaisedBy([] { AddToRegistry({{u"Q"_s, {{{}, u"new"_s}}}}); });
         };
+        WriteFile(mFile, "\xFF\xFE[");
+        QVERIFY(sentenceFor(mFile).contains(u"no text"_s));
         WriteFile(mFile, "[HKEY_CLASSES_ROOT\\R]\n");
         QVERIFY(sentenceFor(mFolder->path()).contains(mFolder->path() + u" cannot be read"_s));
         QVERIFY(sentenceFor(mFile + u"/below"_s).contains(u"cannot be written"_s));
@@ -284,11 +281,11 @@ private Q_SLOTS:
         WriteFile(mFile, "[HKEY_CLASSES_ROOT\\P\\Clsid]\n@=\"{C}\"\n"
                          "[HKEY_CLASSES_ROOT\\CLSID\\{C}\\InprocServer32]\n@=\"/none.so\"\n");
         const int watch = inotify_init1(IN_NONBLOCK);
-        const auto guard = qScopeGuard([watch] { close(watch); });
         inotify_add_watch(watch, QFile::encodeName(mFile), IN_OPEN | IN_CLOSE);
         QVERIFY(RaisedBy([] { CreateObject(u"P"_s); }).contains(u"/none.so does not exist"_s));
         std::array<inotify_event, 9> events;
-        QCOMPARE(read(watch, events.data(), sizeof events) / ssize_t(sizeof(inotify_event)), 2); // opened, closed
+        QCOMPARE(read(watch, events.data(), sizeof events), ssize_t(2 * sizeof(inotify_event))); // opened, closed
+        close(watch);
     }
 
     void commandsAndRecordsets()

@@ -8,13 +8,7 @@ namespace qor {
 
 namespace {
 
-QString ClassKey(const CLSID& clsid)
-{
-    return u"CLSID\\"_s + GuidText(clsid);
-}
-
-} // namespace
-
+/// "{6E2B8C41-93D7-...}", in upper case.
 QString GuidText(const GUID& guid)
 {
     const auto& tail = guid.Data4;
@@ -24,23 +18,36 @@ QString GuidText(const GUID& guid)
         .toUpper();
 }
 
+QString ClassesKey(const QString& path)
+{
+    return RegistryKeyPath(RegistryRoot::ClassesRoot, path);
+}
+
+QList<RegistryEntry> EntriesOf(const RegisteredClass& registered)
+{
+    const QString& programId = registered.programId;
+    const QString clsid = GuidText(registered.clsid);
+    const QString program = ClassesKey(programId);
+    const QString cls = ClassesKey(u"CLSID\\"_s + clsid);
+    return {
+        {program, {{{}, programId}}},
+        {program + u"\\Clsid"_s, {{{}, clsid}}},
+        {cls, {{{}, programId}}},
+        {cls + u"\\InprocServer32"_s, {{{}, registered.libraryPath}, {u"ThreadingModel"_s, u"Apartment"_s}}},
+        {cls + u"\\ProgID"_s, {{{}, programId}}},
+    };
+}
+
+} // namespace
+
 void RegisterClass(const RegisteredClass& registered)
 {
-    const QString key = ClassKey(registered.clsid);
-    ChangeClassKeys(
-        {registered.programId, key},
-        {
-            {registered.programId, {{QString(), registered.programId}}},
-            {registered.programId + u"\\Clsid"_s, {{QString(), GuidText(registered.clsid)}}},
-            {key, {{QString(), registered.programId}}},
-            {key + u"\\InprocServer32"_s, {{QString(), registered.libraryPath}, {u"ThreadingModel"_s, u"Apartment"_s}}},
-            {key + u"\\ProgID"_s, {{QString(), registered.programId}}},
-        });
+    AddToRegistry(EntriesOf(registered));
 }
 
 void UnregisterClass(const CLSID& clsid, const QString& programId)
 {
-    ChangeClassKeys({programId, ClassKey(clsid)}, {});
+    RemoveFromRegistry(EntriesOf({clsid, programId, {}}));
 }
 
 } // namespace qor

@@ -13,10 +13,8 @@ struct RegisteredClass
     QString libraryPath; ///< absolute
 };
 
-/// "{6E2B8C41-93D7-...}", in upper case.
-QString GuidText(const GUID& guid);
-
-/// Both raise RuntimeError when the registry file cannot be changed.
+/// Values and keys of others under the same keys stay. Both raise RuntimeError when the registry file cannot be
+/// changed.
 void RegisterClass(const RegisteredClass& registered);
 void UnregisterClass(const CLSID& clsid, const QString& programId);
 

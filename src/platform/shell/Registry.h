@@ -1,10 +1,10 @@
 // The registry: one text file, read as a whole and changed in one step.
 #pragma once
 
+#include "platform/shell/RegistryEdit.h"
 #include "platform/shell/RegistryText.h"
 
 #include <optional>
-#include <QStringList>
 
 namespace qor {
 
@@ -12,6 +12,9 @@ enum class RegistryRoot { ClassesRoot, LocalMachine };
 
 /// The file that holds the registry: what KELDAR_REGISTRY names, else "/etc/Quorvanta/KELDAR+/registry.reg".
 QString RegistryFileName();
+
+/// "HKEY_CLASSES_ROOT\CLSID" for CLSID.
+QString RegistryKeyPath(RegistryRoot root, const QString& path);
 
 /// The registry as it stands when this is made: one reading of the file for any number of queries.
 class Registry
@@ -27,15 +30,8 @@ private:
     RegistryValues mValues;
 };
 
-/// Named texts of one key, in the order in which they are written; the empty name is the key's default value.
-struct RegistryEntry
-{
-    QString path; ///< below HKEY_CLASSES_ROOT
-    QList<std::pair<QString, QString>> texts;
-};
-
-/// Replaces the keys of HKEY_CLASSES_ROOT named in `remove`, with everything below them, by `add`. All other
-/// lines of the file stay as they are; the file changes in one step. Raises RuntimeError when it cannot be changed.
-void ChangeClassKeys(const QStringList& remove, const QList<RegistryEntry>& add);
+/// Both change the file in one step, and not at all when nothing is to change. RuntimeError when it cannot be changed.
+void AddToRegistry(const QList<RegistryEntry>& entries);
+void RemoveFromRegistry(const QList<RegistryEntry>& entries);
 
 } // namespace qor

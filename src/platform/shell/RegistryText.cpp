@@ -1,10 +1,7 @@
 #include "platform/shell/RegistryText.h"
 
-#include <optional>
 #include <QStringDecoder>
-#include <QStringList>
 #include <QtEndian>
-#include <utility>
 
 namespace qor {
 
@@ -22,23 +19,33 @@ bool BeginsKeyOrValue(QStringView line)
     return line.startsWith(u'[') || line.startsWith(u'"') || line.startsWith(u'@');
 }
 
-/// The lines of the file, with continued ones (a backslash at the end) joined.
-QStringList JoinedLines(const QString& text)
+struct JoinedLine
 {
-    QStringList lines;
-    QString pending;
-    for (const QStringView raw : QStringView(text).split(u'\n')) {
-        const QStringView line = raw.trimmed();
-        if (BeginsKeyOrValue(line))
-            pending.clear();
-        const bool isHex = !pending.isEmpty() || line.contains(u"=hex");
-        if (isHex && line.endsWith(u'\\')) {
-            pending += line.chopped(1);
-            continue;
+    QString raw;
+    QString text; ///< without line ends and the blanks at both ends; empty for a value that is cut off
+};
+
+/// The lines of the file, with continued ones (a backslash at the end) joined.
+QList<JoinedLine> JoinedLines(const QString& text)
+{
+    QList<JoinedLine> lines;
+    bool isContinued = false;
+    const QStringView all(text);
+    for (const QStringView line : all.split(u'\n')) {
+        const QStringView trimmed = line.trimmed();
+        if (isContinued && BeginsKeyOrValue(trimmed)) {
+            lines.last().text.clear();
+            isContinued = false;
         }
-        pending += line;
-        lines << std::exchange(pending, {});
+        if (!isContinued)
+            lines << JoinedLine();
+        isContinued = (isContinued || trimmed.contains(u"=hex")) && trimmed.endsWith(u'\\');
+        const qsizetype lineEnd = line.end() == all.end() ? 0 : 1;
+        lines.last().raw += QStringView(line.data(), line.size() + lineEnd);
+        lines.last().text += isContinued ? trimmed.chopped(1) : trimmed;
     }
+    if (isContinued)
+        lines.last().text.clear();
     return lines;
 }
 
@@ -140,28 +147,33 @@ QString KeyOf(QStringView line)
     return path.startsWith(u'-') ? QString() : path.toString().toLower();
 }
 
-struct NamedValue
+bool IsRemark(const QString& raw)
 {
-    QString name;
-    RegistryValue value;
-};
+    const QStringView line = QStringView(raw).trimmed();
+    return line.isEmpty() || line.startsWith(u';');
+}
 
-std::optional<NamedValue> ParseValueLine(QStringView line, bool wideTexts)
+/// Takes the line for a value where it has a name and an equals sign.
+void ReadValue(RegistryLine& line, QStringView text, bool wideTexts)
 {
-    QuotedText name{{}, 1};
-    if (!line.startsWith(u'@')) {
-        const auto quoted = TakeQuoted(line);
-        if (!quoted)
-            return std::nullopt;
-        name = *quoted;
-    }
-    const QStringView rest = line.sliced(name.length).trimmed();
+    const auto name = text.startsWith(u'@') ? QuotedText{{}, 1} : TakeQuoted(text);
+    const QStringView rest = name ? text.sliced(name->length).trimmed() : QStringView();
     if (!rest.startsWith(u'='))
-        return std::nullopt;
-    const auto value = ParseData(rest.sliced(1).trimmed(), wideTexts);
-    if (!value)
-        return std::nullopt;
-    return NamedValue{name.text.toLower(), *value};
+        return;
+    line.kind = RegistryLine::Kind::Value;
+    line.name = name->text.toLower();
+    line.value = ParseData(rest.sliced(1).trimmed(), wideTexts);
+}
+
+RegistryLine ReadLine(const JoinedLine& joined, const QString& key, bool wideTexts)
+{
+    using Kind = RegistryLine::Kind;
+    RegistryLine line{joined.raw, IsRemark(joined.raw) ? Kind::Remark : Kind::Noise, key, {}, {}};
+    if (joined.text.startsWith(u'[') && !key.isEmpty())
+        line.kind = Kind::Key;
+    else
+        ReadValue(line, joined.text, wideTexts);
+    return line;
 }
 
 } // namespace
@@ -179,20 +191,25 @@ QString DecodeRegistryText(const QByteArray& bytes)
     return decode(bytes);
 }
 
+QList<RegistryLine> RegistryLines(const QString& text)
+{
+    const bool wideTexts = HasWideTexts(text);
+    QList<RegistryLine> lines;
+    QString key;
+    for (const JoinedLine& joined : JoinedLines(text)) {
+        if (joined.text.startsWith(u'['))
+            key = KeyOf(joined.text);
+        lines << ReadLine(joined, key, wideTexts);
+    }
+    return lines;
+}
+
 RegistryValues ParseRegistryText(const QString& text)
 {
     RegistryValues values;
-    const bool wideTexts = HasWideTexts(text);
-    QString key;
-    for (const QString& line : JoinedLines(text)) {
-        if (line.startsWith(u'[')) {
-            key = KeyOf(line);
-            if (!key.isEmpty())
-                values[key];
-        } else if (!key.isEmpty()) {
-            if (auto named = ParseValueLine(line, wideTexts))
-                values[key].insert(named->name, named->value);
-        }
+    for (const RegistryLine& line : RegistryLines(text)) {
+        if (line.value && !line.key.isEmpty())
+            values[line.key].insert(line.name, *line.value);
     }
     return values;
 }

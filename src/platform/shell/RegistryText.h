@@ -4,6 +4,7 @@
 
 #include "platform/runtime/Text.h"
 
+#include <optional>
 #include <QByteArray>
 #include <QHash>
 #include <QStringConverter>
@@ -25,6 +26,18 @@ struct RegistryValue
     QByteArray data;
 };
 
+/// A line of the file, together with those that continue it, and what is read of it.
+struct RegistryLine
+{
+    enum class Kind { Remark, Key, Value, Noise }; ///< a remark may be blank
+
+    QString raw; ///< as it stands in the file, line ends included
+    Kind kind = Kind::Remark;
+    QString key;                        ///< that the line opens or stands under, in lower case; empty for none
+    QString name;                       ///< of a value, in lower case; empty for the key's default value
+    std::optional<RegistryValue> value; ///< nothing where its data make no sense
+};
+
 /// "KEY\PATH" -> value name -> value; both in lower case, since neither regards case. The default value has
 /// an empty name.
 using RegistryValues = QHash<QString, QHash<QString, RegistryValue>>;
@@ -33,6 +46,9 @@ using RegistryValues = QHash<QString, QHash<QString, RegistryValue>>;
 /// where they are not valid UTF-8, Latin-1.
 QStringConverter::Encoding RegistryEncoding(const QByteArray& bytes);
 QString DecodeRegistryText(const QByteArray& bytes);
+
+/// All lines of the text; their raw texts together are the text.
+QList<RegistryLine> RegistryLines(const QString& text);
 
 RegistryValues ParseRegistryText(const QString& text);
 
