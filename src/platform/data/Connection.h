@@ -13,9 +13,6 @@ QString ConnectionStringFor(const QString& fileName);
 class Connection
 {
 public:
-    /// How long a statement waits for a lock that another program holds.
-    static constexpr int lockTimeoutSeconds = 30;
-
     Connection();
     /// Gives the connection back; every Command on it must be gone.
     ~Connection();
@@ -24,7 +21,7 @@ public:
 
     /// "Provider=<name>;Data Source=<file>"; the file name is the rest of the text.
     void SetConnectionString(const QString& connectionString) { mConnectionString = connectionString; }
-    const QString& ConnectionString() const { return mConnectionString; }
+    /// How long a statement waits for a lock that another program holds.
     void SetLockTimeout(int milliseconds) { mLockTimeout = milliseconds; }
 
     /// Opens the file for reading and writing; nothing when it is open. A file is never created, and its
@@ -40,7 +37,7 @@ private:
     struct Engine;
 
     QString mConnectionString;
-    int mLockTimeout = lockTimeoutSeconds * 1000;
+    int mLockTimeout = 30'000; // ms
     std::unique_ptr<Engine> mEngine;
 };
 

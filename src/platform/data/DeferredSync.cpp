@@ -13,10 +13,10 @@ namespace qor {
 
 namespace {
 
-QString Ask(const QSqlDatabase& database, const QString& statement)
+QString RunPragma(const QSqlDatabase& database, const QString& pragma)
 {
     QSqlQuery query(database);
-    return query.exec(statement) && query.next() ? query.value(0).toString() : QString();
+    return query.exec(pragma) && query.next() ? query.value(0).toString() : QString();
 }
 
 void SyncPath(const QString& path)
@@ -39,9 +39,9 @@ DeferredSync::DeferredSync(Connection& connection) : mConnection(connection)
 {
     mConnection.Open();
     const QSqlDatabase database = mConnection.mEngine->Database();
-    if (Ask(database, u"PRAGMA journal_mode"_s) != u"wal"_s)
+    if (RunPragma(database, u"PRAGMA journal_mode"_s) != u"wal"_s)
         return;
-    Ask(database, u"PRAGMA synchronous = NORMAL"_s);
+    RunPragma(database, u"PRAGMA synchronous = NORMAL"_s);
     mDeferred = true;
 }
 
@@ -60,7 +60,7 @@ void DeferredSync::Finish()
         return;
     mDeferred = false;
     Connection::Engine& engine = *mConnection.mEngine;
-    Ask(engine.Database(), u"PRAGMA synchronous = FULL"_s);
+    RunPragma(engine.Database(), u"PRAGMA synchronous = FULL"_s);
     // The log may be opened and closed beside the engine: its locks are on the other files. It lies where the file is
     // that a link leads to, and may be new in its folder when the first save ends.
     const QString log = QFileInfo(engine.fileName).canonicalFilePath() + u"-wal"_s;

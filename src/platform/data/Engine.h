@@ -1,4 +1,4 @@
-// The engine behind a connection; for this room's sources only.
+// The engine behind a connection; for the sources of this folder only.
 #pragma once
 
 #include "platform/data/Connection.h"

@@ -29,7 +29,6 @@ public:
     Recordset(const Recordset&) = delete;
     Recordset& operator=(const Recordset&) = delete;
 
-    bool IsOpen() const { return mRows != nullptr; }
     void Close() { mRows.reset(); }
 
     qsizetype RecordCount() const { return Rows().rowCount; }
