@@ -1,8 +1,8 @@
 // How long the editor's commands take on a full directory, and how that grows with ten times the rows: from the
 // event until the form is painted again. With --once everything runs once, which proves no more than that it runs.
 #include "Bench.h"
+#include "form/ConfirmationDialog.h"
 #include "platform/runtime/ErrorReport.h"
-#include "rules/ConfirmationDialog.h"
 #include "service/frmDIR.h"
 
 #include <cstdio>

@@ -3,14 +3,34 @@
 // and filling the list. The sides take turns; printed are their medians. With --once each runs once, which proves no
 // more than that it runs.
 #include "Bench.h"
-#include "interchange/DelimitedReader.h"
+#include "editor/BusinessRules.h"
+#include "editor/DirectoryListEvents.h"
+#include "editor/EntryCommands.h"
 #include "interchange/DirectoryImport.h"
-#include "rules/BusinessRules.h"
+#include "interchange/SelectFilename.h"
+#include "rules/DelimitedReader.h"
 #include "support/BareForm.h"
 
 #include <cstdio>
 #include <QApplication>
 #include <QFile>
+
+namespace {
+
+QString chosenFile;
+
+} // namespace
+
+namespace qor {
+
+/// This program's own answer stands before the file dialog.
+bool SelectOpenFilename(const EditorForm& /*form*/, QString& fileName)
+{
+    fileName = chosenFile;
+    return true;
+}
+
+} // namespace qor
 
 using namespace qor;
 
@@ -50,16 +70,20 @@ std::unique_ptr<EditorForm> ShownForm()
     return form;
 }
 
-void Import(EditorForm& form, QFile& file)
+void Import(EditorForm& form)
 {
     BusinessRules rules;
-    ReadDirectory(form, rules, file);
+    DirectoryListEvents events(form);
+    EntryCommands commands(form, rules, events);
+    DirectoryImport(form, rules, commands).cmdOpenCSVFilename_Click();
 }
 
-void DoTheParts(EditorForm& form, QFile& file)
+void DoTheParts(EditorForm& form)
 {
+    QFile file(chosenFile);
+    file.open(QIODevice::ReadOnly);
     BusinessRules rules;
-    const MessageNodeNumbers used = rules.UsedMessageNodeNumbers(form).value();
+    const MessageNodeNumbers used = rules.ReadUsedNumbers(form).value();
     std::vector<ListRow> rows;
     for (DelimitedReader reader(file); !reader.AtEnd();) {
         const QString lastName = reader.ReadField();
@@ -73,14 +97,12 @@ void DoTheParts(EditorForm& form, QFile& file)
 }
 
 /// In ms, from the opening of the file until the list is painted.
-double TimeToFill(void (*fill)(EditorForm&, QFile&), EditorForm& form, const QString& fileName)
+double TimeToFill(void (*fill)(EditorForm&), EditorForm& form)
 {
     form.LVDirectory->Items().Clear();
     QCoreApplication::processEvents();
     const double time = TimeOf([&] {
-        QFile file(fileName);
-        file.open(QIODevice::ReadOnly);
-        fill(form, file);
+        fill(form);
         QCoreApplication::processEvents();
     });
     const ListItems& items = form.LVDirectory->Items();
@@ -99,16 +121,16 @@ int main(int argc, char** argv)
     const int rounds = Rounds(41);
     const SampleDatabase database;
     AddPartition(database);
-    const QString fileName = database.FileName() + u".csv"_s;
-    WriteEntries(fileName);
+    chosenFile = database.FileName() + u".csv"_s;
+    WriteEntries(chosenFile);
     const auto form = ShownForm();
 
     std::vector<double> imports;
     std::vector<double> parts;
     std::vector<double> ratios; // within a round, whose runs met the same load of the machine
     for (int round = rounds > 1 ? -1 : 0; round < rounds; ++round) { // the round before the first warms up
-        const double import = TimeToFill(Import, *form, fileName);
-        const double byHand = TimeToFill(DoTheParts, *form, fileName);
+        const double import = TimeToFill(Import, *form);
+        const double byHand = TimeToFill(DoTheParts, *form);
         if (round < 0)
             continue;
         imports.push_back(import);

@@ -2,9 +2,9 @@
 // interface under the same settings, for directories of several sizes. With --once every side runs once, which
 // proves no more than that it runs.
 #include "Bench.h"
+#include "editor/BusinessRules.h"
+#include "form/ConfirmationDialog.h"
 #include "platform/runtime/ErrorReport.h"
-#include "rules/BusinessRules.h"
-#include "rules/ConfirmationDialog.h"
 #include "support/BareForm.h"
 
 #include <cstdio>

@@ -1,106 +1,91 @@
 // Committing, leaving and closing: what is asked in which order, what stands in the database afterwards, and what a
-// failure leaves.
-#include "form/EditorForm.h"
-#include "service/BusinessRulesObject.h"
-#include "support/BoxScript.h"
-#include "support/Cases.h"
+// failure or the end of the process leaves.
+#include "support/Editor.h"
+#include "support/Files.h"
 #include "support/SampleDatabase.h"
 
+#include <iostream>
 #include <QApplication>
-#include <QPushButton>
+#include <QComboBox>
+#include <QLocale>
+#include <QProcess>
+#include <QRandomGenerator>
 #include <QTemporaryFile>
+#include <QTest>
 
 using namespace qor;
 
 namespace {
 
-const QString storedRows =
-    u"SELECT LastName, FirstName, Extension, NamePrompt, Password FROM Detail_DIR WHERE ConfigID = 1 AND PartID = 1 "
-    "AND NodeMasterID = 7 ORDER BY SequenceNo"_s;
-const QString storedHeader =
-    u"SELECT d.NodeDescription, p.NodeDescription, AccessCode, UsePasswords, StartingPromptNumber FROM Node_DIR d "
-    "JOIN Node_General_Pool p USING (ConfigID, PartID, NodeTypeID, NodeNumber) WHERE ConfigID = 1 AND PartID = 1 AND "
-    "NodeNumber = 7"_s;
+const char* const label = "txtDescription";
+const char* const code = "txtAccessCode";
 
-/// Expects a box by its short name and the button behind a colon; "13:cmdYes" is the question about message node 13.
-void Expect(BoxScript& script, const QString& step)
+const ExpectedBox few = Notice(u"Too Few Characters."_s);
+const ExpectedBox invalid = Notice(u"Invalid Entry. Please update the directory."_s);
+const ExpectedBox quotes = Notice(u"Double quotes and continuous single quotes are not allowed in the Label field"_s);
+const QString duplicates = u"Duplicate prompts in Directory. Continue saving?"_s;
+const ExpectedBox sameYes = Question(duplicates, QMessageBox::Yes);
+const ExpectedBox sameNo = Question(duplicates, QMessageBox::No);
+const ExpectedBox saveYes = SaveQuestion(QMessageBox::Yes);
+const ExpectedBox saveNo = SaveQuestion(QMessageBox::No);
+const ExpectedBox saveCancel = SaveQuestion(QMessageBox::Cancel);
+
+/// Changes of entries before a walk.
+const QString badThird = u"Extension = '1x' WHERE NodeMasterID = 7 AND SequenceNo = 3"_s;
+const QString sameSecondAndThird = u"NamePrompt = 1 WHERE NodeMasterID = 7 AND SequenceNo IN (2, 3)"_s;
+
+const QString at7 = u"DIR 7 1 of 4 "_s;
+const QString at12 = u"DIR 12 2 of 4 "_s;
+const QString bad3 = at7 + u"dirty row 3 LVDirectory, kept"_s;
+const QString bad5 = at7 + u"dirty row 5 LVDirectory, kept"_s;
+
+const QString header = u"SELECT d.NodeDescription, p.NodeDescription, AccessCode, UsePasswords, StartingPromptNumber "
+                       "FROM Node_DIR d JOIN Node_General_Pool p USING (ConfigID, PartID, NodeTypeID, NodeNumber) "
+                       "WHERE ConfigID = 1 AND PartID = 1 AND NodeNumber = 7"_s;
+
+const QString pool = u"Node_General_Pool"_s;
+const QString renamed = u"ALTER TABLE %1 RENAME TO %2"_s;
+const QString dropTrigger = u"DROP TRIGGER fault"_s;
+
+QString Trigger(const QString& event)
 {
-    const QString name = step.section(u':', 0, 0);
-    const QString button = step.section(u':', 1);
-    const auto ask = [&](const QString& text) {
-        const auto answer = button == u"Yes"_s  ? QMessageBox::Yes
-                            : button == u"No"_s ? QMessageBox::No
-                                                : QMessageBox::Cancel;
-        script.Expect(ExpectedBox{text, u"Confirmation"_s, QMessageBox::Question, answer});
-    };
-    if (name == u"few"_s)
-        script.Expect(Notice(u"Too Few Characters."_s));
-    else if (name == u"invalid"_s)
-        script.Expect(Notice(u"Invalid Entry. Please update the directory."_s));
-    else if (name == u"label"_s)
-        script.Expect(Notice(u"Double quotes and continuous single quotes are not allowed in the Label field"_s));
-    else if (name == u"same"_s)
-        ask(u"Duplicate prompts in Directory. Continue saving?"_s);
-    else if (name == u"save"_s)
-        ask(u"Do you want to save changes?"_s);
-    else
-        script.Expect(ExpectedQuestion{
-            u"MSG %1 is referenced but it does not exist.\nDo you want to auto create node 'MSG %1'?"_s.arg(name),
-            button});
+    return u"CREATE TRIGGER fault BEFORE %1 BEGIN SELECT RAISE(ABORT, 'refused'); END"_s.arg(event);
 }
 
-/// One step: a button, "Esc", "close", "row:2" to select a row, "node:12" for the selector, "label:x", "code:1", or
-/// "2.1:x" for a cell of a row.
-void Do(EditorForm& form, const QString& step)
+QString StateOf(const Editor& editor)
 {
-    const QString name = step.section(u':', 0, 0);
-    const QString value = step.section(u':', 1);
-    if (auto* button = form.findChild<QPushButton*>(name)) {
-        button->setEnabled(button->isEnabled() || value == u"enabled"_s);
-        QTest::mouseClick(button, Qt::LeftButton);
-    } else if (name == u"Esc"_s) {
-        QTest::keyClick(form.focusWidget(), Qt::Key_Escape);
-    } else if (name == u"close"_s) {
-        form.close();
-    } else if (name == u"row"_s) {
-        form.LVDirectory->SetSelected(value.toInt() - 1, true);
-    } else if (name == u"node"_s) {
-        form.cmbNode->SetListIndex(form.cmbNode->findText(u"DIR "_s + value));
-    } else if (name == u"label"_s) {
-        form.txtDescription->setText(value);
-    } else if (name == u"code"_s) {
-        form.txtAccessCode->setText(value);
-    } else {
-        form.LVDirectory->Items().SetText(name.section(u'.', 0, 0).toInt() - 1, name.section(u'.', 1).toInt(), value);
-        form.cmdApply->setEnabled(true);
-    }
-}
-
-QStringList ShownRows(const EditorForm& form)
-{
-    QStringList rows;
-    const ListItems& items = form.LVDirectory->Items();
-    for (int row = 0; row < items.RowCount(); ++row) {
-        QStringList texts;
-        for (int subItem = 1; subItem <= 5; ++subItem)
-            texts << items.Text(row, subItem);
-        rows << texts.join(u'|');
-    }
-    return rows;
-}
-
-QString StateOf(EditorForm& form)
-{
-    if (!form.isVisible())
+    if (!editor.IsOpen())
         return u"closed"_s;
-    QStringList state{form.cmbNode->Text(), QString::number(form.NodeNumber()), form.lblRecordPosition->text(),
-                      form.cmdApply->isEnabled() ? u"dirty"_s : u"clean"_s};
-    for (const int row : form.LVDirectory->SelectedRows())
-        state << u"row %1"_s.arg(row + 1);
-    const QString focus = form.focusWidget() ? form.focusWidget()->objectName() : QString();
-    if (focus.startsWith(u"txt") || focus.startsWith(u"LV"))
-        state << focus;
-    return state.join(u' ');
+    QStringList state{editor.Text("cmbNode"), editor.Text("lblRecordPosition"),
+                      editor.IsDirty() ? u"dirty"_s : u"clean"_s};
+    for (const int row : editor.Selected())
+        state << (editor.IsInView(row) ? u"row %1"_s : u"hidden row %1"_s).arg(row + 1);
+    return state.join(u' ') + u' ' + editor.Focus();
+}
+
+Editor& Changed(Editor& editor)
+{
+    return editor.Type(label, u"x"_s);
+}
+
+/// Saves, which brings up these questions.
+template <typename... Questions>
+void Save(Editor& editor, const Questions&... questions)
+{
+    editor.Expect(questions...).Type(label, u"x"_s).Click("cmdApply").Expected();
+}
+
+/// Saves the 500 entries of node 12 until the process is killed.
+int SaveWithoutEnd()
+{
+    Editor::Open(1, 1, 12, [](Editor& editor) {
+        for (int round = 0;; ++round) {
+            editor.Field(label).setText(u"Round %1"_s.arg(round));
+            std::cout << "saving" << std::endl;
+            editor.Click("cmdApply");
+        }
+    });
+    return 1;
 }
 
 } // namespace
@@ -112,268 +97,323 @@ class CommitTest : public QObject
 private:
     std::unique_ptr<SampleDatabase> mSample;
 
-    /// Opens node 7 as the host does and hands over its form once it is shown; closes it if the user did not.
-    void Edit(const std::function<void(EditorForm& form)>& user)
+    /// What is done in node 7 of a fresh sample, whose entries are changed before; the state, and whether anything was
+    /// written.
+    void Walk(const QString& expected, const Editor::User& user, int line = __builtin_LINE())
     {
-        QTimer timer;
-        connect(&timer, &QTimer::timeout, this, [&] {
-            auto* form = qobject_cast<EditorForm*>(QApplication::activeModalWidget());
-            if (!form)
-                return;
-            timer.stop();
-            user(*form);
-            form->cmdApply->setEnabled(false);
-            form->Unload();
-        });
-        timer.start(1);
-        auto* rules = new BusinessRulesObject;
-        rules->ShowNodeEditor(1, 1, 7, nullptr);
-        rules->Release();
+        Walk(expected, {}, user, line);
     }
-    QStringList Stored() const { return mSample->Run(storedHeader) + mSample->Run(storedRows); }
+    void Walk(const QString& expected, const QString& change, const Editor::User& user, int line = __builtin_LINE())
+    {
+        init();
+        if (!change.isEmpty())
+            mSample->Run(u"UPDATE Detail_DIR SET "_s + change);
+        const int before = mSample->DataVersion();
+        QString state;
+        Editor::Open(1, 1, 7, [&](Editor& editor) {
+            user(editor);
+            state = StateOf(editor);
+        });
+        CompareAt(line, state + (mSample->DataVersion() == before ? u", kept"_s : u", written"_s), expected);
+    }
+    /// The entries' prompts, and saves in one session; the message nodes that were made.
+    void Missing(const QString& prompts, const char* expected, const Editor::User& user, int line = __builtin_LINE())
+    {
+        init();
+        QStringList entries;
+        for (const QString& prompt : prompts.split(u','))
+            entries << u"Adams|Anne|1|%1|1"_s.arg(prompt);
+        mSample->SetEntries(7, entries);
+        Editor::Open(1, 1, 7, [&](Editor& editor) {
+            user(editor);
+            QCOMPARE(mSample->Entries(7), editor.Rows());
+        });
+        const QString made = Value(
+            u"SELECT KELFilename FROM Node_MSG m JOIN Node_General_Pool p USING (ConfigID, PartID, NodeTypeID, "
+            "NodeNumber) WHERE m.Comment = 'Sample' AND m.NodeDescription = p.NodeDescription AND m.NodeDescription = "
+            "'Anne Adams' ORDER BY m.NodeNumber"_s);
+        CompareAt(line, made, QString::fromLatin1(expected));
+    }
+    /// What makes a save fail, what mends it, and the number of entries that the failure leaves.
+    void Fails(const QString& fault, const QString& repair, int left, int line = __builtin_LINE())
+    {
+        init();
+        mSample->Run(u"UPDATE Detail_DIR SET NamePrompt = 13 WHERE NodeMasterID = 7 AND SequenceNo = 1"_s);
+        const ExpectedQuestion question = MissingNode(13, u"cmdYes"_s);
+        const QString told = repair == dropTrigger ? u"*refused*"_s : u"*dir-db check*"_s;
+        const bool poolIsGone = repair.endsWith(pool);
+        Editor::Open(1, 1, 7, [&](Editor& editor) {
+            mSample->Run(fault);
+            poolIsGone ? editor.Expect(ErrorReport(u"CheckForUnReferencedNodes"_s, told)) : editor.Expect(question);
+            Save(editor, ErrorReport(u"SaveChanges"_s, told));
+            CompareAt(line, StateOf(editor), at7 + u"clean cmdOK"_s);
+            QCOMPARE(editor.RowCount(), 4);
+            mSample->Run(repair);
+            CompareAt(line, QString::number(mSample->Entries(7).size()), QString::number(left));
+            poolIsGone ? Save(editor, question) : Save(editor);
+            QCOMPARE(mSample->Entries(7), editor.Rows());
+            QCOMPARE(Value(header).section(u'|', 0, 1), u"x|x"_s);
+        });
+        CompareAt(line, Value(u"SELECT COUNT(*) FROM Node_MSG WHERE NodeNumber = 13"_s), u"1"_s);
+    }
+    QString Value(const QString& query) const { return mSample->Run(query).join(u';'); }
 
 private Q_SLOTS:
     void init()
     {
         mSample = std::make_unique<SampleDatabase>(); // four entries with the prompts 1, 8, 15 and 22
-        mSample->Run(u"DELETE FROM Detail_DIR WHERE ConfigID = 1 AND NodeMasterID = 7 AND SequenceNo > 4"_s);
+        mSample->SetEntries(7, mSample->Entries(7).first(4));
     }
-    void cleanup() { QVERIFY(!QGuiApplication::overrideCursor()); }
 
-    // What is done and which boxes are answered how; the state, and whether the node was written.
-    void walks_data()
+    // Apply, and what it asks in which order.
+    void applying()
     {
-        QTest::addColumn<QString>("steps");
-        QTest::addColumn<QString>("boxes");
-        QTest::addColumn<QString>("expected");
-        const auto add = [](const char* name, const char* steps, const char* boxes, const char* expected) {
-            QString state = QString::fromLatin1(expected);
-            state.replace(u"@7"_s, u"DIR 7 7 1 of 4"_s).replace(u"@12"_s, u"DIR 12 12 2 of 4"_s);
-            QTest::newRow(name) << QString::fromLatin1(steps) << QString::fromLatin1(boxes) << state;
-        };
-        add("apply", "label:New cmdApply", "", "@7 clean, written");
-        add("order of questions",
-            "code:12 2.1: 3.4:1 4.4:13 label:a\" row:1 cmdDirEdit cmdApply code:1234 cmdApply 2.1:B cmdApply label:x "
-            "cmdApply",
-            "few invalid same:Yes label same:Yes 13:cmdYes", "@7 clean row 2, written");
-        add("last name missing", "3.1: cmdApply", "invalid", "@7 dirty row 3 LVDirectory, kept");
-        add("no number", "1.3:1x cmdApply", "invalid", "@7 dirty row 1 LVDirectory, kept");
-        add("same prompts, No", "2.4:1 3.4:1 cmdApply", "same:No", "@7 dirty row 3 LVDirectory, kept");
-        add("same prompts, Yes", "2.4:1 3.4:1 cmdOK", "same:Yes", "closed, written");
-        add("out of view", "node:12 480.1: cmdApply", "invalid", "@12 dirty row 480 LVDirectory, kept");
-        add("same prompts, invalid", "2.4:1 4.1: cmdApply", "invalid", "@7 dirty row 4 LVDirectory, kept");
-        add("double quote", "label:a\"b cmdApply", "label", "@7 dirty, kept");
-        add("two quotes", "label:a''b close", "save:Yes label", "@7 dirty txtDescription, kept");
-        add("short code", "code:1 Esc", "save:Yes few", "@7 dirty txtAccessCode, kept");
-        add("apply in edit mode", "row:2 cmdDirEdit cmdApply", "", "@7 clean row 2, kept");
-
-        add("OK, clean", "cmdOK", "", "closed, kept");
-        add("OK", "label:x cmdOK", "", "closed, written");
-        add("Cancel, Yes", "label:x cmdCancel", "save:Yes", "closed, written");
-        add("Cancel, No", "label:x cmdCancel", "save:No", "closed, kept");
-        add("Cancel, refused", "3.1: cmdCancel", "save:Yes invalid", "@7 dirty row 3 LVDirectory, kept");
-        add("Escape, Cancel", "label:x Esc", "save:Cancel", "@7 dirty LVDirectory, kept");
-        add("Escape in edit mode", "row:2 cmdDirEdit Esc", "save:Cancel", "@7 dirty row 2, kept");
-        add("close, Yes", "label:x close", "save:Yes", "closed, written");
-        add("close, No", "row:2 cmdDirEdit close", "save:No", "closed, kept");
-        add("close twice", "3.1: close close", "save:Yes invalid save:No", "closed, kept");
-
-        add("next", "cmdNext", "", "@12 clean, kept");
-        add("next, Yes", "label:x cmdNext", "save:Yes", "@12 clean, written");
-        add("next, No", "row:2 cmdDirEdit label:x cmdNext", "save:No", "@12 clean, kept");
-        add("next, Cancel", "label:x cmdNext", "save:Cancel", "@7 dirty, kept");
-        add("next, refused", "3.1: cmdNext", "save:Yes invalid", "@7 dirty row 3 LVDirectory, kept");
-        add("last and previous", "cmdLast cmdPrevious", "", "DIR 20 20 3 of 4 clean, kept");
-        add("last at the end", "cmdLast label:x cmdNext:enabled", "save:No", "DIR 31 31 4 of 4 clean, kept");
-        add("first at the end", "label:x cmdFirst:enabled label:x cmdOK", "save:No", "closed, kept");
-        add("selector, No", "label:x node:12", "save:No", "@12 clean LVDirectory, kept");
-        add("selector, Cancel", "label:x node:31", "save:Cancel", "@7 dirty LVDirectory, kept");
-        add("selector, refused", "code:1 node:31", "save:Yes few", "@7 dirty txtAccessCode, kept");
+        Walk(at7 + u"clean cmdOK, written"_s, [](auto& e) { Changed(e).Click("cmdApply"); });
+        Walk(at7 + u"clean cmdOK, written"_s, [](auto& e) { Changed(e).FocusOn("cmdApply").Keys("Space"); });
+        Walk(at7 + u"clean row 2 cmdOK, written"_s,
+             [](auto& e) { e.ClickRow(1).Click("cmdDirEdit").Click("cmdApply"); });
+        Walk(bad5, [](auto& e) { e.Click("cmdDirAdd").ClickRow(0).Expect(invalid).Click("cmdApply"); });
+        Walk(bad3, badThird, [](auto& e) { Changed(e).Expect(invalid).Click("cmdApply"); });
+        Walk(bad3, sameSecondAndThird, [](auto& e) { Changed(e).Expect(sameNo).Click("cmdApply"); });
+        Walk(u"closed, written"_s, sameSecondAndThird, [](auto& e) { Changed(e).Expect(sameYes).Click("cmdOK"); });
+        Walk(bad5, sameSecondAndThird,
+             [](auto& e) { e.Click("cmdDirAdd").ClickRow(0).Expect(invalid).Click("cmdApply"); });
+        Walk(at12 + u"dirty row 480 LVDirectory, kept"_s, u"Extension = '1x' WHERE SequenceNo = 480"_s,
+             [](auto& e) { Changed(e.Click("cmdNext")).Expect(invalid).Click("cmdApply"); });
+        Walk(at7 + u"dirty cmdApply, kept"_s,
+             [](auto& e) { e.Type(label, u"a\"b"_s).Expect(quotes).Click("cmdApply"); });
+        Walk(at7 + u"clean row 2 cmdOK, written"_s, u"NamePrompt = 13 WHERE NodeMasterID = 7 AND SequenceNo = 4"_s,
+             [](auto& e) {
+                 e.Type(code, u"12"_s).Type(label, u"a\""_s).ClickRow(1).Click("cmdDirInsert").ClickRow(0);
+                 e.Click("cmdDirEdit").Expect(few).Click("cmdApply").Type(code, u"1234"_s);
+                 e.Expect(invalid).Click("cmdApply").Click("cmdDirEdit");
+                 e.Type("txtLastName", u"B"_s).Type("txtFirstName", u"B"_s);
+                 e.Expect(sameYes, quotes).Click("cmdApply").Type(label, u"x"_s);
+                 e.Expect(sameYes, MissingNode(13, u"cmdYes"_s)).Click("cmdApply");
+             });
     }
-    void walks()
+
+    void closing()
     {
-        QFETCH(QString, steps);
-        QFETCH(QString, boxes);
-        const QStringList before = Stored();
-        QString state;
-        Edit([&](EditorForm& form) {
-            BoxScript script;
-            for (const QString& box : boxes.split(u' ', Qt::SkipEmptyParts))
-                Expect(script, box);
-            form.LVDirectory->setFocus();
-            for (const QString& step : steps.split(u' '))
-                Do(form, step);
-            state = StateOf(form);
-            QVERIFY(form.Frame1->isEnabled() && form.StatusBar1->isHidden());
-            const ListView& list = *form.LVDirectory;
-            for (const int row : list.SelectedRows())
-                QVERIFY(list.viewport()->rect().contains(list.visualRect(list.Items().index(row, 1)).center()));
-        });
-        QTEST(state + (Stored() == before ? u", kept"_s : u", written"_s), "expected");
+        Walk(u"closed, kept"_s, [](auto& e) { e.Click("cmdOK"); });
+        Walk(u"closed, written"_s, [](auto& e) { Changed(e).Keys("Return"); });
+        Walk(u"closed, written"_s, [](auto& e) { Changed(e).Expect(saveYes).Click("cmdCancel"); });
+        Walk(u"closed, kept"_s, [](auto& e) { Changed(e).Expect(saveNo).Click("cmdCancel"); });
+        Walk(bad3, badThird, [](auto& e) { Changed(e).Expect(saveYes, invalid).Click("cmdCancel"); });
+        Walk(at7 + u"dirty txtDescription, kept"_s, [](auto& e) { Changed(e).Expect(saveCancel).Keys("Esc"); });
+        Walk(at7 + u"dirty row 1 txtAccessCode, kept"_s,
+             [](auto& e) { e.Type(code, u"1"_s).ClickRow(0).Expect(saveYes, few).Keys("Esc"); });
+        Walk(u"closed, written"_s, [](auto& e) { Changed(e).Expect(saveYes).Close(); });
+        Walk(u"closed, kept"_s, [](auto& e) { e.ClickRow(1).Click("cmdDirEdit").Expect(saveNo).Close(); });
+        Walk(at7 + u"dirty row 1 txtDescription, kept"_s,
+             [](auto& e) { e.Type(label, u"a''b"_s).ClickRow(0).Expect(saveYes, quotes).Close(); });
+        Walk(u"closed, kept"_s, badThird, [](auto& e) { Changed(e).Expect(saveYes, invalid, saveNo).Close().Close(); });
+    }
+
+    void moving()
+    {
+        Walk(at12 + u"clean cmdNext, kept"_s, [](auto& e) { e.Click("cmdNext"); });
+        Walk(u"DIR 20 3 of 4 clean cmdPrevious, kept"_s, [](auto& e) { e.Click("cmdLast").Click("cmdPrevious"); });
+        Walk(at12 + u"clean cmdNext, written"_s, [](auto& e) { Changed(e).Expect(saveYes).Click("cmdNext"); });
+        Walk(at12 + u"clean cmdNext, kept"_s,
+             [](auto& e) { e.ClickRow(1).Click("cmdDirEdit").Expect(saveNo).Click("cmdNext"); });
+        Walk(at7 + u"dirty cmdNext, kept"_s, [](auto& e) { Changed(e).Expect(saveCancel).Click("cmdNext"); });
+        Walk(bad3, badThird, [](auto& e) { Changed(e).Expect(saveYes, invalid).Click("cmdNext"); });
+        Walk(at12 + u"clean cmbNode, kept"_s,
+             [](auto& e) { Changed(e).Expect(saveNo).Choose("cmbNode", u"DIR 12"_s); });
+        Walk(at7 + u"dirty cmbNode, kept"_s,
+             [](auto& e) { Changed(e).Expect(saveCancel).Choose("cmbNode", u"DIR 31"_s); });
+        Walk(at7 + u"dirty txtAccessCode, kept"_s,
+             [](auto& e) { e.Type(code, u"1"_s).Expect(saveYes, few).Choose("cmbNode", u"DIR 31"_s); });
     }
 
     void whatASaveWrites()
     {
         const QString others = u"SELECT * FROM Detail_DIR WHERE ConfigID <> 1 OR NodeMasterID <> 7"_s;
-        const QString dates = u"SELECT DateModified FROM Node_General_Pool WHERE NodeNumber = 7 AND ConfigID = 1 AND "
-                              "PartID = 1 AND NodeTypeID = 16"_s;
-        const QStringList othersBefore = mSample->Run(others);
-        const QStringList datesBefore = mSample->Run(dates);
-        Edit([&](EditorForm& form) {
-            QCOMPARE(mSample->Run(storedRows), ShownRows(form));
-            form.cmbUsePasswords->SetListIndex(-1);
-            for (const char* step :
-                 {"label:", "code:", "1.1:O'Neil", "2.2:\" --", "3.3: 1.0 ", "4.5:", "row:4", "cmdDirUp", "cmdApply"})
-                Do(form, QString::fromLatin1(step));
-            QCOMPARE(mSample->Run(storedRows), ShownRows(form));
-            QCOMPARE(mSample->Run(storedHeader), QStringList{u"|||0|5"_s});
-            SortListByNumber(*form.LVDirectory, DirectoryColumn::Extension, ListItems::SortOrder::Descending);
-            QVERIFY(mSample->Run(storedRows) != ShownRows(form));
-            Do(form, u"label:Staff"_s);
-            Do(form, u"cmdApply"_s);
-            QCOMPARE(mSample->Run(storedRows), ShownRows(form));
-            form.LVDirectory->SelectRows(0, 3);
-            Do(form, u"cmdDirRemove"_s);
-            Do(form, u"cmdApply"_s);
+        const QString othersBefore = Value(others);
+        mSample->SetEntries(7, {u"O'Neil|\" --| 1.0 |13|12"_s, u"Baker|Ben|102|8|1"_s, u"Clark|Cy|103|15|7"_s});
+        Editor::Open(1, 1, 7, [&](Editor& editor) {
+            QCOMPARE(editor.Rows(), mSample->Entries(7));
+            editor.Type(label, {}).Type(code, {}).Click("cmdDirAdd").Click("cmdDirEdit");
+            editor.Type("txtLastName", u"O'Brien"_s).Type("txtFirstName", u"Zoe"_s).Type("cmbPromptNumber", u"61"_s);
+            editor.Click("cmdDirEdit").ClickRow(1).Click("cmdDirUp");
+            editor.Expect(MissingNode(13, u"cmdNo"_s), MissingNode(61, u"cmdNo"_s)).Click("cmdApply").Expected();
+            QCOMPARE(editor.Rows().last(), u"OBrien|Zoe|1|61|1"_s);
+            QCOMPARE(editor.Rows(), mSample->Entries(7));
+            QCOMPARE(Value(header), u"|||1|5"_s);
+            editor.Find<QComboBox>("cmbUsePasswords").setCurrentIndex(-1);
+            editor.ClickHeader(3).Type(label, u"Staff"_s).Click("cmdApply");
+            QCOMPARE(editor.Rows().first(), u"Clark|Cy|103|15|7"_s);
+            QCOMPARE(editor.Rows(), mSample->Entries(7));
+            editor.ListKeys("Ctrl+A").Click("cmdDirRemove").Click("cmdApply");
         });
-        QCOMPARE(Stored(), QStringList{u"Staff|Staff||0|5"_s});
-        QCOMPARE(mSample->Run(others), othersBefore);
-        QVERIFY(mSample->Run(dates) != datesBefore);
+        QCOMPARE(Value(header) + mSample->Entries(7).join(u';'), u"Staff|Staff||0|5"_s);
+        QCOMPARE(Value(others), othersBefore);
+        const QString date =
+            Value(u"SELECT DateModified FROM Node_General_Pool WHERE NodeNumber = 7 AND NodeTypeID = 16"_s);
+        QVERIFY(date.startsWith(QLocale::system().toString(QDate::currentDate(), QLocale::ShortFormat)));
     }
 
-    // The entries' prompts, and for each of several saves in one session what is answered; the nodes created.
-    void missingMessageNodes_data()
+    // Looking at entries in edit mode changes none of them, whatever they hold.
+    void walkingChangesNothing()
     {
-        QTest::addColumn<QString>("prompts");
-        QTest::addColumn<QString>("saves");
-        QTest::addColumn<QString>("expected");
-        const auto add = [](const char* name, const QString& prompts, const QString& saves, const QString& created) {
-            QTest::newRow(name) << prompts << saves << created;
-        };
-        add("yes", u"13,1,27,2"_s, u"13:cmdYes 27:cmdYes;"_s, u"13P01M013.wav;27P01M027.wav"_s);
-        add("yes to all", u"13,27,1234,55"_s, u"13:cmdYesToAll"_s,
-            u"13P01M013.wav;27P01M027.wav;55P01M055.wav;1234P01M1234.wav"_s);
-        add("no", u"13,27,41,42"_s, u"13:cmdNo 27:cmdYes 41:cmdNo 42:cmdNo;"_s, u"27P01M027.wav"_s);
-        add("stop", u"13,27,41,1"_s, u"13:cmdYes 27:cmdStop;27:cmdNo 41:cmdYes;"_s, u"13P01M013.wav;41P01M041.wav"_s);
-        add("closed", u"13,27,1,2"_s, u"13:;13:cmdYes 27:;27:cmdNo"_s, u"13P01M013.wav"_s);
-        add("all is for one save", u"13,1,2,3"_s, u"13:cmdYesToAll;27:cmdNo>27,1,2,3"_s, u"13P01M013.wav"_s);
-        add("same prompt", u"13,13,1,2"_s, u"same:Yes 13:cmdYes"_s, u"13P01M013.wav"_s);
-        add("beginnings", u"130,13,41,2"_s, u"130:cmdNo 41:cmdNo"_s, {});
-        add("longer than checked", u"13,130,1,2"_s, u"13:cmdNo 130:cmdNo"_s, {});
-        add("no template", u"13,1,2,3"_s, u"13:cmdYes"_s, {});
+        mSample->SetEntries(7, {u"O'Neil|Anne|1234567890123456|1|1"_s, u"M\u00FCller|Jos\u00E9|12|999|12345678901"_s,
+                                u"A B|\U0001F600| 1e2|3|x"_s, u"Clark|Cy|3|4|1"_s});
+        const QStringList before = mSample->Entries(7);
+        Editor::Open(1, 1, 7, [&](Editor& editor) {
+            editor.ClickRow(0).Click("cmdDirEdit");
+            for (int row = 1; row < 4; ++row)
+                editor.ListKeys("Down");
+            editor.Expect(MissingNode(999, u"cmdNo"_s)).Click("cmdApply").Expected();
+            QCOMPARE(mSample->Entries(7), before);
+            editor.Click("cmdDirEdit").Type("txtLastName", u"O'X"_s).ListKeys("Up").ListKeys("Down");
+            QCOMPARE(editor.Cell(3, 1), u"OX"_s);
+        });
     }
+
+    void numbersBelow0()
+    {
+        mSample->Run(u"INSERT INTO Node_DIR SELECT ConfigID, PartID, NodeTypeID, -3, 'Below', 0, '', 1 FROM Node_DIR "
+                     "WHERE NodeNumber = 7"_s);
+        mSample->SetEntries(-3, {u"Baker|Ben|102|1|1"_s});
+        const QString seventh = Value(header) + mSample->Entries(7).join(u';');
+        Editor::Open(1, 1, -3, [&](Editor& editor) {
+            QCOMPARE(editor.Text(label) + u' ' + editor.Rows().join(u';'), u"Below Baker|Ben|102|1|1"_s);
+            editor.Type(label, u"x"_s).ClickRow(0).Click("cmdDirRemove").Click("cmdApply");
+        });
+        QCOMPARE(Value(u"SELECT NodeDescription FROM Node_DIR WHERE NodeNumber = -3"_s), u"x"_s);
+        QCOMPARE(mSample->Entries(-3), QStringList());
+        QCOMPARE(Value(header) + mSample->Entries(7).join(u';'), seventh);
+    }
+
+    // No other node is read for one that does not exist, and a number that is none costs the others nothing.
+    void numbersOfNoNode()
+    {
+        const QString list = u"Detail_DIR"_s;
+        mSample->Run(renamed.arg(list, u"gone"_s));
+        Editor::Open(1, 1, 9, {}, {Notice(u"DIR 9 doesn't exist."_s)});
+        mSample->Run(renamed.arg(u"gone"_s, list));
+        mSample->Run(u"INSERT INTO Node_DIR (ConfigID, PartID, NodeTypeID, NodeNumber) VALUES (1, 1, 16, 40000)"_s);
+        const auto user = [](Editor& e) { QCOMPARE(StateOf(e.Click("cmdLast")).left(13), u"DIR 31 4 of 4"_s); };
+        Editor::Open(1, 1, 7, user, {ErrorReport(u"LoadExistingNodesInRecordSelector"_s, u"*left out: 40000.*"_s)});
+    }
+
     void missingMessageNodes()
     {
-        QFETCH(QString, prompts);
-        QFETCH(QString, saves);
-        if (QLatin1String(QTest::currentDataTag()) == QLatin1String("no template"))
-            mSample->Run(u"DELETE FROM Node_MSG WHERE NodeNumber = 0"_s);
-        const QString created = u"SELECT m.NodeNumber || KELFilename FROM Node_MSG m JOIN Node_General_Pool p USING "
-                                "(ConfigID, PartID, NodeTypeID, NodeNumber) WHERE m.Comment = 'Sample' AND "
-                                "m.NodeDescription = p.NodeDescription AND m.NodeDescription IN ('Anne "
-                                "Abcdefghijklmnopqrstuvwxyz', 'Bo Baker', 'Cy Clark', 'Di Davies') ORDER BY 1 + "
-                                "m.NodeNumber"_s;
-        Edit([&](EditorForm& form) {
-            const QStringList names{u"Anne|Abcdefghijklmnopqrstuvwxyzabcde"_s, u"Bo|Baker"_s, u"Cy|Clark"_s,
-                                    u"Di|Davies"_s};
-            for (const QString& save : saves.split(u';')) {
-                const QStringList rows = (save.contains(u'>') ? save.section(u'>', 1) : prompts).split(u',');
-                for (int row = 0; row < 4; ++row) {
-                    Do(form, u"%1.2:%2"_s.arg(row + 1).arg(names[row].section(u'|', 0, 0)));
-                    Do(form, u"%1.1:%2"_s.arg(row + 1).arg(names[row].section(u'|', 1)));
-                    Do(form, u"%1.4:%2"_s.arg(row + 1).arg(rows[row]));
-                }
-                BoxScript script;
-                for (const QString& box : save.section(u'>', 0, 0).split(u' ', Qt::SkipEmptyParts))
-                    Expect(script, box);
-                Do(form, u"cmdApply"_s);
-                script.Verify();
-                QCOMPARE(mSample->Run(storedRows), ShownRows(form));
-            }
+        const auto yes = [](int number) { return MissingNode(number, u"cmdYes"_s); };
+        const auto no = [](int number) { return MissingNode(number, u"cmdNo"_s); };
+        const auto closed = [](int number) { return MissingNode(number, {}); };
+        const auto all = MissingNode(13, u"cmdYesToAll"_s);
+        const auto stop = MissingNode(27, u"cmdStop"_s);
+        Missing(u"13,1,27,2"_s, "P01M013.wav;P01M027.wav", [=](auto& e) { Save(e, yes(13), yes(27)), Save(e); });
+        Missing(u"13,27,999,55"_s, "P01M013.wav;P01M027.wav;P01M055.wav;P01M999.wav", [=](auto& e) { Save(e, all); });
+        Missing(u"13,27,41,42"_s, "P01M027.wav", [=](auto& e) { Save(e, no(13), yes(27), no(41), no(42)), Save(e); });
+        Missing(u"13,27,41,1"_s, "P01M013.wav;P01M041.wav",
+                [=](auto& e) { Save(e, yes(13), stop), Save(e, no(27), yes(41)), Save(e); });
+        Missing(u"13,27,1,2"_s, "P01M013.wav",
+                [=](auto& e) { Save(e, closed(13)), Save(e, yes(13), closed(27)), Save(e, no(27)); });
+        Missing(u"13,1,2,3"_s, "P01M013.wav", [=](auto& e) {
+            Save(e, all);
+            Save(e.ClickRow(0).Click("cmdDirEdit").Type("cmbPromptNumber", u"27"_s), no(27));
         });
-        QTEST(mSample->Run(created).join(u';'), "expected");
+        Missing(u"130,13,41,2"_s, "", [=](auto& e) { Save(e, no(130), no(41)); });
+        Missing(u"13,130,1,2"_s, "", [=](auto& e) { Save(e, no(13), no(130)); });
     }
 
-    // What makes a save fail, what mends it, and the number of entries that the failure leaves.
-    void failures_data()
+    // The made node's name ends before a character that does not fit; its file's name has the partition's sign.
+    void messageNodeOfAPartitionBelow0()
     {
-        QTest::addColumn<QString>("fault");
-        QTest::addColumn<QString>("repair");
-        QTest::addColumn<int>("left");
-        const auto trigger = [](const QString& event) {
-            return u"CREATE TRIGGER fault BEFORE "_s + event + u" BEGIN SELECT RAISE(ABORT, 'refused'); END"_s;
-        };
-        const QString insert = u"INSERT ON Detail_DIR WHEN NEW.SequenceNo = %1"_s;
-        const QString drop = u"DROP TRIGGER fault"_s;
-        QTest::newRow("first command") << trigger(u"DELETE ON Detail_DIR"_s) << drop << 4;
-        QTest::newRow("node") << trigger(u"UPDATE ON Node_DIR"_s) << drop << 0;
-        QTest::newRow("pool") << trigger(u"UPDATE ON Node_General_Pool"_s) << drop << 0;
-        QTest::newRow("first entry") << trigger(insert.arg(1)) << drop << 0;
-        QTest::newRow("an entry") << trigger(insert.arg(3)) << drop << 2;
-        QTest::newRow("last entry") << trigger(insert.arg(4)) << drop << 3;
-        QTest::newRow("no table") << u"ALTER TABLE Detail_DIR RENAME TO refused"_s
-                                  << u"ALTER TABLE refused RENAME TO Detail_DIR"_s << 4;
+        for (const QString& table : {u"Node_DIR"_s, u"Node_MSG"_s, u"Node_General_Pool"_s})
+            mSample->Run(u"UPDATE %1 SET PartID = -5 WHERE PartID = 1 AND NodeNumber IN (0, 7)"_s.arg(table));
+        mSample->SetEntries(7, {QString(25, u'W') + u"\U0001F600|Anne|1|5|1"_s});
+        mSample->Run(u"UPDATE Detail_DIR SET PartID = -5 WHERE NodeMasterID = 7"_s);
+        mSample->Run(u"UPDATE Node_Type_Max SET PartitionID = -5 WHERE Config_ID = 1 AND PartitionID = 1"_s);
+        Editor::Open(1, -5, 7, [](Editor& editor) {
+            editor.Type(label, u"x"_s).Expect(MissingNode(5, u"cmdYes"_s)).Click("cmdApply");
+        });
+        QCOMPARE(Value(u"SELECT KELFilename, NodeDescription FROM Node_MSG WHERE PartID = -5 AND NodeNumber = 5"_s),
+                 u"P-05M005.wav|Anne "_s + QString(25, u'W'));
     }
+
     void failures()
     {
-        QFETCH(QString, fault);
-        QFETCH(QString, repair);
-        QFETCH(int, left);
-        Edit([&](EditorForm& form) {
-            Do(form, u"1.4:13"_s);
-            Do(form, u"label:x"_s);
-            mSample->Run(fault);
-            BoxScript script;
-            Expect(script, u"13:cmdYes"_s);
-            script.Expect(
-                ErrorReport(u"SaveChanges"_s, fault.contains(u"TRIGGER") ? u"*refused*"_s : u"*dir-db check*"_s));
-            Do(form, u"cmdApply"_s);
-            script.Verify();
-            QCOMPARE(StateOf(form), u"DIR 7 7 1 of 4 clean"_s);
-            QVERIFY(form.Frame1->isEnabled() && form.StatusBar1->isHidden() && !QGuiApplication::overrideCursor());
-            QCOMPARE(form.LVDirectory->Items().RowCount(), 4);
-            mSample->Run(repair);
-            QCOMPARE(mSample->Run(storedRows).size(), left);
-            Do(form, u"label:y"_s);
-            Do(form, u"cmdApply"_s);
-            QCOMPARE(mSample->Run(storedRows), ShownRows(form));
-            QCOMPARE(mSample->Run(storedHeader).first().section(u'|', 0, 1), u"y|y"_s);
-        });
-        QCOMPARE(mSample->Run(u"SELECT COUNT(*) FROM Node_MSG WHERE NodeNumber = 13"_s), QStringList{u"1"_s});
+        const QString insert = u"INSERT ON Detail_DIR WHEN NEW.SequenceNo = %1"_s;
+        Fails(Trigger(u"DELETE ON Detail_DIR"_s), dropTrigger, 4);
+        Fails(Trigger(u"UPDATE ON Node_DIR"_s), dropTrigger, 0);
+        Fails(Trigger(u"UPDATE ON Node_General_Pool"_s), dropTrigger, 0);
+        for (const int entry : {1, 3, 4})
+            Fails(Trigger(insert.arg(entry)), dropTrigger, entry - 1);
+        Fails(renamed.arg(u"Detail_DIR"_s, u"gone"_s), renamed.arg(u"gone"_s, u"Detail_DIR"_s), 4);
+        Fails(renamed.arg(pool, u"gone"_s), renamed.arg(u"gone"_s, pool), 0);
     }
 
-    // The library that is registered for the label check, and what the report says of it.
-    void labelCheckIsRegistered_data()
+    void inputMeantForTheSavedRows()
     {
-        AddCases({{"relative path", u"check.so"_s, u"*\"check.so\" is not an absolute path*"_s},
-                  {"no file", u"/nowhere/check.so"_s, u"*/nowhere/check.so does not exist*"_s},
-                  {"writable by others", u"@"_s, u"*can be written by others*"_s}});
+        Editor::Open(1, 1, 7, [&](Editor& editor) {
+            Changed(editor.ClickRow(0)).QueueRemoval().Click("cmdApply");
+            QCoreApplication::processEvents();
+            QCOMPARE(StateOf(editor), u"DIR 7 1 of 4 clean row 1 cmdOK"_s);
+            QCOMPARE(editor.RowCount(), 4);
+        });
     }
+
     void labelCheckIsRegistered()
     {
-        QFETCH(QString, given);
-        QFETCH(QString, expected);
         QTemporaryFile library;
         QVERIFY(library.open() && library.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::WriteOther));
-        QFile registry(QFile::decodeName(qgetenv("KELDAR_REGISTRY")));
-        QVERIFY(registry.open(QIODevice::WriteOnly));
         const QString clsid = u"{6E2B8C41-93D7-4F0A-A51C-7B40D2E83600}"_s;
-        registry.write(u"Windows Registry Editor Version 5.00\r\n\r\n"
-                       "[HKEY_CLASSES_ROOT\\QOR_Validate_TEXTField.Business_Rules\\Clsid]\r\n@=\"%1\"\r\n\r\n"
-                       "[HKEY_CLASSES_ROOT\\CLSID\\%1\\InprocServer32]\r\n@=\"%2\"\r\n"_s
-                           .arg(clsid, given == u"@"_s ? library.fileName() : given)
-                           .toUtf8());
-        registry.close();
-        const QStringList before = Stored();
-        Edit([&](EditorForm& form) {
-            Do(form, u"label:x"_s);
-            BoxScript script{ErrorReport(u"cmdApply_Click"_s, expected)};
-            Do(form, u"cmdApply"_s);
-            QCOMPARE(StateOf(form), u"DIR 7 7 1 of 4 dirty"_s);
-        });
-        QCOMPARE(Stored(), before);
+        const int before = mSample->DataVersion();
+        for (const auto& [path, fault] : {std::pair(u"check.so"_s, u"*\"check.so\" is not an absolute path*"_s),
+                                          {u"/nowhere/check.so"_s, u"*/nowhere/check.so does not exist*"_s},
+                                          {library.fileName(), u"*can be written by others*"_s}}) {
+            WriteFile(qEnvironmentVariable("KELDAR_REGISTRY"),
+                      u"Windows Registry Editor Version 5.00\r\n\r\n"
+                      "[HKEY_CLASSES_ROOT\\QOR_Validate_TEXTField.Business_Rules\\Clsid]\r\n@=\"%1\"\r\n\r\n"
+                      "[HKEY_CLASSES_ROOT\\CLSID\\%1\\InprocServer32]\r\n@=\"%2\"\r\n"_s.arg(clsid, path)
+                          .toUtf8());
+            Editor::Open(1, 1, 7, [report = ErrorReport(u"cmdApply_Click"_s, fault)](Editor& editor) {
+                QVERIFY(Changed(editor).Expect(report).Click("cmdApply").IsDirty());
+            });
+        }
+        QCOMPARE(mSample->DataVersion(), before);
+    }
+
+    void killedWhileSaving()
+    {
+        bool isGiven = false;
+        const int given = qEnvironmentVariableIntValue("QOR_KILL_SEED", &isGiven);
+        const quint32 seed = isGiven ? static_cast<quint32>(given) : QRandomGenerator::global()->bounded(1000000);
+        qInfo("QOR_KILL_SEED=%u", seed);
+        QRandomGenerator moments(seed);
+        mSample->Run(u"UPDATE Detail_DIR SET NamePrompt = SequenceNo WHERE NodeMasterID = 12"_s);
+        mSample->Run(u"INSERT OR IGNORE INTO Node_General_Pool SELECT 1, 1, 0, NamePrompt, 'MSG', '', '' FROM "
+                     "Detail_DIR WHERE NodeMasterID = 12"_s);
+        const QStringList entries = mSample->Entries(12);
+        int cutShort = 0;
+        for (int i = 0; i < 20; ++i) {
+            QProcess child;
+            child.start(QCoreApplication::applicationFilePath(), {u"--save"_s});
+            QVERIFY(child.waitForReadyRead() && child.readAll().startsWith("saving"));
+            QTest::qSleep(static_cast<int>(moments.bounded(60)));
+            child.kill();
+            QVERIFY(child.waitForFinished());
+            QCOMPARE(Value(u"PRAGMA integrity_check"_s), u"ok"_s);
+            const QStringList left = mSample->Entries(12);
+            QCOMPARE(left, entries.first(left.size()));
+            cutShort += left.size() < entries.size() ? 1 : 0;
+            mSample->SetEntries(12, entries);
+        }
+        QVERIFY(cutShort > 0);
     }
 };
 
-QTEST_MAIN(CommitTest)
+int main(int argc, char** argv)
+{
+    QApplication application(argc, argv);
+    if (QCoreApplication::arguments().contains(u"--save"_s))
+        return SaveWithoutEnd();
+    CommitTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "CommitTest.moc"

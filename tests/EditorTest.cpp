@@ -1,19 +1,82 @@
 // The editor's form under the hands of its user: the commands on entries, the fields that edit them in place, the
-// node's header. Keys and clicks go in; what the list, the fields and the mark of changes hold comes out.
-#include "form/ModuleState.h"
-#include "platform/ui/MsgBox.h"
-#include "rules/Validation.h"
-#include "service/frmDIR.h"
-#include "support/BoxScript.h"
-#include "support/Cases.h"
+// node's header. Keys and clicks go in; what the list, the fields and the mark of changes show comes out.
+#include "support/Editor.h"
 #include "support/SampleDatabase.h"
 
-#include <QClipboard>
+#include <QApplication>
+#include <QComboBox>
+#include <QElapsedTimer>
 #include <QHeaderView>
-#include <QLineEdit>
+#include <QInputMethodEvent>
+#include <QMouseEvent>
 #include <QScrollBar>
+#include <QTest>
 
 using namespace qor;
+
+namespace {
+
+const QString abc = u"A,B,C"_s;
+const QString abcd = u"A,B,C,D"_s;
+
+QString MarkOf(const Editor& editor)
+{
+    return editor.IsDirty() ? u" dirty"_s : u" clean"_s;
+}
+
+/// "2Baker* 3!13": the number and the last name of each row, * where it is selected, ! and the prompt of a red one.
+QString ListOf(const Editor& editor)
+{
+    QStringList rows;
+    for (int row = 0; row < editor.RowCount(); ++row) {
+        const bool isRed = editor.Red(row) == u"-rrrr-"_s;
+        rows << editor.Cell(row, 0) + (isRed ? u'!' + editor.Cell(row, 4) : QString()) + editor.Cell(row, 1) +
+                    (editor.Selected().contains(row) ? u"*"_s : QString());
+    }
+    return rows.join(u' ') + MarkOf(editor);
+}
+
+bool FieldsShown(const Editor& editor)
+{
+    return editor.Find("txtFirstName").isVisible();
+}
+
+/// The in-place fields lie over the selected row's cells and show it.
+void CompareFields(const Editor& editor)
+{
+    QCOMPARE(editor.Selected().size(), 1);
+    const int row = editor.Selected().first();
+    int column = 1;
+    for (const char* name : {"txtLastName", "txtFirstName", "txtExtension", "cmbPromptNumber"}) {
+        const QWidget& field = editor.Find(name);
+        const QWidget* list = editor.List().viewport();
+        QRect place = editor.CellRect(row, column) & list->rect();
+        place.moveTopLeft(list->mapTo(field.parentWidget(), place.topLeft()));
+        QVERIFY2(field.isVisible(), name);
+        QVERIFY2(field.geometry().adjusted(-1, -1, 1, 1).contains(place), name);
+        QVERIFY2(place.adjusted(-1, -1, 1, 1).contains(field.geometry()), name);
+        QCOMPARE(editor.Field(name).text(), editor.Cell(row, column++));
+    }
+    QVERIFY(editor.Find("txtPassword").isHidden());
+}
+
+/// The cells of the first row that are not "Adams, Anne, 101, 5, 1", the text that has the focus with | for the caret
+/// or the selection in brackets, and the mark.
+QString FieldsOf(const Editor& editor)
+{
+    const QStringList before{u"Adams"_s, u"Anne"_s, u"101"_s, u"5"_s, u"1"_s};
+    QString state;
+    for (int column = 1; column <= 5; ++column) {
+        if (const QString text = editor.Cell(0, column); text != before[column - 1])
+            state += QString::number(column) + text;
+    }
+    const QLineEdit& field = editor.Field(editor.Focus().toLatin1().constData());
+    const QString selected = u'[' + field.selectedText() + u']';
+    const QString text = field.hasSelectedText() ? selected : field.text().insert(field.cursorPosition(), u'|');
+    return state + u' ' + text + MarkOf(editor);
+}
+
+} // namespace
 
 class EditorTest : public QObject
 {
@@ -21,421 +84,269 @@ class EditorTest : public QObject
 
 private:
     std::unique_ptr<SampleDatabase> mSample;
-    std::unique_ptr<frmDIR> mForm;
 
-    /// Shows the form as the service does, on a directory that has these last names; "*500" makes that many.
-    void Open(const QString& names)
+    /// Opens the editor on a directory that has these last names.
+    void Open(const QString& names, const Editor::User& user) const
     {
-        mForm = std::make_unique<frmDIR>();
-        mForm->Load();
-        mForm->SetConfigID(1);
-        mForm->SetPartitionID(1);
-        ResetDirectoryListView(List());
-        mForm->HideEntryEditors();
-        BusinessRules rules;
-        rules.LoadExistingNodesInRecordSelector(*mForm, 12);
-        QVERIFY(rules.LoadPromptMSGNodeNumber(*mForm) && rules.LoadData(*mForm, 12));
-        Items().Clear();
-        std::vector<ListRow> rows;
-        const QString all = names.startsWith(u'*') ? u"A,"_s.repeated(names.sliced(1).toInt()) : names;
-        for (const QString& name : all.split(u',', Qt::SkipEmptyParts))
-            rows.push_back(EntryRow(static_cast<int>(rows.size()) + 1, {name, u"Anne"_s, u"101"_s, u"5"_s, u"1"_s}));
-        Items().Append(std::move(rows));
-        mForm->show();
-        QVERIFY(QTest::qWaitForWindowActive(mForm.get()));
-        mForm->MarkUnchanged();
+        QStringList entries;
+        for (const QString& name : names.split(u',', Qt::SkipEmptyParts))
+            entries << name + u"|Anne|101|5|1"_s;
+        mSample->SetEntries(12, entries);
+        Editor::Open(1, 1, 12, user);
     }
-    void Do(const QString& steps)
+    void Commands(const QString& names, const char* expected, const Editor::User& user, int line = __builtin_LINE())
     {
-        for (const QString& step : steps.split(u' ', Qt::SkipEmptyParts))
-            DoOne(step);
+        Open(names, [&](Editor& editor) {
+            user(editor);
+            CompareAt(line, ListOf(editor), QString::fromLatin1(expected));
+        });
     }
-    /// A button by its name; "row:2", "+row:2" (with Ctrl), "rightrow:2" and "head:1" for clicks;
-    /// "txtLastName=x", "<x" and "^x" to type, paste or compose over a field's text and "_x" at its third character;
-    /// else keys for the list.
-    void DoOne(const QString& step)
+    /// In edit mode on the first of two equal rows, as if its beginning was saved.
+    void Fields(const QString& expected, const Editor::User& user, int line = __builtin_LINE())
     {
-        static const QRegularExpression input(u"^(txt\\w+|cmb\\w+)([=<^_])(.*)"_s,
-                                              QRegularExpression::DotMatchesEverythingOption);
-        const int number = step.section(u':', 1).toInt();
-        if (const auto match = input.match(step); match.hasMatch()) {
-            Enter(*Field(match.captured(1)), match.captured(2).front(), match.captured(3));
-        } else if (auto* button = mForm->findChild<QPushButton*>(step)) {
-            QTest::mouseClick(button, Qt::LeftButton);
-        } else if (step.contains(u"row:")) {
-            const auto modifier = step.startsWith(u'+') ? Qt::ControlModifier : Qt::NoModifier;
-            const auto mouse = step.startsWith(u"right") ? Qt::RightButton : Qt::LeftButton;
-            QTest::mouseClick(List().viewport(), mouse, modifier, Centre(number));
-        } else if (step.startsWith(u"head:")) {
-            QHeaderView* header = List().horizontalHeader();
-            QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
-                              {header->sectionViewportPosition(number) + 20, 8});
-        } else {
-            List().setFocus();
-            QTest::keySequence(&List(), QKeySequence(step));
-            const auto buttons = mForm->findChildren<QPushButton*>(); // a mnemonic presses its button for a moment
-            QTRY_VERIFY(std::none_of(buttons.begin(), buttons.end(), [](auto* pressed) { return pressed->isDown(); }));
-        }
+        Open(u"Adams,Adams"_s, [&](Editor& editor) {
+            editor.ClickRow(0).Click("cmdDirEdit").Find("cmdApply").setEnabled(false);
+            user(editor);
+            CompareAt(line, FieldsOf(editor), expected);
+        });
     }
-    static void Enter(QLineEdit& field, QChar way, const QString& text)
+    void Typed(const char* field, const char* text, const char* expected, int line = __builtin_LINE())
     {
-        field.show();
-        field.setFocus(Qt::TabFocusReason);
-        field.selectAll();
-        if (way == u'_')
-            field.setCursorPosition(2);
-        if (text.isEmpty())
-            QTest::keyClick(&field, Qt::Key_Backspace);
-        if (way == u'<') {
-            QGuiApplication::clipboard()->setText(text);
-            QTest::keySequence(&field, QKeySequence::Paste);
-        } else if (way == u'^') {
-            for (const QString& committed : {QString(), text}) {
-                QInputMethodEvent event(committed.isEmpty() ? u"pre"_s : QString(), {});
-                event.setCommitString(committed);
-                QCoreApplication::sendEvent(&field, &event);
-            }
-        } else {
-            QTest::keyClicks(&field, text);
-        }
+        Fields(
+            QString::fromLatin1(expected), [=](auto& e) { e.Type(field, QLatin1String(text)); }, line);
     }
-
-    ListView& List() const { return *mForm->LVDirectory; }
-    ListItems& Items() const { return List().Items(); }
-    QString Mark() const { return mForm->cmdApply->isEnabled() ? u" dirty"_s : u" clean"_s; }
-    QLineEdit* Field(const QString& name) const
+    void Pasted(const char* field, const QString& text, const QString& expected, int line = __builtin_LINE())
     {
-        const auto* combo = mForm->findChild<ComboBox*>(name);
-        return combo ? combo->lineEdit() : mForm->findChild<QLineEdit*>(name);
+        Fields(
+            expected, [=](auto& e) { e.Paste(field, text); }, line);
     }
-    QPoint Centre(int row) const { return List().visualRect(Items().index(row, 2)).center(); }
-    bool IsRed(int row) const
+    /// In edit mode on the second of four rows: fields that are shown belong to the row that typing changes.
+    void Follows(const char* expected, const Editor::User& user, int line = __builtin_LINE())
     {
-        int red = 0;
-        for (int subItem = 0; subItem <= 5; ++subItem)
-            red |= Items().ForeColor(row, subItem) == invalidRowColour ? 1 << subItem : 0;
-        return red == 0b11110;
-    }
-    /// "2aBaker*": the key, ! and the prompt of a red row, the last name, * where it is selected.
-    QString Rows() const
-    {
-        QString rows;
-        for (int row = 0; row < Items().RowCount(); ++row) {
-            rows += Items().Key(row) + (IsRed(row) ? u'!' + Items().Text(row, 4) : QString());
-            rows += Items().Text(row, 1) + (List().IsSelected(row) ? u"* "_s : u" "_s);
-        }
-        return rows.trimmed() + Mark();
-    }
-    /// The in-place fields lie over the selected row's cells and show it.
-    void CompareEditors() const
-    {
-        const int row = List().SelectedItem();
-        int column = 1;
-        for (const char* name : {"txtLastName", "txtFirstName", "txtExtension", "cmbPromptNumber"}) {
-            const auto* editor = mForm->findChild<QWidget*>(QLatin1String(name));
-            QRect place = List().visualRect(Items().index(row, column)) & List().viewport()->rect();
-            place.moveTopLeft(List().viewport()->mapTo(mForm->fraDirectory, place.topLeft()));
-            QVERIFY2(editor->isVisible(), name);
-            QVERIFY2(editor->geometry().adjusted(-1, -1, 1, 1).contains(place), name);
-            QVERIFY2(place.adjusted(-1, -1, 1, 1).contains(editor->geometry()), name);
-            QCOMPARE(Field(editor->objectName())->text(), Items().Text(row, column++));
-        }
-        QVERIFY(mForm->txtPassword->isHidden());
-        QCOMPARE(List().SelectedRows(), std::vector{row});
+        Open(abcd, [&](Editor& editor) {
+            user(editor.ClickRow(1).Click("cmdDirEdit"));
+            CompareAt(line, editor.Cell(editor.Selected().value(0), 1), QString::fromLatin1(expected));
+            CompareFields(editor);
+        });
     }
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        InstallErrorBox();
-        mSample = std::make_unique<SampleDatabase>();
-    }
-    void cleanup() { QVERIFY(!QGuiApplication::overrideCursor()); }
+    void init() { mSample = std::make_unique<SampleDatabase>(); }
 
-    void entryCommands_data()
+    void addAndInsert()
     {
-        const QString abc = u"A,B,C|"_s;
-        AddCases({{"add to none", u"|cmdDirAdd"_s, u"1a!13* dirty"_s},
-                  {"add", u"A|row:0 cmdDirAdd cmdDirAdd Alt+A"_s, u"1aA 2a!13 3a!27 4a!41* dirty"_s},
-                  {"insert twice", abc + u"row:1 cmdDirInsert Alt+I"_s, u"1aA 5a!27* 4a!13 2aB 3aC dirty"_s},
-                  {"insert, none selected", abc + u"row:0 +row:0 cmdDirInsert"_s, u"1aA 2aB 3aC 4a!13* dirty"_s},
-                  {"insert, two selected", abc + u"row:0 +row:2 cmdDirInsert"_s, u"1aA 2aB 3aC 4a!13* dirty"_s},
-                  {"up after insert", abc + u"row:0 cmdDirInsert cmdDirUp"_s, u"1a!13* 2aA 3aB 4aC dirty"_s},
-                  {"down after insert", abc + u"row:0 cmdDirInsert Alt+D"_s, u"1aA 2a!13* 3aB 4aC dirty"_s},
-                  {"up twice", abc + u"row:2 cmdDirUp Alt+U"_s, u"1aC* 2aA 3aB dirty"_s},
-                  {"down, last", abc + u"row:2 cmdDirDown"_s, u"1aA 2aB 3aC* dirty"_s},
-                  {"up after sort", u"B,C,A|head:1 row:2 cmdDirUp"_s, u"1aA 2aC* 3aB dirty"_s},
-                  {"remove", abc + u"row:1 cmdDirRemove"_s, u"1aA 2aC* dirty"_s},
-                  {"remove scattered", u"A,B,C,D|row:1 +row:3 Del"_s, u"1aA* 2aC dirty"_s},
-                  {"remove neighbours", abc + u"row:1 Shift+Down Del"_s, u"1aA* dirty"_s},
-                  {"remove all", abc + u"Ctrl+A Del"_s, u" dirty"_s},
-                  {"remove none", abc + u"cmdDirRemove Del"_s, u"1aA 2aB 3aC clean"_s},
-                  {"remove after insert", abc + u"row:0 cmdDirInsert row:1 Del"_s, u"1a!13 2aB* 3aC dirty"_s},
-                  {"keys in edit mode", abc + u"row:0 +row:2 Alt+E Del"_s, u"1aA 2aB 3aC* dirty"_s},
-                  {"edit mode off", abc + u"row:1 cmdDirEdit cmdDirEdit row:0 +row:2 Del"_s, u"1aB* dirty"_s}});
-    }
-    void entryCommands()
-    {
-        QFETCH(QString, given);
-        Open(given.section(u'|', 0, 0));
-        Do(given.section(u'|', 1));
-        QTEST(Rows(), "expected");
-        const bool removes = given.contains(u"Remove") || given.contains(u"Del") || given.contains(u"Alt+R");
-        QCOMPARE(Module().DirectoryChanged, removes && !given.contains(u"Alt+E"));
+        constexpr auto ctrl = Qt::ControlModifier;
+        const char* const start = "cmbMSGNodeNumber";
+        Commands({}, "1!13* dirty", [](auto& e) { e.Click("cmdDirAdd"); });
+        Commands(u"A"_s, "1A 2!13 3!27 4!41* dirty",
+                 [](auto& e) { e.ClickRow(0).Click("cmdDirAdd").Click("cmdDirAdd").Keys("Alt+A"); });
+        Commands({}, "1!13* dirty", [](auto& e) {
+            e.Click("cmdDirAdd").Click("cmdDirAdd").ListKeys("Ctrl+A").Keys("Del").Keys("Alt+A");
+        }); // the first row of an empty list counts anew
+        Commands(u"A"_s, "1A 2!13* dirty", [=](auto& e) { e.Type(start, u"12x"_s).Click("cmdDirAdd"); });
+        Commands(u"A"_s, "1A 2!41* dirty", [=](auto& e) { e.Type(start, u"41x"_s).Click("cmdDirAdd"); });
+        Commands(u"A"_s, "1A 2!13* dirty", [=](auto& e) { e.Type(start, u"x"_s).Click("cmdDirAdd"); });
+        Commands(abc, "1A 5!27* 4!13 2B 3C dirty", [](auto& e) { e.ClickRow(1).Click("cmdDirInsert").Keys("Alt+I"); });
+        Commands(abc, "1A 2B 3C 4!13* dirty", [](auto& e) { e.ClickRow(0).ClickRow(0, ctrl).Click("cmdDirInsert"); });
+        Commands(abc, "1A 2B 3C 4!13* dirty", [](auto& e) { e.ClickRow(0).ClickRow(2, ctrl).Click("cmdDirInsert"); });
     }
 
-    void refusals_data()
+    void moveAndSort()
     {
-        AddCases({{"500", u"*500"_s, u"Limited to 500 names in Directory list "_s},
-                  {"501", u"*501"_s, {}},
-                  {"no prompts", u"A"_s, u"Please check the \"Max Number of each Node\" in Partition Settings."_s}});
+        Commands(abc, "1!13* 2A 3B 4C dirty", [](auto& e) { e.ClickRow(0).Click("cmdDirInsert").Click("cmdDirUp"); });
+        Commands(abc, "1A 2!13* 3B 4C dirty", [](auto& e) { e.ClickRow(0).Click("cmdDirInsert").Keys("Alt+D"); });
+        Commands(abc, "1C* 2A 3B dirty", [](auto& e) { e.ClickRow(2).Click("cmdDirUp").Keys("Alt+U"); });
+        Commands(abc, "1A 2B 3C* dirty", [](auto& e) { e.ClickRow(2).Click("cmdDirDown"); });
+        Commands(u"B,C,A"_s, "1A 2C* 3B dirty", [](auto& e) { e.ClickHeader(1).ClickRow(2).Click("cmdDirUp"); });
+        Commands(u"B,C,A"_s, "2C 1B 3A clean", [](auto& e) { e.ClickHeader(1).ClickHeader(1, true); });
+        mSample->SetEntries(7, {u"Adams|Anne|101|5|1234"_s, u"Baker|Ben|102|6|7"_s});
+        Editor::Open(1, 1, 7, [](Editor& editor) {
+            const QStringList before = editor.Rows();
+            editor.ClickRow(1).Click("cmdDirUp");
+            QCOMPARE(editor.Rows(), (QStringList{before[1], before[0]}));
+            QCOMPARE(editor.Click("cmdDirDown").Rows(), before);
+        });
     }
-    void refusals()
+
+    // Sorting belongs to the node on display.
+    void anotherNodeIsNotSorted()
     {
-        QFETCH(QString, given);
-        QFETCH(QString, expected);
-        for (const QString& command : {u"cmdDirAdd"_s, u"cmdDirInsert"_s}) {
-            Open(given);
-            if (given == u"A"_s)
-                mForm->cmbPromptNumber->Clear();
-            BoxScript script;
-            if (!expected.isEmpty())
-                script.Expect(Notice(expected));
-            Do(u"row:0 "_s + command);
-            QCOMPARE(Mark(), expected.isEmpty() ? u" dirty"_s : u" clean"_s);
-            if (expected.isEmpty())
-                QVERIFY(List().viewport()->rect().contains(Centre(List().SelectedItem())));
+        mSample->SetEntries(7, {u"B|Bo|2|1|1"_s, u"C|Cy|3|2|1"_s, u"A|Al|1|3|1"_s});
+        for (const int column : {1, 3, 4}) {
+            Open(abc, [&](Editor& editor) {
+                QCOMPARE(ListOf(editor.ClickHeader(column).Click("cmdFirst")), u"1B 2C 3A clean"_s);
+                QCOMPARE(ListOf(editor.ClickHeader(1)), u"3A 1B 2C clean"_s);
+                QCOMPARE(ListOf(editor.ClickHeader(1)), u"2C 1B 3A clean"_s);
+            });
         }
     }
 
-    void editorsLieOverTheRow()
+    void remove()
     {
-        Open(u"*60"_s);
-        Do(u"row:3 cmdDirEdit"_s);
-        CompareEditors();
-        for (const char* name :
-             {"cmdDirAdd", "cmdDirInsert", "cmdDirRemove", "cmdDirUp", "cmdDirDown", "cmdDirSaveList"})
-            QVERIFY2(!mForm->findChild<QWidget*>(QLatin1String(name))->isEnabled(), name);
-        List().setColumnWidth(1, 200);
-        List().setColumnWidth(3, 60);
-        QScrollBar& sideways = *List().horizontalScrollBar();
-        QTRY_VERIFY(sideways.maximum() > 40);
-        Do(u"row:5"_s);
-        CompareEditors();
-        for (const int offset : {20, 40, 0}) {
-            sideways.setValue(offset);
-            CompareEditors();
+        constexpr auto ctrl = Qt::ControlModifier;
+        Commands(abc, "1A 2C* dirty", [](auto& e) { e.ClickRow(1).Click("cmdDirRemove"); });
+        Commands(abcd, "1A* 2C dirty", [](auto& e) { e.ClickRow(1).ClickRow(3, ctrl).ListKeys("Del"); });
+        Commands(abc, "1A* dirty", [](auto& e) { e.ClickRow(1).ListKeys("Shift+Down").Keys("Del"); });
+        Commands(abc, " dirty", [](auto& e) { e.ListKeys("Ctrl+A").Keys("Del"); });
+        Commands(abc, "1A 2B 3C clean", [](auto& e) { e.Click("cmdDirRemove").ListKeys("Del"); });
+        Commands(abc, "1!13 2B* 3C dirty",
+                 [](auto& e) { e.ClickRow(0).Click("cmdDirInsert").ClickRow(1).Keys("Del"); });
+        Commands(abc, "1A 2B 3C* dirty",
+                 [](auto& e) { e.ClickRow(0).ClickRow(2, ctrl).Keys("Alt+E").ListKeys("Del"); });
+        Commands(abc, "1B* dirty",
+                 [](auto& e) { e.ClickRow(1).Keys("Alt+E").Keys("Alt+E").ClickRow(0).ClickRow(2, ctrl).Keys("Del"); });
+    }
+
+    void fullList()
+    {
+        for (const int before : {500, 501}) {
+            Open(u"A,"_s.repeated(before), [&](Editor& editor) {
+                for (const char* command : {"cmdDirAdd", "cmdDirInsert"}) {
+                    if (before == 500)
+                        editor.Expect(Notice(u"Limited to 500 names in Directory list "_s));
+                    editor.ClickRow(0).Click(command).Expected();
+                    QCOMPARE(editor.IsDirty(), before != 500);
+                    QVERIFY(editor.IsInView(editor.Selected().value(0)));
+                }
+            });
         }
-        List().setColumnWidth(1, 30); // so that the last name can go out of sight
-        List().setColumnWidth(4, 300);
-        QTRY_VERIFY(sideways.maximum() > 60);
-        for (const int offset : {60, 0})
-            sideways.setValue(offset);
-        CompareEditors();
-        List().verticalScrollBar()->setValue(37);
-        QVERIFY(!mForm->EntryEditorsShown());
-        Do(u"row:40"_s);
-        CompareEditors();
-        QTest::mousePress(List().horizontalHeader()->viewport(), Qt::LeftButton, {}, {20, 8});
-        QVERIFY(!mForm->EntryEditorsShown());
-        QTest::mouseRelease(List().horizontalHeader()->viewport(), Qt::LeftButton, {}, {20, 8});
-        Do(u"cmdDirEdit cmdDirEdit cmdDirEdit"_s);
-        QVERIFY(!mForm->EntryEditorsShown() && mForm->cmdDirUp->isEnabled());
     }
 
-    void editorsStayOverAPartialRow()
+    void fieldsLieOverTheRow()
     {
-        Open(u"*60"_s);
-        Do(u"cmdDirEdit"_s);
-        const int row = List().rowAt(List().viewport()->height() - 1);
-        QVERIFY(List().visualRect(Items().index(row, 2)).bottom() >= List().viewport()->height());
-        QTest::mouseClick(List().viewport(), Qt::LeftButton, {},
-                          List().viewport()->rect().bottomLeft() + QPoint(40, 0));
-        QCOMPARE(List().SelectedItem(), row);
-        QTest::qWait(QApplication::doubleClickInterval() + 100); // the list scrolls to a clicked row that late
-        CompareEditors();
+        Open(u"A,"_s.repeated(60), [](Editor& editor) {
+            QTableView& list = editor.List();
+            editor.ClickRow(3).Click("cmdDirEdit");
+            CompareFields(editor);
+            for (const char* name :
+                 {"cmdDirAdd", "cmdDirInsert", "cmdDirRemove", "cmdDirUp", "cmdDirDown", "cmdDirSaveList"})
+                QVERIFY2(!editor.Find(name).isEnabled(), name);
+            list.setColumnWidth(1, 200);
+            list.setColumnWidth(3, 60);
+            QScrollBar& sideways = *list.horizontalScrollBar();
+            QTRY_VERIFY(sideways.maximum() > 40);
+            editor.ClickRow(5);
+            for (const int offset : {0, 20, 40, 0}) {
+                sideways.setValue(offset);
+                CompareFields(editor);
+            }
+            list.setColumnWidth(1, 30); // so that the last name can go out of sight
+            list.setColumnWidth(4, 300);
+            QTRY_VERIFY(sideways.maximum() > 60);
+            for (const int offset : {60, 0})
+                sideways.setValue(offset);
+            CompareFields(editor);
+            list.verticalScrollBar()->setValue(37);
+            QVERIFY(!FieldsShown(editor));
+            CompareFields(editor.ClickRow(40));
+            QTest::mousePress(list.horizontalHeader()->viewport(), Qt::LeftButton, {}, {20, 8});
+            QVERIFY(!FieldsShown(editor));
+            QTest::mouseRelease(list.horizontalHeader()->viewport(), Qt::LeftButton, {}, {20, 8});
+            editor.Click("cmdDirEdit").Click("cmdDirEdit").Click("cmdDirEdit");
+            QVERIFY(!FieldsShown(editor) && editor.Find("cmdDirUp").isEnabled());
+        });
     }
 
-    void quickHeaderClicks()
+    void fieldsStayOverAPartialRow()
     {
-        Open(u"B,C,A"_s);
-        Do(u"head:1"_s);
-        QTest::mouseDClick(List().horizontalHeader()->viewport(), Qt::LeftButton, {}, {20, 8}); // the second press
-        QCOMPARE(Rows(), u"2aC 1aB 3aA clean"_s);
+        Open(u"A,"_s.repeated(60), [](Editor& editor) {
+            QWidget* list = editor.Click("cmdDirEdit").List().viewport();
+            const int row = editor.List().rowAt(list->height() - 1);
+            QVERIFY(editor.CellRect(row, 2).bottom() >= list->height());
+            QTest::mouseClick(list, Qt::LeftButton, {}, list->rect().bottomLeft() + QPoint(40, 0));
+            QCOMPARE(editor.Selected(), {row});
+            QElapsedTimer clicked; // the list scrolls to a clicked row that late
+            clicked.start();
+            QTRY_VERIFY(clicked.elapsed() > QApplication::doubleClickInterval() + 100);
+            CompareFields(editor);
+        });
     }
 
-    // In edit mode on the second of four rows: fields that are shown belong to the row that typing changes.
-    void editorsFollowTheRow_data()
+    void fieldsFollowTheRow()
     {
-        AddCases({{"click", u"row:2"_s, u"C"_s},
-                  {"arrow", u"Down"_s, u"C"_s},
-                  {"page", u"PgDown"_s, u"D"_s},
-                  {"end", u"Ctrl+End"_s, u"D"_s},
-                  {"first letter", u"A"_s, u"A"_s},
-                  {"select all", u"Ctrl+A"_s, u"D"_s},
-                  {"click with Ctrl", u"+row:1"_s, u"B"_s},
-                  {"click with another button", u"rightrow:2"_s, u"C"_s},
-                  {"drag", {}, u"D"_s},
-                  {"sort", u"head:1"_s, u"B"_s}});
-    }
-    void editorsFollowTheRow()
-    {
-        QFETCH(QString, given);
-        Open(u"A,B,C,D"_s);
-        Do(u"row:1 cmdDirEdit "_s + given);
-        if (given.isEmpty()) {
-            QMouseEvent move(QEvent::MouseMove, Centre(3), List().viewport()->mapToGlobal(Centre(3)), Qt::NoButton,
-                             Qt::LeftButton, Qt::NoModifier);
-            QTest::mousePress(List().viewport(), Qt::LeftButton, {}, Centre(2));
-            QCoreApplication::sendEvent(List().viewport(), &move);
-            QTest::mouseRelease(List().viewport(), Qt::LeftButton, {}, Centre(3));
-        }
-        QTEST(Items().Text(List().SelectedItem(), 1), "expected");
-        if (mForm->EntryEditorsShown() || !given.startsWith(u"head"))
-            CompareEditors();
+        Follows("C", [](auto& e) { e.ClickRow(2); });
+        Follows("C", [](auto& e) { e.ListKeys("Down"); });
+        Follows("D", [](auto& e) { e.ListKeys("PgDown"); });
+        Follows("D", [](auto& e) { e.ListKeys("Ctrl+End"); });
+        Follows("A", [](auto& e) { e.ListKeys("A"); });
+        Follows("D", [](auto& e) { e.ListKeys("Ctrl+A"); });
+        Follows("B", [](auto& e) { e.ClickRow(1, Qt::ControlModifier); });
+        Follows("C", [](auto& e) { e.ClickRow(2, {}, Qt::RightButton); });
+        Follows("D", [](Editor& e) {
+            QWidget* list = e.List().viewport();
+            const QPoint end = e.CellRect(3, 2).center();
+            QMouseEvent move(QEvent::MouseMove, end, list->mapToGlobal(end), Qt::NoButton, Qt::LeftButton, {});
+            QTest::mousePress(list, Qt::LeftButton, {}, e.CellRect(2, 2).center());
+            QCoreApplication::sendEvent(list, &move);
+            QTest::mouseRelease(list, Qt::LeftButton, {}, end);
+        });
+        Open(abcd, [](Editor& editor) {
+            editor.ClickRow(1).Click("cmdDirEdit").ClickHeader(1);
+            QVERIFY(!FieldsShown(editor));
+        });
     }
 
-    // What is done in edit mode on a row "Adams, Anne, 101, 5, 1"; its cells that changed, the text that has the focus
-    // with | for the caret or the selection in brackets, and the mark.
-    void fields_data()
+    void typing()
     {
-        const QString letters = u"aB"_s.repeated(10) + u'a';
-        AddCases({{"digit", u"txtLastName=Smith3"_s, u"1Smith Smith| dirty"_s},
-                  {"pasted", u"txtLastName<O'Neil"_s, u"1ONeil ONeil| dirty"_s},
-                  {"long", u"txtLastName<"_s + u"aB3"_s.repeated(3334), u"1%1 %1| dirty"_s.arg(letters)},
-                  {"emoji", u"txtLastName<A\U0001F600b"_s, u"1Ab Ab| dirty"_s},
-                  {"accent", u"txtLastName^Mu\u0308\u00FCller3"_s, u"1Muller Muller| dirty"_s},
-                  {"right to left", u"txtLastName<\u05D0\u05D1"_s, u" | dirty"_s},
-                  {"NUL", u"txtLastName<A\0b"_s, u"1Ab Ab| dirty"_s},
-                  {"lines", u"txtLastName<Al\r\nBe\t"_s, u"1AlBe AlBe| dirty"_s},
-                  {"refused inside", u"txtLastName_3"_s, u" Ad|ams dirty"_s},
-                  {"refused among", u"txtLastName_1x2"_s, u"1Adxams Adx|ams dirty"_s},
-                  {"extension", u"txtExtension=12a4"_s, u"3124 124| dirty"_s},
-                  {"long extension", u"txtExtension=12345678901234567"_s, u"3123456789012345 123456789012345| dirty"_s},
-                  {"other digits", u"txtExtension<\u0663\uFF13-7"_s, u"37 7| dirty"_s},
-                  {"password", u"txtPassword=a12345678"_s, u"51234567 1234567| dirty"_s},
-                  {"access code", u"txtAccessCode=1x234567890"_s, u" 12345678| dirty"_s},
-                  {"label", u"txtDescription<\"O'Neil\"\u05D0"_s, u" \"O'Neil\"\u05D0| dirty"_s},
-                  {"last name emptied", u"txtLastName= txtFirstName=Bo"_s, u"2Bo Bo| dirty"_s},
-                  {"extension emptied", u"txtExtension= txtPassword= txtExtension=7"_s, u"37 7| dirty"_s},
-                  {"emptied and left", u"txtLastName= row:0"_s, u" Adams| dirty"_s},
-                  {"caret after click", u"row:0"_s, u" Adams| clean"_s},
-                  {"selection after key", u"Down Up"_s, u" [Adams] clean"_s},
-                  {"prompt above", u"cmbPromptNumber=300"_s, u"430 30| clean"_s},
-                  {"prompt, letter", u"cmbPromptNumber=x"_s, u"41 1| clean"_s},
-                  {"prompt emptied", u"cmbPromptNumber="_s, u"41 1| clean"_s},
-                  {"prompt, many digits", u"cmbPromptNumber<99999999999"_s, u"499 99| clean"_s},
-                  {"prompt below", u"list:7-40 cmbPromptNumber=3"_s, u"47 7| clean"_s},
-                  {"prompt in two digits", u"list:7-40 cmbPromptNumber=12"_s, u"47 7| clean"_s},
-                  {"prompt, no list", u"list:1-0 cmbPromptNumber=3"_s, u" 3| clean"_s},
-                  {"start", u"cmbMSGNodeNumber=12x"_s, u" 12x| dirty"_s},
-                  {"start, letter", u"cmbMSGNodeNumber=x"_s, u" 1| dirty"_s},
-                  {"start emptied", u"cmbMSGNodeNumber="_s, u" 1| dirty"_s},
-                  {"start below", u"list:5-40 cmbMSGNodeNumber=3"_s, u" 5| dirty"_s}});
+        Typed("txtLastName", "Smith3", "1Smith Smith| dirty");
+        Typed("txtExtension", "12a4", "3124 124| dirty");
+        Typed("txtExtension", "12345678901234567", "3123456789012345 123456789012345| dirty");
+        Typed("txtPassword", "a12345678", "51234567 1234567| dirty");
+        Typed("txtAccessCode", "1x234567890", " 12345678| dirty");
+        Typed("cmbPromptNumber", "300", "430 30| clean");
+        Typed("cmbPromptNumber", "x", "41 1| clean");
+        Typed("cmbPromptNumber", "", "41 1| clean");
+        Typed("cmbMSGNodeNumber", "12x", " 12x| dirty");
+        Typed("cmbMSGNodeNumber", "x", " 1| dirty");
+        Typed("cmbMSGNodeNumber", "", " 1| dirty");
+        Fields(u" Adams| clean"_s, [](auto& e) { e.ClickRow(0); });
+        Fields(u" [Adams] clean"_s, [](auto& e) { e.ListKeys("Down").ListKeys("Up"); });
+        Fields(u"2Bo Bo| dirty"_s, [](auto& e) { e.Type("txtLastName", {}).Type("txtFirstName", u"Bo"_s); });
+        Fields(u" Adams| dirty"_s, [](auto& e) { e.Type("txtLastName", {}).ClickRow(0); });
+        Fields(u" [101] dirty"_s,
+               [](auto& e) { e.Type("txtExtension", {}).FocusOn("txtLastName").FocusOn("txtExtension"); });
+        for (const auto& [text, expected] : {std::pair("3", u" Ad|ams dirty"_s), {"1x2", u"1Adxams Adx|ams dirty"_s}})
+            Fields(expected, [keys = text](auto& e) {
+                e.FocusOn("txtLastName").Field("txtLastName").setCursorPosition(2);
+                QTest::keyClicks(&e.Field("txtLastName"), QLatin1String(keys));
+            });
     }
-    void fields()
+
+    void pastingAndComposing()
     {
-        QFETCH(QString, given);
-        Open(u"Adams,Adams"_s);
-        Do(u"row:0 cmdDirEdit"_s);
-        mForm->MarkUnchanged();
-        if (given.startsWith(u"list:")) {
-            const QStringList range = given.section(u' ', 0, 0).sliced(5).split(u'-');
-            for (ComboBox* combo : {mForm->cmbPromptNumber, mForm->cmbMSGNodeNumber})
-                combo->SetNumbers(range[0].toInt(), range[1].toInt());
-        }
-        Do(given.startsWith(u"list:") ? given.section(u' ', 1) : given);
-        const QStringList before{u"1"_s, u"Adams"_s, u"Anne"_s, u"101"_s, u"5"_s, u"1"_s};
-        QString state;
-        for (int column = 1; column <= 5; ++column)
-            state += Items().Text(0, column) == before[column] ? QString()
-                                                               : QString::number(column) + Items().Text(0, column);
-        const QLineEdit* field = Field(mForm->focusWidget()->objectName());
-        QString text = field->text();
-        if (field->hasSelectedText())
-            text = u'[' + field->selectedText() + u']';
-        else
-            text.insert(field->cursorPosition(), u'|');
-        QTEST(state + u' ' + text + Mark(), "expected");
-        QVERIFY(!Items().ForeColor(0, 5));
+        const QString letters(29, u'W');
+        Pasted("txtLastName", u"O'Neil"_s, u"1ONeil ONeil| dirty"_s);
+        Pasted("txtLastName", u"aB3"_s.repeated(3334), u"1%1 %1| dirty"_s.arg(u"aB"_s.repeated(10) + u'a'));
+        Pasted("txtLastName", u"A\U0001F600b"_s, u"1Ab Ab| dirty"_s);
+        Pasted("txtLastName", u"\u05D0\u05D1"_s, u" | dirty"_s);
+        Pasted("txtLastName", u"A\0b"_s, u"1Ab Ab| dirty"_s);
+        Pasted("txtLastName", u"Al\r\nBe\t"_s, u"1AlBe AlBe| dirty"_s);
+        Pasted("txtExtension", u"\u0663\uFF13-7"_s, u"37 7| dirty"_s);
+        Pasted("txtDescription", u"\"O'Neil\"\u05D0"_s, u" \"O'Neil\"\u05D0| dirty"_s);
+        Pasted("txtDescription", letters + u"\U0001F600"_s, u" %1| dirty"_s.arg(letters)); // no half of a character
+        Pasted("cmbPromptNumber", u"99999999999"_s, u"499 99| clean"_s);
+        Fields(u"1Muller Muller| dirty"_s, [](auto& e) {
+            e.Type("txtLastName", {});
+            for (const QString& committed : {QString(), u"Mu\u0308\u00FCller3"_s}) {
+                QInputMethodEvent event(committed.isEmpty() ? u"pre"_s : QString(), {});
+                event.setCommitString(committed);
+                QCoreApplication::sendEvent(&e.Field("txtLastName"), &event);
+            }
+        });
     }
 
     void redRowsTurnBlack()
     {
-        for (const QString& fields :
-             {u"txtExtension txtLastName txtFirstName"_s, u"txtFirstName txtExtension txtLastName"_s,
-              u"txtLastName txtFirstName txtExtension"_s}) {
-            Open(QString());
-            Do(u"cmdDirAdd"_s);
-            Items().SetText(0, 3, u"x"_s);
-            Do(u"cmdDirEdit"_s);
-            for (const QString& field : fields.split(u' ')) {
-                Do(u"txtPassword=12"_s);
-                QVERIFY2(IsRed(0), qPrintable(fields));
-                Do(field + u"=Ab12"_s);
+        Open({}, [](Editor& editor) {
+            for (int row = 0; row < 2; ++row) { // the second one's first name comes before the last name
+                const auto fields =
+                    row == 0 ? std::pair("txtLastName", "txtFirstName") : std::pair("txtFirstName", "txtLastName");
+                editor.Click("cmdDirAdd").Click("cmdDirEdit");
+                editor.Type("txtPassword", u"12"_s).Type("txtExtension", u"12"_s).Type(fields.first, u"Ab12"_s);
+                QCOMPARE(editor.Red(row), u"-rrrr-"_s);
+                QCOMPARE(editor.Type(fields.second, u"Ab12"_s).Click("cmdDirEdit").Red(row), u"------"_s);
             }
-            for (int subItem = 1; subItem <= 4; ++subItem)
-                QCOMPARE(Items().ForeColor(0, subItem), std::optional(soundRowColour));
-            QVERIFY(!Items().ForeColor(0, 5));
-        }
-    }
-
-    void reportsNameTheHandler()
-    {
-        Open(u"Adams"_s);
-        Do(u"row:0 cmdDirEdit"_s);
-        List().SetSelectedItem(-1);
-        for (const QString& field : {u"txtLastName"_s, u"txtFirstName"_s, u"txtExtension"_s, u"txtPassword"_s}) {
-            BoxScript script{ErrorReport(field + u"_Change"_s, u"No row*selected*"_s),
-                             ErrorReport(field + u"_LostFocus"_s, u"No row*selected*"_s)};
-            Do(field + (field.endsWith(u"Name") ? u"=A"_s : u"=1"_s));
-            mForm->activateWindow();
-            QVERIFY(QTest::qWaitForWindowActive(mForm.get()));
-            Do(field + u'=');
-            mForm->cmdOK->setFocus();
-        }
-        mForm->cmbMSGNodeNumber->Clear();
-        Items().SetKey(0, u"2a"_s); // the next number's key is in use
-        BoxScript script{ErrorReport(u"cmbMSGNodeNumber_Change"_s, u"The list of cmbMSGNodeNumber has no item*"_s),
-                         ErrorReport(u"cmdDirInsert_Click : RowNumber2 -- index : 1"_s, u"*\"2a\"*"_s)};
-        Do(u"cmbMSGNodeNumber=7 row:0"_s);
-        mForm->txtPassword->hide();
-        CompareEditors();
-        Do(u"cmdDirEdit cmdDirInsert"_s);
-    }
-
-    void tabOrder()
-    {
-        Open(u"A"_s);
-        Do(u"row:0 cmdDirEdit"_s);
-        mForm->cmdFirst->setFocus();
-        for (const QString& name :
-             u"cmdFirst cmdPrevious cmbNode cmdNext cmdLast txtDescription txtAccessCode cmbMSGNodeNumber "
-             u"txtCSVFilename "
-             "cmdOpenCSVFilename LVDirectory txtLastName txtFirstName txtExtension cmbPromptNumber cmdDirEdit cmdOK "
-             "cmdCancel cmdApply cmdFirst"_s.split(u' ')) {
-            QCOMPARE(mForm->focusWidget()->objectName(), name);
-            QTest::keyClick(mForm->focusWidget(), Qt::Key_Tab);
-        }
-    }
-
-    // Last name, first name and extension; what is wrong with them.
-    void entryValidation_data()
-    {
-        const QString names = u"     Invalid LastName\r\n     Invalid FirstName"_s;
-        AddCases({{"sound", u"Smith|John|1234567890123456"_s, {}},
-                  {"nothing", u"||"_s,
-                   u"     No Data in LastName\r\n     No Data in FirstName\r\n     No Data in Extension"_s},
-                  {"bad", u"O'Neil|Mary Ann|12a"_s, names + u"\r\n     Invalid Extension"_s},
-                  {"accents", u"Müller|José|1"_s, names},
-                  {"beside the letters", u"@|[|1"_s, names},
-                  {"17 digits", u"A|z|12345678901234567"_s, u"     Invalid Extension"_s},
-                  {"lenient number", u"A|z| 1"_s, u"     Invalid Extension"_s}});
-    }
-    void entryValidation()
-    {
-        QFETCH(QString, given);
-        QTEST(ValidateData(given.section(u'|', 0, 0), given.section(u'|', 1, 1), given.section(u'|', 2)), "expected");
+        });
     }
 };
 

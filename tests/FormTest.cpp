@@ -1,94 +1,32 @@
-// The form as it lies on screen and its directory list: what stands where, what the keys reach, how it sorts.
-#include "form/Directory.h"
-#include "form/DirectoryListEvents.h"
+// The form as it lies on screen: what stands where, what the keys reach, how its list sorts, and what the procedures
+// show of a node.
+#include "editor/BusinessRules.h"
+#include "editor/DirectoryListEvents.h"
+#include "form/DirectoryRows.h"
+#include "form/ModuleState.h"
 #include "platform/ui/ListItems.h"
 #include "platform/ui/MsgBox.h"
 #include "platform/ui/Screen.h"
 #include "support/BareForm.h"
 #include "support/BoxScript.h"
 #include "support/Cases.h"
+#include "support/SampleDatabase.h"
 
 #include <cmath>
 #include <QAccessible>
 #include <QScopeGuard>
+#include <QSqlDatabase>
 
 using namespace qor;
 
 namespace {
 
-struct Control
-{
-    const char* name;
-    const char* caption;
-    int left, top, width, height; ///< in twips, inside the frame that holds it
-    int maxLength = 0;
-};
-
-/// In tab order, as far as the keys reach them.
-constexpr Control controls[] = {
-    {"Frame1", "", 0, 0, 6975, 6975},
-    {"cmdFirst", "", 1800, 120, 375, 315},
-    {"cmdPrevious", "", 2160, 120, 375, 315},
-    {"cmbNode", "", 2520, 120, 1095, 315},
-    {"lblRecordPosition", "n/m", 3600, 120, 855, 315},
-    {"cmdNext", "", 4440, 120, 375, 315},
-    {"cmdLast", "", 4800, 120, 375, 315},
-    {"lblLabel", "Label:", 240, 600, 435, 195},
-    {"txtDescription", "", 1560, 600, 3015, 285, 30},
-    {"lblAccessCode", "Access Code:", 240, 960, 975, 195},
-    {"txtAccessCode", "", 1560, 960, 2000, 285, 8},
-    {"cmbMSGNodeNumber", "cmbMSGNodeNumber", 6120, 960, 735, 315},
-    {"lblUsePasswords", "Use Passwords:", 4680, 600, 1140, 195},
-    {"cmbUsePasswords", "", 6120, 600, 735, 315},
-    {"lblStartingPrompt", "Starting Prompt:", 4440, 960, 1185, 195},
-    {"lblMSG", "MSG", 5750, 980, 360, 210},
-    {"fraDirectory", "Directory", 120, 1320, 6735, 4935},
-    {"lblCSVFormat", "CSV File format:     LastName,FirstName,Extension", 1680, 240, 4575, 255},
-    {"lblCSVFilename", "CSV Filename:", 120, 480, 1575, 255},
-    {"txtCSVFilename", "", 1680, 480, 4335, 285, 32767},
-    {"cmdOpenCSVFilename", "...", 6120, 480, 495, 285},
-    {"LVDirectory", "", 120, 840, 6495, 3375},
-    {"txtLastName", "", 240, 960, 1215, 315, 31},
-    {"txtFirstName", "", 1560, 960, 1215, 315, 31},
-    {"txtExtension", "", 2760, 960, 1215, 315, 15},
-    {"cmbPromptNumber", "Combo1", 4080, 960, 1185, 315},
-    {"txtPassword", "", 5280, 960, 1215, 315, 7},
-    {"cmdDirAdd", "Add", 120, 4320, 855, 255},
-    {"cmdDirInsert", "Insert", 960, 4320, 855, 255},
-    {"cmdDirRemove", "Remove", 1800, 4320, 855, 255},
-    {"cmdDirEdit", "Edit", 2640, 4320, 855, 255},
-    {"cmdDirSaveList", "Save List", 3840, 4320, 1575, 255},
-    {"cmdDirUp", "Up", 5760, 4320, 855, 255},
-    {"cmdDirDown", "Down", 5760, 4560, 855, 255},
-    {"cmdOK", "OK", 1680, 6480, 855, 375},
-    {"cmdCancel", "Cancel", 3000, 6480, 855, 375},
-    {"cmdApply", "Apply", 4320, 6480, 855, 372},
-    {"lstPrompts", "", 7080, 240, 1215, 450},
-    {"lstUniquePromptsForSaving", "", 7200, 1080, 1335, 2595},
-};
-
-QString WithoutMnemonic(const QVariant& text)
-{
-    return text.toString().remove(u'&');
-}
-
-QString CaptionOf(const QWidget& control)
-{
-    for (const char* property : {"title", "text", "currentText"}) {
-        if (control.property(property).isValid())
-            return WithoutMnemonic(control.property(property));
-    }
-    return {};
-}
-
-/// The controls that the Tab key reaches while all of them are shown and enabled.
-QStringList FocusableNames()
-{
-    QStringList names;
-    for (const Control& control : controls)
-        names << QString::fromLatin1(control.name);
-    return names.filter(QRegularExpression(u"^(txt|cmb|cmd|LV)"_s));
-}
+/// In the order in which the Tab key reaches them while all of them are shown and enabled.
+const QStringList tabOrder =
+    u"cmdFirst cmdPrevious cmbNode cmdNext cmdLast txtDescription txtAccessCode cmbMSGNodeNumber cmbUsePasswords "
+    "txtCSVFilename cmdOpenCSVFilename LVDirectory txtLastName txtFirstName txtExtension cmbPromptNumber txtPassword "
+    "cmdDirAdd cmdDirInsert cmdDirRemove cmdDirEdit cmdDirSaveList cmdDirUp cmdDirDown cmdOK cmdCancel cmdApply"_s
+        .split(u' ');
 
 void Show(QWidget& form)
 {
@@ -118,6 +56,34 @@ QString StateOf(const ListView& list)
     return u"%1 %2 of %3"_s.arg(texts.join(u','), sorted).arg(items.ColumnCount());
 }
 
+/// Configuration 1, partition 1 of the sample.
+void Prepare(EditorForm& form)
+{
+    form.SetConfigID(1);
+    form.SetPartitionID(1);
+}
+
+QString Selector(const EditorForm& form)
+{
+    QStringList items;
+    for (int i = 0; i < form.cmbNode->ListCount(); ++i)
+        items << form.cmbNode->List(i);
+    return items.join(u',') + u'@' + form.cmbNode->currentData().toString();
+}
+
+QString Header(const EditorForm& form)
+{
+    QStringList buttons;
+    for (const QWidget* button : {form.cmdFirst, form.cmdPrevious, form.cmdNext, form.cmdLast}) {
+        if (button->isEnabled())
+            buttons << button->objectName();
+    }
+    return u'|' + QStringList{form.txtDescription->text(),    form.txtAccessCode->text(),
+                              form.cmbUsePasswords->Text(),   form.cmbMSGNodeNumber->Text(),
+                              form.lblRecordPosition->text(), buttons.join(u' ')}
+                      .join(u'|');
+}
+
 double Lightness(const QColor& colour)
 {
     const auto linear = [](double part) { return part <= 0.04 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4); };
@@ -143,31 +109,45 @@ private:
 private Q_SLOTS:
     void initTestCase() { InstallErrorBox(); }
     void init() { mBoxes = std::make_unique<BoxScript>(); }
-    void cleanup() { mBoxes.reset(); }
+    void cleanup()
+    {
+        mBoxes.reset();
+        QCOMPARE(QSqlDatabase::connectionNames(), QStringList());
+    }
 
-    void controlsLieInPlace()
+    void controlsAsTheyStart()
     {
         const BareForm form;
-        QCOMPARE(form.windowTitle(), u"DIR Editor"_s);
-        for (const Control& expected : controls) {
-            const auto* control = form.findChild<QWidget*>(QString::fromLatin1(expected.name));
-            QVERIFY2(control, expected.name);
-            const QRect place = control->geometry();
-            const int twips[] = {expected.left, expected.top, expected.width, expected.height};
-            const int pixels[] = {place.x(), place.y(), place.width(), place.height()};
-            for (int i = 0; i < 4; ++i)
-                QVERIFY2(std::abs(pixels[i] - twips[i] / 15.0) <= 1, expected.name);
-            QVERIFY2(CaptionOf(*control) == QLatin1String(expected.caption), expected.name);
-            const auto* text = qobject_cast<const TextBox*>(control);
-            QVERIFY2(!text || text->maxLength() == expected.maxLength, expected.name);
-        }
-        QVERIFY(form.fraDirectory->isAncestorOf(form.LVDirectory));
+        QString lengths;
+        for (const TextBox* box : {form.txtDescription, form.txtAccessCode, form.txtLastName, form.txtFirstName,
+                                   form.txtExtension, form.txtPassword, form.txtCSVFilename})
+            lengths += QString::number(box->maxLength()) + u' ';
+        QCOMPARE(lengths, u"30 8 31 31 15 7 32767 "_s);
         QVERIFY(form.lstPrompts->isHidden() && form.lstUniquePromptsForSaving->isHidden());
         QVERIFY(!form.cmdApply->isEnabled());
-        QVERIFY(form.cmbMSGNodeNumber->isEditable() && form.cmbPromptNumber->isEditable());
-        QVERIFY(!form.cmbNode->isEditable() && !form.cmbUsePasswords->isEditable());
         QCOMPARE(form.cmbUsePasswords->List(0) + form.cmbUsePasswords->List(1), u"YesNo"_s);
         QCOMPARE(form.cmbUsePasswords->ListIndex(), -1);
+    }
+
+    // Nothing lies over another control or beyond its frame, but for the fields that are laid over a row.
+    void nothingIsCovered()
+    {
+        BareForm form;
+        form.HideEntryEditors();
+        Show(form);
+        for (const QWidget* frame : {form.Frame1->parentWidget(), static_cast<QWidget*>(form.Frame1),
+                                     static_cast<QWidget*>(form.fraDirectory)}) {
+            const auto children = frame->findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
+            for (const QWidget* one : children) {
+                QVERIFY2(one->isHidden() || frame->rect().contains(one->geometry()), qPrintable(one->objectName()));
+                for (const QWidget* other : children) {
+                    const QRect common = one->geometry() & other->geometry();
+                    const bool meet = one < other && one->isVisible() && other->isVisible() &&
+                                      std::min(common.width(), common.height()) > 1; // edges may lie on one line
+                    QVERIFY2(!meet, qPrintable(one->objectName() + u' ' + other->objectName()));
+                }
+            }
+        }
     }
 
     void nothingIsClipped()
@@ -190,8 +170,7 @@ private Q_SLOTS:
     void keysReachEveryControl()
     {
         BareForm form;
-        const QStringList names = FocusableNames();
-        for (const QString& name : names) {
+        for (const QString& name : tabOrder) {
             auto* control = form.findChild<QWidget*>(name);
             control->setEnabled(true);
             control->show();
@@ -201,11 +180,11 @@ private Q_SLOTS:
         Show(form);
         form.cmdFirst->setFocus();
         QStringList visited;
-        for (qsizetype i = 0; i <= names.size(); ++i) {
+        for (qsizetype i = 0; i <= tabOrder.size(); ++i) {
             visited << form.focusWidget()->objectName();
             QTest::keyClick(form.focusWidget(), Qt::Key_Tab);
         }
-        QCOMPARE(visited, names + QStringList{u"cmdFirst"_s});
+        QCOMPARE(visited, tabOrder + QStringList{u"cmdFirst"_s});
     }
 
     void enterEscapeAndTheCloseBox()
@@ -237,21 +216,14 @@ private Q_SLOTS:
     {
         BareForm form;
         ListView& list = *form.LVDirectory;
-        list.SetMultiSelect(false);
-        list.setShowGrid(false);
         Fill(list, u"a,b"_s);
         ResetDirectoryListView(list);
-        QStringList columns;
-        for (int column = 0; column < list.Items().ColumnCount(); ++column) {
-            const QString text = list.Items().headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
-            const bool isHidden = list.isColumnHidden(column) || list.columnWidth(column) == 0;
-            columns << text + QString::number(isHidden ? 0 : list.columnWidth(column));
-        }
-        QCOMPARE(columns.join(u' '), u"#0 LastName107 FirstName107 Extension97 Prompt97 Password0"_s);
+        QString columns;
+        for (int column = 0; column < list.Items().ColumnCount(); ++column)
+            columns += list.Items().headerData(column, Qt::Horizontal, Qt::DisplayRole).toString() +
+                       (list.columnWidth(column) > 0 ? u"+ "_s : u" "_s);
+        QCOMPARE(columns, u"# LastName+ FirstName+ Extension+ Prompt+ Password "_s);
         QCOMPARE(list.Items().RowCount(), 2);
-        QCOMPARE(list.selectionBehavior(), QAbstractItemView::SelectRows);
-        QCOMPARE(list.selectionMode(), QAbstractItemView::ExtendedSelection);
-        QVERIFY(list.showGrid() && list.editTriggers() == QAbstractItemView::NoEditTriggers);
     }
 
     // The rows, and behind > the columns that are clicked one after the other.
@@ -260,15 +232,11 @@ private Q_SLOTS:
         AddCases({{"text", u"b,A,a,B>1"_s, u"A,a,b,B up by 1 of 6"_s},
                   {"text twice", u"b,A,a,B>11"_s, u"b,B,A,a down by 1 of 6"_s},
                   {"text three times", u"b,A,a,B>111"_s, u"A,a,b,B up by 1 of 6"_s},
-                  {"another text", u"b,A>112"_s, u"A,b up by 2 of 6"_s},
                   {"password", u"9,10>5"_s, u"10,9 up by 5 of 6"_s},
                   {"number", u"9,10,1>3"_s, u"10,9,1 down by 6 of 7"_s},
-                  {"number twice", u"9,10,1>44"_s, u"10,9,1 down by 6 of 7"_s},
-                  {"another number", u"9,10,1>34"_s, u"10,9,1 down by 6 of 7"_s},
                   {"lenient numbers", u"-1, 2 ,1e1,1.5,0>3"_s, u"1e1, 2 ,1.5,0,-1 down by 6 of 7"_s},
                   {"equal numbers", u"1,01,1.0>3"_s, u"1,01,1.0 down by 6 of 7"_s},
                   {"text after number", u"9,10,1>3131"_s, u"1,10,9 up by 1 of 7"_s},
-                  {"row number", u"9,10>0"_s, u"9,10 unsorted of 6"_s},
                   {"row number, sorted", u"9,10>110"_s, u"9,10 down by 1 of 6"_s},
                   {"no rows", u">3"_s, u" down by 6 of 7"_s}});
     }
@@ -318,30 +286,79 @@ private Q_SLOTS:
         for (int i = 0; i < 2; ++i)
             events.LVDirectory_ColumnClick(3);
         QCOMPARE(list.SelectedRows(), (std::vector{3, 4}));
-        Show(form);
-        const QModelIndex shown = list.model()->index(4, static_cast<int>(DirectoryColumn::FirstName));
-        QTest::mouseClick(list.viewport(), Qt::LeftButton, Qt::ControlModifier, list.visualRect(shown).center());
-        QCOMPARE(list.SelectedRows(), std::vector{3});
-        QVERIFY(list.IsSelected(3) && !list.IsSelected(4));
         ClearSelectionFrom(list, 0);
         QCOMPARE(GetSelectedCount(list), 0);
     }
 
-    void layoutWithoutNavigation()
+    // What is done to the sample, and the node (0 is a new one); the selector and what it selects, the header, the
+    // position, the buttons that lead anywhere.
+    void nodesOnTheForm_data()
     {
+        const QString all = u"DIR 7,DIR 12,DIR 20,DIR 31"_s;
+        AddCases(
+            {{"first", u">7"_s, all + u"@7|Staff|4711|Yes|5|1 of 4|cmdNext cmdLast"_s},
+             {"last, Null", u">31"_s, all + u"@31|||No|1|4 of 4|cmdFirst cmdPrevious"_s},
+             {"unknown", u">8"_s, all + u"@7|"_s},
+             {"only one", u"DELETE FROM Node_DIR WHERE NodeNumber <> 7>7"_s, u"DIR 7@7|Staff|4711|Yes|5|1 of 1|"_s},
+             {"too long",
+              u"UPDATE Node_DIR SET NodeDescription = '123456789 123456789 123456789 1', AccessCode = "
+              "'123456789'>12"_s,
+              all + u"@12|123456789 123456789 123456789 |12345678|No|1|2 of 4|cmdFirst cmdPrevious cmdNext "
+                    "cmdLast"_s},
+             {"new", u"UPDATE Node_DIR SET NodeNumber = -3 WHERE NodeNumber = 31>0"_s,
+              u"DIR -3,DIR 0,DIR 7,DIR 12,DIR 20@0|New directory||No|1|2 of 5|cmdFirst cmdPrevious cmdNext "
+              "cmdLast"_s}});
+    }
+    void nodesOnTheForm()
+    {
+        QFETCH(QString, given);
+        const SampleDatabase sample;
+        if (!given.startsWith(u'>'))
+            sample.Run(given.section(u'>', 0, -2));
+        const qint16 node = given.section(u'>', -1).toShort();
         BareForm form;
-        Show(form);
-        form.HideNavigation();
-        form.CompactLayoutWithoutNavigation();
-        for (const char* name : {"cmdFirst", "cmdPrevious", "cmbNode", "lblRecordPosition", "cmdNext", "cmdLast"})
-            QVERIFY2(!form.findChild<QWidget*>(QLatin1String(name))->isVisible(), name);
-        QString tops;
-        for (const char* name : {"lblLabel", "txtDescription", "lblAccessCode", "txtAccessCode", "lblStartingPrompt",
-                                 "lblMSG", "cmbMSGNodeNumber", "fraDirectory", "cmdOK", "cmdCancel", "cmdApply"})
-            tops += QString::number(form.findChild<QWidget*>(QLatin1String(name))->y()) + u' ';
-        QCOMPARE(tops, u"8 8 32 32 32 32 32 56 400 400 400 "_s);
-        QCOMPARE(form.height(), 487 - 32);
+        BusinessRules rules;
+        Prepare(form);
+        QVERIFY(rules.LoadPromptMSGNodeNumber(form));
+        rules.IsNewNode = node == 0;
+        rules.LoadExistingNodesInRecordSelector(form, node);
+        if (QByteArray(QTest::currentDataTag()) == "unknown")
+            mBoxes->Expect(Notice(u"DIR 8 doesn't exist."_s));
+        form.txtDescription->setText(u"before"_s);
+        QTEST(Selector(form) + (rules.LoadData(form, node) ? Header(form) : u"|"_s), "expected");
+        QCOMPARE(form.txtDescription->text() == u"before", node == 8);
+        QCOMPARE(form.cmdFirst->isHidden(), node == 0);
+        QCOMPARE(form.lblLabel->y() == form.cmdFirst->y(), node == 0);
+        form.show();
         QCOMPARE(form.StatusBar1->geometry().bottom(), form.rect().bottom());
+    }
+
+    void proceduresReportTheirErrors()
+    {
+        const SampleDatabase sample;
+        BareForm form;
+        BusinessRules rules;
+        Prepare(form);
+        QVERIFY(rules.LoadPromptMSGNodeNumber(form));
+        QCOMPARE(form.cmbPromptNumber->ListCount() + form.cmbMSGNodeNumber->ListCount(), 500);
+        sample.Run(u"UPDATE Node_Type_Max SET Max_number = NULL"_s);
+        QVERIFY(!rules.LoadPromptMSGNodeNumber(form));
+        QCOMPARE(form.cmbPromptNumber->ListCount(), 0);
+        QCOMPARE(form.cmbMSGNodeNumber->ListCount(), 250);
+        QCOMPARE(rules.GetNextAvailableMSGNODENUMBER(form, false), qint16{0});
+        QVERIFY(std::exchange(Module().PendingMessage, {}).startsWith(u"Please check the \"Max Number"));
+        form.SetHighestMessageNode(250);
+        for (const QString& table : {u"Node_DIR"_s, u"Node_Type_Max"_s, u"Node_MSG"_s})
+            sample.Run(u"DROP TABLE "_s + table);
+        mBoxes->Expect(ErrorReport(u"LoadExistingNodesInRecordSelector"_s, u"*Node_DIR*"_s));
+        mBoxes->Expect(ErrorReport(u"LoadData"_s, u"*Node_DIR*"_s));
+        mBoxes->Expect(ErrorReport(u"GetNextAvailableMSGNODENUMBER"_s, u"*Node_MSG*"_s));
+        mBoxes->Expect(ErrorReport(u"LoadPromptMSGNodeNumber"_s, u"*Node_Type_Max*"_s));
+        rules.LoadExistingNodesInRecordSelector(form, 7);
+        QVERIFY(!rules.LoadData(form, 7));
+        QCOMPARE(rules.GetNextAvailableMSGNODENUMBER(form, false), qint16{0});
+        QVERIFY(!rules.LoadPromptMSGNodeNumber(form));
+        QVERIFY(Module().PendingMessage.isEmpty() && !QGuiApplication::overrideCursor());
     }
 
     void coloursCanBeRead_data()
@@ -349,7 +366,6 @@ private Q_SLOTS:
         QTest::addColumn<QColor>("background");
         QTest::newRow("light") << QColor(Qt::white);
         QTest::newRow("dark") << QColor(0x35, 0x35, 0x35);
-        QTest::newRow("black") << QColor(Qt::black);
     }
     void coloursCanBeRead()
     {

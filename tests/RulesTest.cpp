@@ -1,51 +1,106 @@
-// The node rules on a real database: what they show of it, and what people are told when it is not in order.
-#include "form/Directory.h"
-#include "form/ModuleState.h"
-#include "platform/ui/ListItems.h"
-#include "platform/ui/MsgBox.h"
-#include "rules/BusinessRules.h"
-#include "support/BareForm.h"
-#include "support/BoxScript.h"
+// The rules on a real database and without a window: what is read of a node and written of it, the prompts of new
+// entries, missing message nodes, validation, lists of delimited text.
+#include "rules/DelimitedReader.h"
+#include "rules/DelimitedWriter.h"
+#include "rules/EntryList.h"
+#include "rules/MessageNodes.h"
+#include "rules/NodeLoading.h"
+#include "rules/NodeSaving.h"
+#include "rules/PromptNumbers.h"
+#include "rules/TypedText.h"
+#include "rules/Validation.h"
+#include "store/DataBase.h"
 #include "support/Cases.h"
 #include "support/SampleDatabase.h"
 
-#include <QSqlDatabase>
+#include <QBuffer>
 
 using namespace qor;
 
 namespace {
 
-/// Calls a procedure by its name; whether it answers True or a number.
-bool Call(const QString& procedure, BusinessRules& rules, EditorForm& form)
+constexpr Partition mainPartition{1, 1};
+constexpr Partition withoutMaximum{1, 2};
+
+/// A device that knows no size. It hands out its data byte by byte; with another size than the data has it repeats
+/// them up to there and then fails.
+class Stream : public QIODevice
 {
-    if (procedure == u"LoadPromptMSGNodeNumber"_s)
-        return rules.LoadPromptMSGNodeNumber(form);
-    if (procedure == u"LoadData"_s)
-        return rules.LoadData(form, 7);
-    if (procedure == u"GetNextAvailableMSGNODENUMBER"_s)
-        return rules.GetNextAvailableMSGNODENUMBER(form, false) != 0;
-    if (procedure == u"IsNodeExisted"_s)
-        return rules.IsNodeExisted(form, u"16"_s, u"7"_s);
-    rules.LoadExistingNodesInRecordSelector(form, 7);
-    return false;
+public:
+    Stream(QByteArray data, qint64 size) : mData(std::move(data)), mSize(size) { open(ReadOnly | Unbuffered); }
+    bool isSequential() const override { return true; }
+
+    qint64 taken = 0;
+
+protected:
+    qint64 readData(char* to, qint64 room) override
+    {
+        const bool fails = mSize != mData.size();
+        const qint64 count = std::min({room, mSize - taken, fails ? mSize : 1});
+        for (qint64 i = 0; i < count; ++i)
+            to[i] = mData[static_cast<qsizetype>(taken++ % mData.size())];
+        return count > 0 || !fails ? count : -1;
+    }
+    qint64 writeData(const char* /*data*/, qint64 /*size*/) override { return -1; }
+
+private:
+    QByteArray mData;
+    qint64 mSize;
+};
+
+/// Every field in brackets, and what ended the reading.
+QString FieldsOn(QIODevice& device)
+{
+    QString fields;
+    const QString raised = RaisedBy([&] {
+        for (DelimitedReader reader(device); !reader.AtEnd();)
+            fields += u'[' + reader.ReadField() + u']';
+    });
+    return fields + raised.section(u':', 1);
 }
 
-QString HeaderOf(const EditorForm& form)
+QString FieldsIn(QByteArray bytes)
 {
-    QStringList values{form.txtDescription->text(), form.txtAccessCode->text(), form.cmbUsePasswords->Text(),
-                       form.cmbMSGNodeNumber->Text(), form.lblRecordPosition->text()};
-    for (const QWidget* button :
-         std::initializer_list<QWidget*>{form.cmdFirst, form.cmdPrevious, form.cmdNext, form.cmdLast})
-        values << (button->isEnabled() ? button->objectName() : u"-"_s);
-    return values.join(u'|');
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::ReadOnly);
+    return FieldsOn(buffer);
 }
 
-QString EntryOf(const EditorForm& form, int row)
+QString TextOf(const DirectoryEntry& entry)
 {
-    QStringList texts{form.LVDirectory->Items().Key(row)};
-    for (int subItem = 0; subItem <= static_cast<int>(DirectoryColumn::SortKey); ++subItem)
-        texts << form.LVDirectory->Items().Text(row, subItem);
-    return texts.join(u'|');
+    return QStringList{entry.lastName, entry.firstName, entry.extension, entry.prompt, entry.password}.join(u'|');
+}
+
+QString TextOf(const NodeHeader& header)
+{
+    return QStringList{header.description, header.accessCode, header.usePasswords ? u"Yes"_s : u"No"_s,
+                       header.startingPrompt}
+        .join(u'|');
+}
+
+template <typename Numbers>
+QString Joined(const Numbers& numbers)
+{
+    QStringList texts;
+    for (const auto number : numbers)
+        texts << QString::number(number);
+    return texts.join(u',');
+}
+
+/// "Adams,Anne,101" with two more fields for prompt and password.
+DirectoryEntry EntryFrom(const QString& text)
+{
+    const QStringList fields = text.split(u',');
+    return {fields.value(0), fields.value(1), fields.value(2), fields.value(3), fields.value(4)};
+}
+
+/// Entries with these prompts.
+std::vector<DirectoryEntry> EntriesWith(const QString& prompts)
+{
+    std::vector<DirectoryEntry> entries;
+    for (const QString& prompt : prompts.split(u','))
+        entries.push_back({u"Last"_s, u"First"_s, u"1"_s, prompt, u"1"_s});
+    return entries;
 }
 
 } // namespace
@@ -56,195 +111,166 @@ class RulesTest : public QObject
 
 private:
     std::unique_ptr<SampleDatabase> mSample;
-    std::unique_ptr<BareForm> mForm;
-    std::unique_ptr<BoxScript> mBoxes;
+    std::unique_ptr<DataBase> mDataBase;
 
     void Change(const QString& statement) const
     {
         if (!statement.isEmpty())
             mSample->Run(statement);
     }
+    std::optional<DirectoryNode> Load(qint16 number, int highest = 250) const
+    {
+        return LoadNode(*mDataBase, {mainPartition, number}, highest);
+    }
+    /// With these answers, a digit for each question. The questions, what is told as made, and what is checked.
+    QString MakeMissing(const std::vector<DirectoryEntry>& entries, QString answers) const
+    {
+        QString log;
+        QStringList checked;
+        const auto ask = [&](const QString& prompt) {
+            log += prompt + u"? "_s;
+            const int answer = answers.isEmpty() ? 0 : answers.front().digitValue();
+            answers.remove(0, 1);
+            return static_cast<ConfirmationAnswer>(answer);
+        };
+        MakeMissingMessageNodes(*mDataBase, mainPartition, entries,
+                                {{[&](const QString& prompt) { return checked.contains(prompt); },
+                                  [&](const QString& prompt) { checked << prompt; }},
+                                 ask,
+                                 [&](const QString& prompt) { log += prompt + u"! "_s; }});
+        return log + u"checked "_s + checked.join(u' ');
+    }
 
 private Q_SLOTS:
-    void initTestCase() { InstallErrorBox(); }
     void init()
     {
         mSample = std::make_unique<SampleDatabase>();
-        mForm = std::make_unique<BareForm>();
-        mBoxes = std::make_unique<BoxScript>();
-        mForm->SetConfigID(1);
-        mForm->SetPartitionID(1);
-        Module().PendingMessage.clear();
-    }
-    void cleanup()
-    {
-        mBoxes.reset();
-        QCOMPARE(QSqlDatabase::connectionNames(), QStringList());
-        QVERIFY(!QGuiApplication::overrideCursor());
+        mDataBase = std::make_unique<DataBase>();
     }
 
-    void recordSelector_data()
+    void directoryNodes_data()
     {
-        QTest::addColumn<QString>("change");
-        QTest::addColumn<int>("node"); // 0 is a new one
-        QTest::addColumn<QString>("expected");
-        const QString below = u"INSERT INTO Node_DIR (ConfigID, PartID, NodeTypeID, NodeNumber) "
-                              "VALUES (1, 1, 16, -3)"_s;
-        QTest::newRow("node") << QString() << 12 << u"DIR 7,DIR 12,DIR 20,DIR 31 @12"_s;
-        QTest::newRow("unknown node") << QString() << 8 << u"DIR 7,DIR 12,DIR 20,DIR 31 @7"_s;
-        QTest::newRow("new node") << QString() << 0 << u"DIR 0,DIR 7,DIR 12,DIR 20,DIR 31 @0"_s;
-        QTest::newRow("below 0") << below << 31 << u"DIR 7,DIR 12,DIR 20,DIR 31 @31"_s;
-        QTest::newRow("below 0, new node") << below << 0 << u"DIR -3,DIR 0,DIR 7,DIR 12,DIR 20,DIR 31 @0"_s;
-        QTest::newRow("of another type") << u"UPDATE Node_DIR SET NodeTypeID = 17 WHERE NodeNumber = 12"_s << 12
-                                         << u"DIR 7,DIR 20,DIR 31 @7"_s;
-        QTest::newRow("no node") << u"DELETE FROM Node_DIR WHERE PartID = 1"_s << 7 << u" @"_s;
+        AddCases(
+            {{"as they are", {}, u"0,7,12,20,31 unusable: "_s},
+             {"below 0", u"UPDATE Node_DIR SET NodeNumber = -3 WHERE NodeNumber = 31"_s, u"-3,0,7,12,20 unusable: "_s},
+             {"limits",
+              u"UPDATE Node_DIR SET NodeNumber = iif(NodeNumber = 7, -32768, 32767) "
+              "WHERE PartID = 1 AND NodeNumber IN (7, 12)"_s,
+              u"-32768,0,20,31,32767 unusable: "_s},
+             {"unusable",
+              u"UPDATE Node_DIR SET NodeNumber = CASE NodeNumber WHEN 7 THEN 40000 WHEN 12 THEN 12.5 "
+              "WHEN 20 THEN 'x' ELSE NodeNumber END WHERE PartID = 1"_s,
+              u"0,31 unusable: 12.5,40000,x"_s},
+             {"another type", u"UPDATE Node_DIR SET NodeTypeID = 17 WHERE NodeNumber = 12"_s,
+              u"0,7,20,31 unusable: "_s},
+             {"none", u"DELETE FROM Node_DIR"_s, u" unusable: "_s}});
     }
-    void recordSelector()
+    void directoryNodes()
     {
-        QFETCH(QString, change);
-        QFETCH(int, node);
-        Change(change);
-        BusinessRules rules;
-        rules.IsNewNode = node == 0;
-        rules.LoadExistingNodesInRecordSelector(*mForm, static_cast<qint16>(node));
-        QStringList items;
-        for (int i = 0; i < mForm->cmbNode->ListCount(); ++i)
-            items << mForm->cmbNode->List(i);
-        QTEST(items.join(u',') + u" @"_s + mForm->cmbNode->currentData().toString(), "expected");
-        QCOMPARE(mForm->cmdFirst->isHidden(), node == 0);
-        QCOMPARE(mForm->lblLabel->y() == mForm->cmdFirst->y(), node == 0);
+        QFETCH(QString, given);
+        Change(given);
+        const DirectoryNodeNumbers found = FindDirectoryNodes(*mDataBase, mainPartition);
+        QTEST(Joined(found.numbers) + u" unusable: "_s + found.unusable.join(u','), "expected");
     }
 
-    // The maximum, and: the result, the lengths of both lists, the starting prompt and whether a message waits.
-    void promptLists_data()
+    void highestMessageNode_data()
     {
-        AddCases({{"maximum", u"250"_s, u"true 250 250 1"_s},
-                  {"highest maximum", u"32767"_s, u"true 32767 32767 1"_s},
-                  {"text", u"'12'"_s, u"true 12 12 1"_s},
-                  {"0", u"0"_s, u"false 0 3 2 waits"_s},
-                  {"below 0", u"-1"_s, u"false 0 3 2 waits"_s},
-                  {"Null", u"NULL"_s, u"false 0 3 2 waits"_s},
-                  {"none", {}, u"false 0 3 2 waits"_s}});
+        AddCases({{"number", u"32767"_s, u"32767"_s},
+                  {"text with a fraction of 0", u"CAST('12.0' AS BLOB)"_s, u"12"_s},
+                  {"fraction", u"12.5"_s, {}},
+                  {"0", u"0"_s, {}},
+                  {"below 0", u"-1"_s, {}},
+                  {"Null", u"NULL"_s, {}},
+                  {"no row", {}, {}},
+                  {"word", u"'%1 x'"_s, u"13: Max_number of the message nodes is \"%1 x\", which is not a number."_s},
+                  {"too large", u"32768"_s,
+                   u"6: Max_number of the message nodes is 32768; it must lie from -32768 to 32767."_s}});
     }
-    void promptLists()
+    void highestMessageNode()
     {
         QFETCH(QString, given);
         Change(given.isEmpty() ? u"DELETE FROM Node_Type_Max WHERE NodeType_ID = 0"_s
-                               : u"UPDATE Node_Type_Max SET Max_number = %1 WHERE NodeType_ID = 0"_s.arg(given));
-        for (ComboBox* box : {mForm->cmbPromptNumber, mForm->cmbMSGNodeNumber})
-            box->SetNumbers(1, 3);
-        mForm->cmbMSGNodeNumber->SetListIndex(1);
-        const bool result = BusinessRules().LoadPromptMSGNodeNumber(*mForm);
-        const QString& message = Module().PendingMessage;
-        QTEST((result ? u"true"_s : u"false"_s) +
-                  u" %1 %2 %3"_s.arg(mForm->cmbPromptNumber->ListCount())
-                      .arg(mForm->cmbMSGNodeNumber->ListCount())
-                      .arg(mForm->cmbMSGNodeNumber->Text()) +
-                  (message.isEmpty() ? QString() : u" waits"_s),
-              "expected");
-        QVERIFY(result || message == u"Please check the \"Max Number of each Node\" Section for MSG Node in "
-                                     "Partition Settings."_s);
+                               : u"UPDATE Node_Type_Max SET Max_number = "_s + given);
+        QString found;
+        const QString raised = RaisedBy([&] {
+            if (const auto highest = HighestMessageNode(*mDataBase, mainPartition))
+                found.setNum(*highest);
+        });
+        QTEST(found + raised, "expected");
     }
 
     void nodeHeaders_data()
     {
-        QTest::addColumn<QString>("change");
-        QTest::addColumn<int>("node");
-        QTest::addColumn<int>("entryCount");
-        QTest::addColumn<QString>("expected");
-        const auto update = [](const char* values) { return u"UPDATE Node_DIR SET "_s + QString::fromLatin1(values); };
-        const QString all = u"cmdFirst|cmdPrevious|cmdNext|cmdLast"_s;
-        const QString none = u"-|-|-|-"_s;
-        QTest::newRow("first") << QString() << 7 << 40 << u"Staff|4711|Yes|5|1 of 4|-|-|cmdNext|cmdLast"_s;
-        QTest::newRow("between") << QString() << 12 << 500 << u"All extensions||No|1|2 of 4|"_s + all;
-        QTest::newRow("highest prompt") << QString() << 20 << 0 << u"Visitors|20202020|No|250|3 of 4|"_s + all;
-        QTest::newRow("last, Null, prompt too high")
-            << QString() << 31 << 13 << u"||No|1|4 of 4|cmdFirst|cmdPrevious|-|-"_s;
-        QTest::newRow("only one") << u"DELETE FROM Node_DIR WHERE NodeNumber <> 7"_s << 7 << 40
-                                  << u"Staff|4711|Yes|5|1 of 1|"_s + none;
-        QTest::newRow("prompt 0, other yes") << update("StartingPromptNumber = 0, UsePasswords = -1") << 12 << 500
-                                             << u"All extensions||No|1|2 of 4|"_s + all;
-        QTest::newRow("texts for numbers") << update("StartingPromptNumber = 'x', UsePasswords = 'x', AccessCode = 12")
-                                           << 12 << 500 << u"All extensions|12|No|1|2 of 4|"_s + all;
-        QTest::newRow("too long")
-            << update("NodeDescription = 'A description of forty characters, cut..', AccessCode = '123456789'") << 12
-            << 500 << u"A description of forty charact|12345678|No|1|2 of 4|"_s + all;
+        AddCases({{"as it is", {}, u"Staff|4711|Yes|5"_s},
+                  {"nothing",
+                   u"NodeDescription = NULL, UsePasswords = NULL, AccessCode = NULL, "
+                   "StartingPromptNumber = NULL"_s,
+                   u"||No|1"_s},
+                  {"highest prompt", u"StartingPromptNumber = 250"_s, u"Staff|4711|Yes|250"_s},
+                  {"prompt too high", u"StartingPromptNumber = 251"_s, u"Staff|4711|Yes|1"_s},
+                  {"prompt 0, other yes", u"StartingPromptNumber = 0, UsePasswords = -1"_s, u"Staff|4711|No|1"_s},
+                  {"fractions", u"StartingPromptNumber = 12.5, UsePasswords = 1.5"_s, u"Staff|4711|No|1"_s},
+                  {"words", u"StartingPromptNumber = 'x', UsePasswords = 'x', AccessCode = 'a1-2 3\u0664'"_s,
+                   u"Staff|123|No|1"_s}});
     }
     void nodeHeaders()
     {
-        QFETCH(QString, change);
-        QFETCH(int, node);
-        Change(change);
-        BusinessRules rules;
-        rules.LoadExistingNodesInRecordSelector(*mForm, static_cast<qint16>(node));
-        QVERIFY(rules.LoadPromptMSGNodeNumber(*mForm));
-        for (int i = 0; i < 2; ++i)
-            QVERIFY(rules.LoadData(*mForm, static_cast<qint16>(node)));
-        QTEST(HeaderOf(*mForm), "expected");
-        QTEST(mForm->LVDirectory->Items().RowCount(), "entryCount");
+        QFETCH(QString, given);
+        if (!given.isEmpty())
+            Change(u"UPDATE Node_DIR SET %1 WHERE NodeNumber = 7"_s.arg(given));
+        QTEST(TextOf(Load(7).value().header), "expected");
     }
 
-    void entriesAreReplacedWhereMissing()
+    void missingValuesOfEntriesAreReplaced()
     {
         Change(u"UPDATE Detail_DIR SET SequenceNo = 99 WHERE NodeMasterID = 31 AND SequenceNo = 3"_s);
-        QVERIFY(BusinessRules().LoadData(*mForm, 31));
-        const QString odd = u"Abcdefghijklmnopqrstuvwxyzabcde"_s;
-        const QStringList entries{
-            u"1a|1|UNKNOWN|UNKNOWN|1|1|1|"_s,       u"2a|2|UNKNOWN|UNKNOWN|1|1|1|"_s,
-            u"3a|3|Baker|UNKNOWN|102|2|1|"_s,       u"4a|4|Clark|John|1|3|1|"_s,
-            u"5a|5|Davies|Elena|104|1|1|"_s,        u"6a|6|Evans|Tom|105|5|1|"_s,
-            u"7a|7|Foster|Maria|106|1|1|"_s,        u"8a|8|Harris|Nils|107|999|1|"_s,
-            u"9a|9|Irving|Olga|108|1|1|"_s,         u"10a|10|Jones|Paula|109|1|1|"_s,
-            u"11a|11|King|Ralf|110|251|1234567|"_s, u"12a|12|%1|%1|123456789012345|12|12345678901234567890|"_s.arg(odd),
-            u"13a|13|UNKNOWN|Anne|101|1|1|"_s};
-        QCOMPARE(mForm->LVDirectory->Items().RowCount(), 13);
-        for (int row = 0; row < 13; ++row) {
-            QCOMPARE(EntryOf(*mForm, row), entries[row]);
-            QVERIFY(!mForm->LVDirectory->Items().ForeColor(row, 1));
-        }
+        Change(u"UPDATE Detail_DIR SET NamePrompt = CASE SequenceNo WHEN 4 THEN CAST('12.0' AS BLOB) WHEN 5 THEN 12.5 "
+               "ELSE 'x' END WHERE NodeMasterID = 31 AND SequenceNo IN (4, 5, 6)"_s);
+        const DirectoryNode node = Load(31).value();
+        QString found;
+        for (const std::size_t row : {0, 1, 2, 3, 4, 5, 6, 7, 8, 11, 12})
+            found += TextOf(node.entries[row]) + u'\n';
+        const QString longest = u"Abcdefghijklmnopqrstuvwxyzabcde"_s;
+        QCOMPARE(found, u"UNKNOWN|UNKNOWN|1|1|1\nUNKNOWN|UNKNOWN|1|1|1\nBaker|UNKNOWN|102|12|1\nClark|John|1|1|1\n"
+                        "Davies|Elena|104|1|1\nEvans|Tom|105|5|1\nFoster|Maria|106|1|1\nHarris|Nils|107|999|1\n"
+                        "Irving|Olga|108|1|1\n%1|%1|123456789012345|12|12345678901234567890\n"
+                        "UNKNOWN|Anne|101|1|1\n"_s.arg(longest));
     }
 
-    void unknownNode()
+    void nodesThatCannotBeLoaded()
     {
-        BusinessRules rules;
-        QVERIFY(rules.LoadData(*mForm, 7));
-        ExpectedBox notice = Notice(u"DIR 99 doesn't exist."_s);
-        notice.inspect = [](const QMessageBox&) { QVERIFY(!QGuiApplication::overrideCursor()); };
-        mBoxes->Expect(notice);
-        QVERIFY(!rules.LoadData(*mForm, 99));
-        QCOMPARE(mForm->txtDescription->text(), u"Staff"_s);
-        QCOMPARE(mForm->LVDirectory->Items().RowCount(), 40);
-        QVERIFY(rules.LoadData(*mForm, 7));
+        QVERIFY(!Load(8));
+        Change(u"ALTER TABLE Detail_DIR RENAME COLUMN Extension TO Other"_s);
+        QVERIFY(RaisedBy([&] { Load(7); }).contains(u"Extension"_s));
+        for (const QString& table : {u"Detail_DIR"_s, u"Node_DIR"_s, u"Node_MSG"_s, u"Node_Type_Max"_s}) {
+            Change(u"DROP TABLE "_s + table);
+            const QString raised = RaisedBy([&] {
+                HighestMessageNode(*mDataBase, mainPartition);
+                UsedMessageNodeNumbers(*mDataBase, mainPartition);
+                Load(7);
+            });
+            QVERIFY2(raised.contains(table), qPrintable(raised));
+        }
+        QVERIFY(RaisedBy([&] { FindDirectoryNodes(*mDataBase, mainPartition); }).contains(u"Node_DIR"_s));
     }
 
-    // What is done to the database; the procedure that then meets it, and what its report says.
-    void errorReports_data()
+    void savedNodesReadBackEqual()
     {
-        AddCases({{"no nodes", u"DROP TABLE Node_DIR"_s, u"LoadExistingNodesInRecordSelector|*Node_DIR*"_s},
-                  {"node number", u"UPDATE Node_DIR SET NodeNumber = 40000 WHERE NodeNumber = 7"_s,
-                   u"LoadExistingNodesInRecordSelector|NodeNumber of * is 40000; it must lie from -32768 *"_s},
-                  {"no maxima", u"DROP TABLE Node_Type_Max"_s, u"LoadPromptMSGNodeNumber|*Node_Type_Max*"_s},
-                  {"maximum", u"UPDATE Node_Type_Max SET Max_number = 40000"_s,
-                   u"LoadPromptMSGNodeNumber|Max_number of * is 40000; it must lie from * to 32767."_s},
-                  {"no number", u"UPDATE Node_Type_Max SET Max_number = 'many'"_s,
-                   u"LoadPromptMSGNodeNumber|Max_number of * is \"many\", which is not a number."_s},
-                  {"no node", u"DROP TABLE Node_DIR"_s, u"LoadData|*Node_DIR*"_s},
-                  {"no entries", u"DROP TABLE Detail_DIR"_s, u"LoadData|*Detail_DIR*"_s},
-                  {"no column", u"ALTER TABLE Detail_DIR DROP COLUMN Extension"_s, u"LoadData|*Extension*"_s},
-                  {"no messages", u"DROP TABLE Node_MSG"_s, u"GetNextAvailableMSGNODENUMBER|*Node_MSG*"_s},
-                  {"no pool", u"DROP TABLE Node_General_Pool"_s, u"IsNodeExisted|*Node_General_Pool*"_s}});
-    }
-    void errorReports()
-    {
-        QFETCH(QString, given);
-        QFETCH(QString, expected);
-        QVERIFY(BusinessRules().LoadPromptMSGNodeNumber(*mForm));
-        Change(given);
-        BusinessRules rules;
-        for (int i = 0; i < 2; ++i) {
-            mBoxes->Expect(ErrorReport(expected.section(u'|', 0, 0), expected.section(u'|', 1)));
-            QVERIFY(!Call(expected.section(u'|', 0, 0), rules, *mForm));
+        DirectoryNode node{{mainPartition, 7}, {u"O'Neil \"\u00e4\U0001F600\" --"_s, u"0012"_s, true, u"250"_s}, {}};
+        for (int i = 0; i < 3; ++i) {
+            node.entries.push_back({u"de la Cruz %1; '\"?1"_s.arg(i), u"\u0141ukasz"_s, u"0%1.50"_s.arg(i),
+                                    QString::number(999 - i), u" \U0001F600 "_s});
         }
+        for (const std::size_t count : {3U, 1U, 0U}) {
+            node.entries.resize(count);
+            SaveNode(*mDataBase, node);
+            DataBase another;
+            const DirectoryNode read = LoadNode(another, node.identity, 250).value();
+            QCOMPARE(TextOf(read.header), TextOf(node.header));
+            QVERIFY(read.entries == node.entries);
+            node.header.usePasswords = false;
+        }
+        QCOMPARE(Load(12).value().entries.size(), std::size_t{500});
     }
 
     // Starting prompt, maximum and configuration; the numbers of successive calls.
@@ -255,9 +281,13 @@ private Q_SLOTS:
                   {"start in use", u"30 250 1"_s, u"41 42"_s},
                   {"wrapped", u"250 250 1"_s, u"250 13 27"_s},
                   {"wrapped to none", u"61 61 1"_s, u"61 13"_s},
+                  {"highest of all", u"32767 32767 1"_s, u"32767 13"_s},
                   {"another configuration", u"1 40 2"_s, u"11 12"_s},
                   {"none free", u"1 12 1"_s, u"0 0"_s},
-                  {"start beyond the maximum", u"300 250 1"_s, u"0 0"_s}});
+                  {"start beyond the maximum", u"300 250 1"_s, u"0 0"_s},
+                  {"digits and more", u"42x 250 1"_s, u"42 50"_s},
+                  {"no digits", u"x 250 1"_s, u"13 27"_s},
+                  {"nothing", u" 250 1"_s, u"13 27"_s}});
     }
     void nextNumbers()
     {
@@ -265,65 +295,247 @@ private Q_SLOTS:
         QFETCH(QString, expected);
         const QStringList values = given.split(u' ');
         Change(u"UPDATE Node_MSG SET NodeNumber = 'x' WHERE NodeNumber = 0"_s); // neither is a number to hand out
-        mForm->SetConfigID(values[2].toShort());
-        mForm->cmbMSGNodeNumber->SetText(values[0]);
-        mForm->cmbPromptNumber->SetNumbers(1, values[1].toInt());
-        BusinessRules rules;
-        const auto count = expected.count(u' ') + 1;
+        const auto used = UsedMessageNodeNumbers(*mDataBase, {values[2].toShort(), 1});
+        PromptNumbers prompts;
         for (int round = 0; round < 2; ++round) {
             QStringList numbers;
-            while (numbers.size() < count)
-                numbers << QString::number(rules.GetNextAvailableMSGNODENUMBER(*mForm, false));
+            while (numbers.size() <= expected.count(u' '))
+                numbers << QString::number(prompts.Next(values[0], values[1].toInt(), used));
             QCOMPARE(numbers.join(u' '), expected);
-            QCOMPARE(rules.GetNextAvailableMSGNODENUMBER(*mForm, true), qint16{0});
+            prompts.Restart();
         }
     }
 
-    void nextNumberWithoutStart()
+    void usedNumbersAreSorted()
     {
-        BusinessRules rules;
-        mForm->cmbMSGNodeNumber->SetText(u"5"_s);
-        QCOMPARE(rules.GetNextAvailableMSGNODENUMBER(*mForm, false), qint16{0}); // of an empty list
-        rules.GetNextAvailableMSGNODENUMBER(*mForm, true);
-        mForm->cmbPromptNumber->SetNumbers(1, 250);
-        for (const QString& text : {u"x"_s, u""_s}) {
-            mForm->cmbMSGNodeNumber->SetText(text);
-            mBoxes->Expect(ErrorReport(u"GetNextAvailableMSGNODENUMBER"_s, u"*\"%1\"*not a number*"_s.arg(text)));
-            QCOMPARE(rules.GetNextAvailableMSGNODENUMBER(*mForm, false), qint16{0});
-        }
-        mForm->cmbMSGNodeNumber->SetText(u"5"_s);
-        QCOMPARE(rules.GetNextAvailableMSGNODENUMBER(*mForm, false), qint16{13});
-        mSample->Run(u"UPDATE Node_MSG SET NodeNumber = 27 WHERE NodeNumber = 28"_s);
-        QCOMPARE(rules.GetNextAvailableMSGNODENUMBER(*mForm, false), qint16{28});
+        Change(u"DELETE FROM Node_MSG WHERE NodeNumber NOT IN (2, 3, 14, 60)"_s);
+        Change(u"UPDATE Node_MSG SET NodeNumber = CASE NodeNumber WHEN 2 THEN 'x' WHEN 3 THEN CAST('13' AS BLOB) "
+               "ELSE NodeNumber END"_s);
+        QCOMPARE(Joined(UsedMessageNodeNumbers(*mDataBase, mainPartition)), u"13,14,60"_s);
     }
 
     void nodesInThePool()
     {
-        BusinessRules rules;
-        const auto exists = [&](const char* type, const char* number) {
-            return rules.IsNodeExisted(*mForm, QString::fromLatin1(type), QString::fromLatin1(number));
+        const auto exists = [&](const char* type, const char* number, const Partition& partition = mainPartition) {
+            return IsNodeExisted(*mDataBase, partition, QString::fromLatin1(type), QString::fromLatin1(number));
         };
         QVERIFY(exists("16", "7") && exists("0", "60") && exists("817", "60") && exists("818", "0"));
         QVERIFY(exists(" 817 ", "60") && exists("8.18e2", "60"));
         QVERIFY(!exists("16", "8") && !exists("817", "13") && !exists("819", "60") && !exists("8170", "60"));
-        mForm->SetPartitionID(2);
-        QVERIFY(!exists("817", "60") && exists("817", "6"));
+        QVERIFY(!exists("817", "60", withoutMaximum) && exists("817", "6", withoutMaximum));
     }
 
-    void instancesAreApart()
+    // Prompts and the answers, one for each question; the questions with what is told as made, and what is checked.
+    void missingMessageNodes_data()
     {
-        BusinessRules first;
-        QVERIFY(first.LoadPromptMSGNodeNumber(*mForm));
-        QCOMPARE(first.GetNextAvailableMSGNODENUMBER(*mForm, false), qint16{13});
-        {
-            BusinessRules second;
-            QCOMPARE(second.GetNextAvailableMSGNODENUMBER(*mForm, false), qint16{13});
-            QCOMPARE(QSqlDatabase::connectionNames().size(), 2);
+        AddCases({{"none missing", u"1,2,1>"_s, u"checked 1 2"_s},
+                  {"yes, no, another", u"13,1,27,42>239"_s, u"13? 13! 27? 42? checked 13 1 27 42"_s},
+                  {"yes to all", u"13,27,1,13,42>34"_s, u"13? 27? 27! 42! checked 13 27 1 42"_s},
+                  {"stop", u"13,27,42>25"_s, u"13? 13! 27? checked 13"_s},
+                  {"closed", u"13,27>0"_s, u"13? checked "_s},
+                  {"twice", u"13,13,13>2"_s, u"13? 13! checked 13"_s}});
+    }
+    void missingMessageNodes()
+    {
+        QFETCH(QString, given);
+        QTEST(MakeMissing(EntriesWith(given.section(u'>', 0, 0)), given.section(u'>', 1)), "expected");
+    }
+
+    void messageNodesAreCopiesOfNode0()
+    {
+        const std::vector entries{EntryFrom(u"Neil,Anne,1,13"_s)};
+        const QString read = u"SELECT KELFilename, m.NodeDescription, DTMF, p.NodeDescription FROM Node_MSG m JOIN "
+                             "Node_General_Pool p USING (ConfigID, PartID, NodeTypeID, NodeNumber) WHERE PartID = 1 "
+                             "AND NodeNumber = 13"_s;
+        QCOMPARE(MakeMissing(entries, u"2"_s), u"13? 13! checked 13"_s);
+        QCOMPARE(mSample->Run(read), QStringList(u"P01M013.wav|Anne Neil|0123456789*#|Anne Neil"_s));
+        for (const QString& table : {u"Node_MSG"_s, u"Node_General_Pool"_s})
+            Change(u"DELETE FROM %1 WHERE NodeTypeID = 0 AND NodeNumber IN (0, 13)"_s.arg(table));
+        QCOMPARE(MakeMissing(entries, u"2"_s), u"13? 13! checked 13"_s);
+        QCOMPARE(mSample->Run(read), QStringList());
+        Change(u"DROP TABLE Node_General_Pool"_s);
+        QVERIFY(RaisedBy([&] { MakeMissing(entries, {}); }).contains(u"Node_General_Pool"_s));
+    }
+
+    void namesOfMessageNodes()
+    {
+        QCOMPARE(WaveFileName(1, u"5"_s), u"P01M005.wav"_s);
+        QCOMPARE(WaveFileName(12, u"1234"_s), u"P12M1234.wav"_s);
+        QCOMPARE(WaveFileName(-5, u"5"_s), u"P-05M005.wav"_s);
+        QCOMPARE(WaveFileName(1, u"x y"_s), u"P01Mx y.wav"_s);
+        const QString name(15, u'a');
+        QCOMPARE(MessageNodeDescription({name, name, {}, {}, {}}), name + u' ' + name);
+        QCOMPARE(MessageNodeDescription({name + u"b"_s, name + u"b"_s, {}, {}, {}}), name + u"b "_s + name.first(14));
+        QCOMPARE(MessageNodeDescription({name.first(14) + u"\U0001F600"_s, name, {}, {}, {}}),
+                 name + u' ' + name.first(14));
+    }
+
+    // An entry; what ValidateData says of its fields in one letter each, and whether it may be saved.
+    void entries_data()
+    {
+        AddCases({{"sound", u"Adams,Anne,0123456789012345"_s, u"sound"_s},
+                  {"nothing", u",,"_s, u"LFE:No Data in"_s},
+                  {"blanks", u" , , "_s, u"LFE:Invalid"_s},
+                  {"letters of others", u"\u00c4dams,Anne1,\u0661"_s, u"LFE:Invalid"_s},
+                  {"apostrophe", u"O'Neil,Anne,1"_s, u"L:Invalid sound"_s},
+                  {"letters about the limits", u"@[`{,azAZ,1"_s, u"L:Invalid sound"_s},
+                  {"fraction", u"Adams,Anne,-1.5e3"_s, u"E:Invalid sound"_s},
+                  {"too long", u"Adams,Anne,01234567890123456"_s, u"E:Invalid sound"_s}});
+    }
+    void entries()
+    {
+        QFETCH(QString, given);
+        const DirectoryEntry entry = EntryFrom(given);
+        QStringList lines = ValidateData(entry.lastName, entry.firstName, entry.extension).split(u"\r\n"_s);
+        QString fields;
+        QString kind;
+        for (const QString& line : lines.filter(u" "_s)) {
+            QVERIFY2(line.startsWith(u"     "_s), qPrintable(line));
+            fields += line.section(u' ', -1).front();
+            kind = line.section(u' ', 5, -2);
         }
-        QCOMPARE(QSqlDatabase::connectionNames().size(), 1);
-        QCOMPARE(first.GetNextAvailableMSGNODENUMBER(*mForm, false), qint16{27});
+        const QString faults = fields.isEmpty() ? fields : fields + u':' + kind + u' ';
+        QTEST((faults + (IsSound(entry) ? u"sound"_s : QString())).trimmed(), "expected");
+    }
+
+    void labelsAndCodes()
+    {
+        QVERIFY(IsAcceptableLabel(u"O'Neil's"_s) && IsAcceptableLabel({}));
+        QVERIFY(!IsAcceptableLabel(u"a\"b"_s) && !IsAcceptableLabel(u"a''b"_s));
+        QVERIFY(IsAcceptableAccessCode({}) && IsAcceptableAccessCode(u"1234"_s) && !IsAcceptableAccessCode(u"123"_s));
+    }
+
+    // Entries as prompts, one without a number as an entry that is not sound; the fault.
+    void faults_data()
+    {
+        AddCases({{"none", u"1,2,3"_s, u"none"_s},
+                  {"twice", u"1,2,1,3"_s, u"prompt 2"_s},
+                  {"the last one", u"1,2,1,2,3"_s, u"prompt 3"_s},
+                  {"not sound behind", u"1,1,x,2,x"_s, u"entry 2"_s},
+                  {"not sound first", u"x,1,1"_s, u"entry 0"_s}});
+    }
+    void faults()
+    {
+        QFETCH(QString, given);
+        std::vector<DirectoryEntry> entries = EntriesWith(given);
+        for (DirectoryEntry& entry : entries)
+            entry.lastName = entry.prompt == u"x"_s ? QString() : entry.lastName;
+        QStringList met;
+        const auto fault = FindFault(entries, [&](const QString& prompt) {
+            const bool before = met.contains(prompt);
+            met << prompt;
+            return before;
+        });
+        QTEST(fault ? (fault->isInvalid ? u"entry %1"_s : u"prompt %1"_s).arg(fault->row) : u"none"_s, "expected");
+    }
+
+    void typedTexts()
+    {
+        QCOMPARE(Admitted(u"a1\u00e9 Z'2", IsLetter), u"aZ"_s);
+        const auto typed = [](const char* text, int low = 1, int high = 250) {
+            return TypedNumber(QString::fromLatin1(text), low, high);
+        };
+        QCOMPARE(typed("250"), 250);
+        QCOMPARE(typed("251"), 25);
+        QCOMPARE(typed("12x3"), 12);
+        QCOMPARE(typed("0"), 0);
+        QCOMPARE(typed("05"), 0);
+        QCOMPARE(typed(""), 0);
+        QCOMPARE(typed("12", 5, 20), 0);
+        QCOMPARE(typed("99999999999999", 1, 32767), 9999);
+    }
+
+    // Bytes, and the fields.
+    void fields_data()
+    {
+        const QString tooLong = u" A field is longer than 8192 bytes. Check that the file is a directory list."_s;
+        const QString longest(DelimitedReader::highestFieldLength, u'x');
+        const QString zoe = u"[Zo\u00EB][\U0001F600]"_s;
+        const auto hex = [](const char* bytes) { return QString::fromLatin1(QByteArray::fromHex(bytes)); };
+        AddCases(
+            {{"line ends", u"a,b\r\nc,d\re,f\ng"_s, u"[a][b][c][d][e][f][g]"_s},
+             {"blank lines", u"a\r\n\r\n\n\rb\r\n\r\n"_s, u"[a][][][][b][]"_s},
+             {"blanks and tabs around", u"  \ta b\t ,\t, c \r\n"_s, u"[a b][][c]"_s},
+             {"quoted", u"\"a,b\r\nc\" , \" d \"\r\n\"\",\"\"\"\",\"e\"\"f\""_s, u"[a,b\r\nc][ d ][][\"][e\"f]"_s},
+             {"quotes inside", u"a\"b,\"c\"d\""_s, u"[a\"b][cd\"]"_s},
+             {"unterminated", u"a,\"b\"\",c\r\n"_s, u"[a] The file ends inside a quoted field."_s},
+             {"end-of-file character", u"\"a\x1A,b\",c\r\n\x1A,d"_s, u"[a\x1A,b][c]"_s},
+             {"nothing but a mark", u"\u00EF\u00BB\u00BF"_s, {}},
+             {"UTF-8 mark", hex("EFBBBF 5A6FC3AB 2C F09F9880"), zoe},
+             {"UTF-16 LE", hex("FFFE 5A006F00EB00 2C00 3DD800DE"), zoe},
+             {"UTF-16 BE", hex("FEFF 005A006F00EB 002C D83DDE00"), zoe},
+             {"Windows-1252", hex("5AEB 2C 809F 2C 5A6FC3AB 2C C3"), u"[Z\u00EB][\u20AC\u0178][Zo\u00EB][\u00C3]"_s},
+             {"across a chunk", QString(65534, u',') + u"\"a\"\"b\""_s, u"[]"_s.repeated(65534) + u"[a\"b]"_s},
+             {"longest", longest + u",\""_s + longest + u'"', u"[%1][%1]"_s.arg(longest)},
+             {"too long", u"a,"_s + longest + u"x,c"_s, u"[a]"_s + tooLong}});
+    }
+    void fields()
+    {
+        QFETCH(QString, given);
+        const QByteArray bytes = given.toLatin1();
+        QTEST(FieldsIn(bytes), "expected");
+        Stream single(bytes, bytes.size());
+        QTEST(FieldsOn(single), "expected");
+    }
+
+    void writtenFieldsReadBackEqual()
+    {
+        const QStringList given{u"\uFEFFa b"_s, u" a"_s,    u"a\t"_s, u"a,b"_s,         u"\"a\"\"b"_s,
+                                u"a\r\nb"_s,    u"a\x1A"_s, {},       u"\u4e2d\u00eb"_s};
+        QString expected;
+        for (const QString& field : given)
+            expected += u'[' + field + u']';
+        for (const Quoting quoting : {Quoting::Always, Quoting::WhereNeeded})
+            QCOMPARE(FieldsIn(DelimitedLine(given, quoting).toUtf8()), expected);
+        QCOMPARE(DelimitedLine({u"a b"_s, u"\"c"_s}, Quoting::WhereNeeded), u"a b,\"\"\"c\""_s);
+        QCOMPARE(DelimitedLine({u"a"_s, u"1"_s}), u"\"a\",\"1\""_s);
+    }
+
+    // What a device without an end repeats, or one that fails holds; the entries taken and what the report says.
+    void lists_data()
+    {
+        AddCases({{"letters", u"A"_s, u"0 broken"_s},
+                  {"blanks", u" "_s, u"0 broken"_s},
+                  {"quotes", u"\""_s, u"0 broken"_s},
+                  {"entries", u"A,B,1\n"_s, u"500 full"_s},
+                  {"bad entries", u"A,B,1\n1,B,1\n"_s, u"21 errors"_s},
+                  {"failure", u"Adams,Anne,101\nBaker,Ben,102\nClark,..."_s, u"2 broken"_s}});
+    }
+    void lists()
+    {
+        QFETCH(QString, given);
+        Stream device(given.toLatin1(), given.size() > 35 ? 35 : 8 << 20);
+        std::vector<DirectoryEntry> taken;
+        const ListReport report =
+            ReadEntryList(device, 0, [&](const DirectoryEntry& entry) { taken.push_back(entry); });
+        QTEST(QString::number(taken.size()) + (report.broken ? u" broken"_s : QString()) +
+                  (report.limitReached ? u" full"_s : QString()) + (report.hadErrors ? u" errors"_s : QString()),
+              "expected");
+        QVERIFY(device.taken <= 1 << 20);
+        QCOMPARE(report.errorList.count(u"(1,B,1) :\r\n     Invalid LastName\r\n"_s), report.hadErrors ? 21 : 0);
+        QCOMPARE(report.errorList.contains(u"Too many errors"_s), report.hadErrors);
+    }
+
+    void writtenListsReadBackEqual()
+    {
+        const ListText list = WriteEntryList({EntryFrom(u"Adams,Anne,101,5,1"_s),
+                                              EntryFrom(u",Ben,102"_s),
+                                              EntryFrom(u"Clark,Carl,x"_s),
+                                              {u"O\"Neil, jr"_s, u"\u0141ukasz"_s, u"1e3"_s, {}, {}},
+                                              EntryFrom(u"Davies,Dan,104"_s)});
+        QCOMPARE(Joined(list.skippedRows), u"1,2"_s);
+        QBuffer file;
+        file.setData(list.text);
+        file.open(QIODevice::ReadOnly);
+        QString read;
+        const ListReport report =
+            ReadEntryList(file, 498, [&](const DirectoryEntry& entry) { read += TextOf(entry) + u' '; });
+        QCOMPARE(read, u"Adams|Anne|101|| Davies|Dan|104|| "_s);
+        QVERIFY(report.errorList.contains(u"(O\"Neil, jr,\u0141ukasz,1e3) :\r\n     Invalid LastName\r\n     Invalid"
+                                          " FirstName\r\n     Invalid Extension\r\n"_s));
+        QVERIFY(report.hadErrors && !report.broken && !report.limitReached);
     }
 };
 
-QTEST_MAIN(RulesTest)
+QTEST_GUILESS_MAIN(RulesTest)
 #include "RulesTest.moc"

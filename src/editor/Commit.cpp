@@ -1,21 +1,26 @@
 #include "editor/Commit.h"
 
+#include "editor/BusinessRules.h"
 #include "editor/EntryCommands.h"
+#include "editor/HeaderFields.h"
 #include "editor/LabelCheck.h"
-#include "form/BusyForm.h"
 #include "form/EditorForm.h"
+#include "form/LongOperation.h"
 #include "platform/runtime/ErrorReport.h"
 #include "platform/ui/MsgBox.h"
-#include "rules/BusinessRules.h"
 #include "rules/Validation.h"
 
 namespace qor {
 
 namespace {
 
-bool Contains(const ListBox& list, const QString& text)
+/// Whether a list box has the text; it has it from now on.
+bool Meet(ListBox& list, const QString& text)
 {
-    return SendMessageA(list.Handle(), LB_FINDSTRINGEXACT, 0, reinterpret_cast<qintptr>(&text)) != LB_ERR;
+    if (list.FindExact(text) >= 0)
+        return true;
+    list.AddItem(text);
+    return false;
 }
 
 } // namespace
@@ -84,41 +89,31 @@ Commit::Outcome Commit::RunSequence()
 
 bool Commit::DirectoryMayBeSaved()
 {
-    const DirectoryCheck check = CheckDirectoryData();
-    if (check.Sound)
+    const auto fault = CheckDirectoryData();
+    if (!fault)
         return true;
-    if (check.InvalidEntry) {
+    if (fault->invalidEntry) {
         MsgBox(u"Invalid Entry. Please update the directory."_s, MsgBoxStyle::Information, u"Information"_s);
     } else if (MsgBox(u"Duplicate prompts in Directory. Continue saving?"_s, MsgBoxStyle::YesNo | MsgBoxStyle::Question,
                       u"Confirmation"_s) == MsgBoxAnswer::Yes) {
         return true;
     }
-    ShowRow(check.RowKey);
+    ShowRow(fault->rowKey);
     return false;
 }
 
-DirectoryCheck Commit::CheckDirectoryData()
+std::optional<DirectoryFault> Commit::CheckDirectoryData()
 {
-    const BusyForm busy(mForm);
+    const LongOperation running(mForm);
     mForm.StatusBar1->SetPanelText(u"Checking Data. Please wait..."_s);
     mForm.lstPrompts->Clear();
     const ListView& list = *mForm.LVDirectory;
-    DirectoryCheck check;
-    const int rowCount = list.Items().RowCount();
-    for (int row = 0; row < rowCount && !check.InvalidEntry; ++row) {
-        const QString prompt = EntryText(list, row, DirectoryColumn::Prompt);
-        check.InvalidEntry = !IsSoundRow(list, row);
-        const bool duplicate = !check.InvalidEntry && Contains(*mForm.lstPrompts, prompt);
-        if (check.InvalidEntry || duplicate) {
-            check.Sound = false;
-            check.RowKey = list.Items().Key(row);
-            check.DuplicatePrompt |= duplicate;
-        } else {
-            mForm.lstPrompts->AddItem(prompt);
-        }
-    }
+    const auto fault =
+        FindFault(EntriesOf(list), [this](const QString& prompt) { return Meet(*mForm.lstPrompts, prompt); });
     mForm.StatusBar1->SetPanelText(QString());
-    return check;
+    if (!fault)
+        return std::nullopt;
+    return DirectoryFault{fault->isInvalid, list.Items().Key(static_cast<int>(fault->row))};
 }
 
 bool Commit::LabelMayBeSaved()

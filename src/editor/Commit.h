@@ -4,6 +4,8 @@
 
 #include "platform/runtime/Text.h"
 
+#include <optional>
+
 namespace qor {
 
 class BusinessRules;
@@ -11,13 +13,11 @@ class EditorForm;
 class EntryCommands;
 enum class MsgBoxAnswer;
 
-/// What CheckDirectoryData found.
-struct DirectoryCheck
+/// What CheckDirectoryData found in a directory that may not be saved without asking.
+struct DirectoryFault
 {
-    bool Sound = true;            ///< the directory may be saved without asking
-    QString RowKey;               ///< the row that is to be shown
-    bool InvalidEntry = false;    ///< that row cannot be saved
-    bool DuplicatePrompt = false; ///< prompts are used twice; that row is the last of them, unless InvalidEntry
+    bool invalidEntry; ///< a row cannot be saved; else prompts are used twice
+    QString rowKey;    ///< that row, or the last one whose prompt came before
 };
 
 class Commit
@@ -34,7 +34,7 @@ public:
     MsgBoxAnswer AskToSaveChanges();
 
     /// Looks for a row that cannot be saved, and for prompts that are used twice.
-    DirectoryCheck CheckDirectoryData();
+    std::optional<DirectoryFault> CheckDirectoryData();
 
 private:
     enum class Outcome { Saved, AccessCodeRefused, DirectoryRefused, LabelRefused };

@@ -1,12 +1,12 @@
 #include "editor/EntryCommands.h"
 
-#include "form/DirectoryListEvents.h"
+#include "editor/BusinessRules.h"
+#include "editor/DirectoryListEvents.h"
 #include "form/EditorForm.h"
 #include "form/ModuleState.h"
 #include "platform/runtime/ErrorReport.h"
 #include "platform/ui/MsgBox.h"
 #include "platform/ui/Screen.h"
-#include "rules/BusinessRules.h"
 
 #include <QPushButton>
 
@@ -74,13 +74,13 @@ void EntryCommands::InsertNewRow(int position)
     mForm.cmbPromptNumber->SetListIndex(0);
     ListItems& items = LVDirectory.Items();
     const int number = items.RowCount() + 1;
-    items.Insert(position, EntryRow(number, {QString(), QString(), u"1"_s, mRules.PromptForNewRow(mForm), u"1"_s}));
+    items.Insert(position, EntryRow(number, {{}, {}, u"1"_s, NewRowPrompts(mForm, mRules).Next(), u"1"_s}));
 
     const int row = items.RowOfKey(RowKey(number));
     SelectAndShow(row);
     PaintRow(LVDirectory, row, invalidRowColour);
     mForm.HideEntryEditors();
-    mForm.cmdApply->setEnabled(true);
+    mForm.MarkChanged();
 }
 
 void EntryCommands::SelectAndShow(int row)
@@ -105,7 +105,7 @@ void EntryCommands::cmdDirRemove_Click()
         Renumber();
         if (items.RowCount() > 0)
             SelectAndShow(qMin(next, items.RowCount() - 1));
-        mForm.cmdApply->setEnabled(true);
+        mForm.MarkChanged();
     });
 }
 
@@ -145,7 +145,7 @@ void EntryCommands::MoveSelected(int distance)
         LVDirectory.SetSelected(row, false);
         SelectAndShow(other);
     }
-    mForm.cmdApply->setEnabled(true);
+    mForm.MarkChanged();
 }
 
 void EntryCommands::SwapEntries(int row, int other)
@@ -179,7 +179,7 @@ void EntryCommands::cmdDirEdit_Click()
             EndEditMode();
         else
             StartEditMode();
-        mForm.cmdApply->setEnabled(true);
+        mForm.MarkChanged();
     });
 }
 

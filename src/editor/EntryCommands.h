@@ -10,9 +10,6 @@ class DirectoryListEvents;
 class EditorForm;
 class ListView;
 
-/// How many entries a directory may hold.
-inline constexpr int highestEntryCount = 500;
-
 class EntryCommands
 {
 public:

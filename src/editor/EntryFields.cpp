@@ -1,68 +1,56 @@
 #include "editor/EntryFields.h"
 
-#include "editor/FieldFilter.h"
-#include "form/EditorForm.h"
+#include "editor/TypedField.h"
 #include "platform/runtime/ErrorReport.h"
 #include "rules/Validation.h"
 
-#include <QPushButton>
-
 namespace qor {
 
-void EntryFields::txtLastName_Change()
+namespace {
+
+QString ProcedureOf(const EntryEditor& editor, const QString& event)
 {
-    ReportErrors(u"txtLastName_Change"_s, [&] {
-        if (TakeText(*mForm.txtLastName, IsLetter, DirectoryColumn::LastName))
-            ClearMarkOfSoundRow();
-        mForm.cmdApply->setEnabled(true);
+    return editor.control->objectName() + u'_' + event;
+}
+
+} // namespace
+
+void EntryFields::Change(const EntryEditor& editor)
+{
+    ReportErrors(ProcedureOf(editor, u"Change"_s), [&] {
+        if (FilterField(*editor.Text(), editor.admits)) // a text that was filtered comes back through Change
+            TakeText(editor);
+        mForm.MarkChanged();
     });
 }
 
-void EntryFields::txtFirstName_Change()
+/// Writes a clean text into the selected row; the password decides nothing on the row's mark.
+void EntryFields::TakeText(const EntryEditor& editor)
 {
-    ReportErrors(u"txtFirstName_Change"_s, [&] {
-        if (TakeText(*mForm.txtFirstName, IsLetter, DirectoryColumn::FirstName))
-            ClearMarkOfSoundRow();
-        mForm.cmdApply->setEnabled(true);
-    });
-}
-
-void EntryFields::txtExtension_Change()
-{
-    ReportErrors(u"txtExtension_Change"_s, [&] {
-        if (TakeText(*mForm.txtExtension, IsDigit, DirectoryColumn::Extension))
-            ClearMarkOfSoundRow();
-        mForm.cmdApply->setEnabled(true);
-    });
-}
-
-void EntryFields::txtPassword_Change()
-{
-    ReportErrors(u"txtPassword_Change"_s, [&] {
-        TakeText(*mForm.txtPassword, IsDigit, DirectoryColumn::Password);
-        mForm.cmdApply->setEnabled(true);
-    });
-}
-
-/// Writes a clean text into the selected row; a text that was filtered comes back through Change.
-bool EntryFields::TakeText(TextBox& field, bool (*admits)(QChar), DirectoryColumn column)
-{
-    if (!FilterField(field, admits))
-        return false;
-    mForm.LVDirectory->Items().SetText(mForm.LVDirectory->SelectedItem(), static_cast<int>(column), field.text());
-    return true;
+    ListView& list = *mForm.LVDirectory;
+    list.Items().SetText(list.SelectedItem(), static_cast<int>(editor.column), editor.Text()->text());
+    if (editor.column != DirectoryColumn::Password)
+        ClearMarkOfSoundRow();
 }
 
 void EntryFields::ClearMarkOfSoundRow()
 {
     const int row = mForm.LVDirectory->SelectedItem();
-    if (IsSoundRow(*mForm.LVDirectory, row))
+    if (IsSound(EntryAt(*mForm.LVDirectory, row)))
         PaintRow(*mForm.LVDirectory, row, soundRowColour);
 }
 
-QString EntryFields::SelectedText(DirectoryColumn column) const
+void EntryFields::GotFocus(const EntryEditor& editor)
 {
-    return EntryText(*mForm.LVDirectory, mForm.LVDirectory->SelectedItem(), column);
+    ReportErrors(ProcedureOf(editor, u"GotFocus"_s), [&] { editor.Text()->selectAll(); });
+}
+
+void EntryFields::LostFocus(const EntryEditor& editor)
+{
+    ReportErrors(ProcedureOf(editor, u"LostFocus"_s), [&] {
+        if (editor.Text()->text().isEmpty())
+            editor.Fill(EntryText(*mForm.LVDirectory, mForm.LVDirectory->SelectedItem(), editor.column));
+    });
 }
 
 void EntryFields::cmbPromptNumber_Change()
@@ -71,7 +59,7 @@ void EntryFields::cmbPromptNumber_Change()
         ComboBox& combo = *mForm.cmbPromptNumber;
         if (combo.isHidden() || combo.ListCount() == 0)
             return;
-        const int number = WalkTypedNumber(combo);
+        const int number = NumberTypedIn(combo);
         combo.SetText(number == 0 ? combo.List(0) : QString::number(number));
         combo.MoveCaretToEnd();
         cmbPromptNumber_Click();
@@ -86,52 +74,6 @@ void EntryFields::cmbPromptNumber_Click()
         if (row >= 0 && list.IsSelected(row))
             list.Items().SetText(row, static_cast<int>(DirectoryColumn::Prompt), mForm.cmbPromptNumber->Text());
     });
-}
-
-void EntryFields::txtLastName_GotFocus()
-{
-    ReportErrors(u"txtLastName_GotFocus"_s, [&] { mForm.txtLastName->selectAll(); });
-}
-
-void EntryFields::txtFirstName_GotFocus()
-{
-    ReportErrors(u"txtFirstName_GotFocus"_s, [&] { mForm.txtFirstName->selectAll(); });
-}
-
-void EntryFields::txtExtension_GotFocus()
-{
-    ReportErrors(u"txtExtension_GotFocus"_s, [&] { mForm.txtExtension->selectAll(); });
-}
-
-void EntryFields::txtPassword_GotFocus()
-{
-    ReportErrors(u"txtPassword_GotFocus"_s, [&] { mForm.txtPassword->selectAll(); });
-}
-
-void EntryFields::txtLastName_LostFocus()
-{
-    ReportErrors(u"txtLastName_LostFocus"_s, [&] { RestoreIfEmpty(*mForm.txtLastName, DirectoryColumn::LastName); });
-}
-
-void EntryFields::txtFirstName_LostFocus()
-{
-    ReportErrors(u"txtFirstName_LostFocus"_s, [&] { RestoreIfEmpty(*mForm.txtFirstName, DirectoryColumn::FirstName); });
-}
-
-void EntryFields::txtExtension_LostFocus()
-{
-    ReportErrors(u"txtExtension_LostFocus"_s, [&] { RestoreIfEmpty(*mForm.txtExtension, DirectoryColumn::Extension); });
-}
-
-void EntryFields::txtPassword_LostFocus()
-{
-    ReportErrors(u"txtPassword_LostFocus"_s, [&] { RestoreIfEmpty(*mForm.txtPassword, DirectoryColumn::Password); });
-}
-
-void EntryFields::RestoreIfEmpty(TextBox& field, DirectoryColumn column)
-{
-    if (field.text().isEmpty())
-        field.setText(SelectedText(column));
 }
 
 } // namespace qor

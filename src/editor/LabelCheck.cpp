@@ -1,6 +1,7 @@
 #include "editor/LabelCheck.h"
 
 #include "platform/com/Dispatch.h"
+#include "rules/Validation.h"
 
 #include <array>
 
@@ -23,7 +24,7 @@ protected:
         if (const HRESULT problem = TextIn(arguments, 0, text, badArgument); problem != S_OK)
             return problem;
         if (result)
-            *result = BooleanResult(!text.contains(u'"') && !text.contains(u"''"_s));
+            *result = BooleanResult(IsAcceptableLabel(text));
         return S_OK;
     }
 };

@@ -8,8 +8,7 @@ namespace qor {
 
 inline constexpr QLatin1String labelCheckId("QOR_Validate_TEXTField.Business_Rules");
 
-/// An object with the operation "ValidateText": takes a text, answers whether it may be a label, that is
-/// whether it holds neither a double quote nor two single quotes in a row.
+/// An object with the operation "ValidateText": takes a text, answers whether it may be a label.
 IDispatch* MakeLabelCheck();
 
 } // namespace qor

@@ -1,11 +1,11 @@
 #include "editor/RecordNavigation.h"
 
+#include "editor/BusinessRules.h"
 #include "editor/Commit.h"
 #include "editor/EntryCommands.h"
 #include "form/EditorForm.h"
 #include "platform/runtime/ErrorReport.h"
 #include "platform/ui/MsgBox.h"
-#include "rules/BusinessRules.h"
 
 namespace qor {
 

@@ -2,8 +2,10 @@
 
 #include "form/ModuleState.h"
 #include "form/NavigationIcons.h"
+#include "platform/runtime/Numbers.h"
 #include "platform/ui/ListItems.h"
 #include "platform/ui/Screen.h"
+#include "rules/Validation.h"
 
 #include <algorithm>
 #include <QEvent>
@@ -30,17 +32,31 @@ void MoveToTop(QWidget* control, int top)
 
 } // namespace
 
+void EntryEditor::Fill(const QString& text) const
+{
+    if (TextBox* box = Text())
+        box->Fill(text);
+    else if (auto* combo = qobject_cast<ComboBox*>(control))
+        combo->FillText(text);
+}
+
 EditorForm::EditorForm()
 {
     setupUi(this);
+    mEntryEditors = {
+        EntryEditor{txtLastName, DirectoryColumn::LastName, IsLetter},
+        EntryEditor{txtFirstName, DirectoryColumn::FirstName, IsLetter},
+        EntryEditor{txtExtension, DirectoryColumn::Extension, IsDigit},
+        EntryEditor{cmbPromptNumber, DirectoryColumn::Prompt, IsDigit},
+        EntryEditor{txtPassword, DirectoryColumn::Password, IsDigit},
+    };
     SetUpFonts();
     SetUpIcons();
     SetUpColours();
     FixSize(height());
     StatusBar1->hide();
-    for (QWidget* editor :
-         std::initializer_list<QWidget*>{txtLastName, txtFirstName, txtExtension, cmbPromptNumber, txtPassword})
-        editor->raise();
+    for (const EntryEditor& editor : mEntryEditors)
+        editor.control->raise();
 }
 
 EditorForm::~EditorForm()
@@ -88,6 +104,16 @@ void EditorForm::FixSize(int height)
     MoveToTop(StatusBar1, height - StatusBar1->height());
 }
 
+void EditorForm::SetHighestMessageNode(int number)
+{
+    mHighestMessageNode = number;
+    cmbPromptNumber->SetNumbers(1, number);
+    if (number == 0)
+        return;
+    cmbMSGNodeNumber->SetNumbers(1, number);
+    cmbMSGNodeNumber->FillListIndex(0);
+}
+
 bool EditorForm::InEditMode() const
 {
     return cmdDirEdit->text() == editOffCaption;
@@ -100,41 +126,42 @@ void EditorForm::SetEditMode(bool on)
 
 void EditorForm::LayEntryEditors(int row)
 {
-    txtPassword->hide();
-    LayOver(*txtLastName, row, DirectoryColumn::LastName);
-    LayOver(*txtFirstName, row, DirectoryColumn::FirstName);
-    LayOver(*txtExtension, row, DirectoryColumn::Extension);
-    LayOver(*cmbPromptNumber, row, DirectoryColumn::Prompt);
+    for (const EntryEditor& editor : mEntryEditors)
+        LayOver(editor, row);
 }
 
-void EditorForm::LayOver(QWidget& editor, int row, DirectoryColumn column)
+/// A hidden column has no width, so that its field stays hidden with it.
+void EditorForm::LayOver(const EntryEditor& editor, int row)
 {
-    const int index = static_cast<int>(column);
+    const int index = static_cast<int>(editor.column);
     const QRect rowRect = LVDirectory->RowRect(row);
     const QRect cell(LVDirectory->ColumnLeft(index), rowRect.top(), LVDirectory->columnWidth(index), rowRect.height());
     const QRect shown = cell & rowRect; // a column scrolled out sideways is cut at the list's edge
-    editor.setGeometry(shown.translated(LVDirectory->pos()));
-    editor.setVisible(shown.isValid());
+    editor.control->setGeometry(shown.translated(LVDirectory->pos()));
+    editor.control->setVisible(shown.isValid());
+}
+
+void EditorForm::FillEntryEditors(int row)
+{
+    for (const EntryEditor& editor : mEntryEditors)
+        editor.Fill(EntryText(*LVDirectory, row, editor.column));
 }
 
 void EditorForm::HideEntryEditors()
 {
-    txtLastName->hide();
-    txtFirstName->hide();
-    txtExtension->hide();
-    txtPassword->hide();
-    cmbPromptNumber->hide();
+    for (const EntryEditor& editor : mEntryEditors)
+        editor.control->hide();
 }
 
 bool EditorForm::EntryEditorsShown() const
 {
-    const std::initializer_list<const QWidget*> editors{txtLastName, txtFirstName, txtExtension, cmbPromptNumber};
-    return std::any_of(editors.begin(), editors.end(), [](const QWidget* editor) { return !editor->isHidden(); });
+    return std::any_of(mEntryEditors.begin(), mEntryEditors.end(),
+                       [](const EntryEditor& editor) { return !editor.control->isHidden(); });
 }
 
 void EditorForm::MarkUnchanged()
 {
-    if (cmdApply->hasFocus())
+    if (focusWidget() == cmdApply) // also while the form is not the active window, as behind a box
         cmdOK->setFocus();
     cmdApply->setEnabled(false);
 }

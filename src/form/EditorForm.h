@@ -1,8 +1,8 @@
-// The form as it lies on screen: the controls under their names, the node's identity, the moving and hiding
-// of controls. It knows no rules and serves no events.
+// The form as it lies on screen: the controls under their names, the identity of the node that it shows, the moving and
+// hiding of controls. It serves no events.
 #pragma once
 
-#include "form/Directory.h"
+#include "form/DirectoryRows.h"
 #include "platform/ui/ComboBox.h"
 #include "platform/ui/Form.h"
 #include "platform/ui/ListBox.h"
@@ -12,7 +12,22 @@
 
 #include "ui_frmDIR.h"
 
+#include <array>
+
 namespace qor {
+
+/// A field that is laid over a row to edit one of its cells in place. Its events carry the name of its control.
+struct EntryEditor
+{
+    QWidget* control;
+    DirectoryColumn column;
+    bool (*admits)(QChar); ///< which characters may be typed
+
+    /// Null for the prompt, which is edited in a combo box.
+    TextBox* Text() const { return qobject_cast<TextBox*>(control); }
+    /// What the field shows now.
+    void Fill(const QString& text) const;
+};
 
 class EditorForm : public Form, public Ui::frmDIR
 {
@@ -27,6 +42,15 @@ public:
     void SetPartitionID(qint16 id) { mPartitionID = id; }
     qint16 NodeNumber() const { return mNodeNumber; }
     void SetNodeNumber(qint16 number) { mNodeNumber = number; }
+    Partition PartitionShown() const { return {mConfigID, mPartitionID}; }
+
+    /// The highest number of the partition's message nodes, which both number lists go up to; 0 until it is known.
+    int HighestMessageNode() const { return mHighestMessageNode; }
+    /// Fills both number lists up to this one; 0 empties the list of prompts and leaves the other one.
+    void SetHighestMessageNode(int number);
+
+    /// The five in-place fields, in the order of their columns.
+    const std::array<EntryEditor, 5>& EntryEditors() const { return mEntryEditors; }
 
     /// Whether entries are edited in place; the caption of cmdDirEdit, "Edit Off", is what tells it.
     bool InEditMode() const;
@@ -35,11 +59,15 @@ public:
     /// Shows the in-place fields over the cells of a row: at the row's top, each from its column's left edge
     /// and as wide as the column. The password's field stays hidden, as its column is.
     void LayEntryEditors(int row);
+    /// Lets the in-place fields show the texts of a row, which stays as it is.
+    void FillEntryEditors(int row);
     /// Hides the five fields that are laid over a row to edit it in place.
     void HideEntryEditors();
     /// Whether any of them shows; one whose column is scrolled out sideways does not.
     bool EntryEditorsShown() const;
 
+    /// Enables cmdApply: something is changed.
+    void MarkChanged() { cmdApply->setEnabled(true); }
     /// Disables cmdApply: nothing is changed. A focus on it goes to cmdOK, not to the record selector that comes next
     /// and would move on with an arrow key.
     void MarkUnchanged();
@@ -60,11 +88,13 @@ private:
     void SetUpIcons();
     void SetUpColours();
     void FixSize(int height);
-    void LayOver(QWidget& editor, int row, DirectoryColumn column);
+    void LayOver(const EntryEditor& editor, int row);
 
     qint16 mConfigID = 0;
     qint16 mPartitionID = 0;
     qint16 mNodeNumber = 0;
+    int mHighestMessageNode = 0;
+    std::array<EntryEditor, 5> mEntryEditors;
 };
 
 } // namespace qor

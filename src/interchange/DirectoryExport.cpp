@@ -1,30 +1,14 @@
 #include "interchange/DirectoryExport.h"
 
-#include "form/BusyForm.h"
 #include "form/EditorForm.h"
-#include "interchange/DelimitedWriter.h"
+#include "form/LongOperation.h"
 #include "interchange/SelectFilename.h"
 #include "platform/runtime/ErrorReport.h"
 #include "platform/shell/ReplaceFile.h"
 #include "platform/ui/MsgBox.h"
-
-#include <QBuffer>
+#include "rules/EntryList.h"
 
 namespace qor {
-
-std::optional<std::vector<int>> WriteDirectory(const ListView& list, QIODevice& device)
-{
-    std::vector<int> skipped;
-    for (int row = 0; row < list.Items().RowCount(); ++row) {
-        if (!IsSoundRow(list, row))
-            skipped.push_back(row);
-        else if (!WriteDelimited(device, {EntryText(list, row, DirectoryColumn::LastName),
-                                          EntryText(list, row, DirectoryColumn::FirstName),
-                                          EntryText(list, row, DirectoryColumn::Extension)}))
-            return std::nullopt;
-    }
-    return skipped;
-}
 
 void DirectoryExport::cmdDirSaveList_Click()
 {
@@ -50,16 +34,14 @@ void DirectoryExport::Save(const QString& fileName)
 
 std::vector<int> DirectoryExport::WriteFile(const QString& fileName)
 {
-    const BusyForm busy(mForm);
+    const LongOperation running(mForm);
     mForm.StatusBar1->SetPanelText(u"Saving entries... Please wait."_s);
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    std::vector<int> skipped = WriteDirectory(*mForm.LVDirectory, buffer).value();
-    ReplaceFile(fileName, buffer.data());
-    for (const int row : skipped)
+    const ListText list = WriteEntryList(EntriesOf(*mForm.LVDirectory));
+    ReplaceFile(fileName, list.text);
+    for (const int row : list.skippedRows)
         PaintRow(*mForm.LVDirectory, row, invalidRowColour);
     mForm.StatusBar1->SetPanelText(QString());
-    return skipped;
+    return list.skippedRows;
 }
 
 } // namespace qor

@@ -1,20 +1,13 @@
 // The directory list into a CSV file.
 #pragma once
 
-#include <optional>
 #include <vector>
 
-class QIODevice;
 class QString;
 
 namespace qor {
 
 class EditorForm;
-class ListView;
-
-/// Writes the rows that have both names and a numeric extension, in their order, and returns the others; nothing when
-/// the device fails.
-std::optional<std::vector<int>> WriteDirectory(const ListView& list, QIODevice& device);
 
 class DirectoryExport
 {

@@ -1,17 +1,16 @@
 #include "interchange/DirectoryImport.h"
 
+#include "editor/BusinessRules.h"
 #include "editor/EntryCommands.h"
-#include "form/BusyForm.h"
 #include "form/EditorForm.h"
-#include "interchange/DelimitedReader.h"
+#include "form/LongOperation.h"
 #include "interchange/SelectFilename.h"
 #include "platform/runtime/DateText.h"
 #include "platform/runtime/ErrorReport.h"
 #include "platform/shell/ReplaceFile.h"
 #include "platform/ui/MsgBox.h"
 #include "platform/ui/Screen.h"
-#include "rules/BusinessRules.h"
-#include "rules/Validation.h"
+#include "rules/EntryList.h"
 #include "store/KELDARPlusFilesAndFolders.h"
 
 #include <QDate>
@@ -22,113 +21,50 @@ namespace qor {
 
 namespace {
 
-constexpr int toleratedErrors = 20; // one more ends the import
-
 const QString lineBreak = u"\r\n"_s;
 
-struct CsvEntry
+/// Appends the entries of a list as new rows.
+ListReport AppendEntries(EditorForm& form, BusinessRules& rules, QIODevice& device)
 {
-    QString lastName;
-    QString firstName;
-    QString extension;
-};
-
-CsvEntry ReadEntry(DelimitedReader& reader)
-{
-    CsvEntry entry;
-    entry.lastName = reader.ReadField();
-    entry.firstName = reader.ReadField();
-    entry.extension = reader.ReadField();
-    return entry;
+    ListItems& items = form.LVDirectory->Items();
+    NewRowPrompts prompts(form, rules);
+    const auto append = [&](DirectoryEntry entry) {
+        entry.prompt = prompts.Next();
+        entry.password = u"1"_s;
+        items.Insert(items.RowCount(), EntryRow(items.RowCount() + 1, entry));
+    };
+    return ReadEntryList(device, static_cast<std::size_t>(items.RowCount()), append);
 }
 
-void AddRejected(ImportReport& report, const CsvEntry& entry, const QString& message)
-{
-    report.HadErrors = true;
-    report.ErrorList += u'(' + entry.lastName + u',' + entry.firstName + u',' + entry.extension + u") :"_s + lineBreak +
-                        message + lineBreak;
-}
-
-/// The prompts of an import's rows. The numbers in use are read once, for the first row; when that fails, which is
-/// reported once, every row gets 1.
-class NewPrompts
-{
-public:
-    NewPrompts(EditorForm& form, BusinessRules& rules) : mForm(form), mRules(rules) {}
-
-    QString Next()
-    {
-        if (!mHaveAsked)
-            mUsed = mRules.UsedMessageNodeNumbers(mForm);
-        mHaveAsked = true;
-        return mUsed ? mRules.PromptForNewRow(mForm, &*mUsed) : u"1"_s;
-    }
-
-private:
-    EditorForm& mForm;
-    BusinessRules& mRules;
-    bool mHaveAsked = false;
-    std::optional<MessageNodeNumbers> mUsed;
-};
-
-void AddRow(ListItems& items, const CsvEntry& entry, const QString& prompt)
-{
-    items.Insert(items.RowCount(),
-                 EntryRow(items.RowCount() + 1, {entry.lastName, entry.firstName, entry.extension, prompt, u"1"_s}));
-}
-
-void ReadEntries(EditorForm& form, BusinessRules& rules, QIODevice& device, ImportReport& report)
-{
-    NewPrompts prompts(form, rules);
-    DelimitedReader reader(device);
-    int errorCount = 0;
-    while (!reader.AtEnd()) {
-        // Equality, as for the commands: a list that was loaded longer is not stopped here.
-        if (form.LVDirectory->Items().RowCount() == highestEntryCount) {
-            report.LimitReached = true;
-            return;
-        }
-        const CsvEntry entry = ReadEntry(reader);
-        const QString message = ValidateData(entry.lastName, entry.firstName, entry.extension);
-        if (message.isEmpty()) {
-            AddRow(form.LVDirectory->Items(), entry, prompts.Next());
-            continue;
-        }
-        AddRejected(report, entry, message);
-        if (++errorCount > toleratedErrors) {
-            report.ErrorList += u"Too many errors in this CSV file."_s + lineBreak + lineBreak;
-            return;
-        }
-    }
-}
-
-/// The report replaces the one before it.
+/// The report replaces the one before it in one step. Failing to write it is not told.
 void WriteReportFile(const QString& errorList)
 {
-    QDir().mkpath(GetMiscFolder());
     const QString record = ShortDateText(QDate::currentDate()) + lineBreak + u"============================"_s +
                            lineBreak + errorList + lineBreak + lineBreak;
     try {
+        QDir().mkpath(GetMiscFolder());
         ReplaceFile(GetMiscFolder() + u"DIRNodeError.txt"_s, record.toUtf8());
     } catch (const RuntimeError&) {
-        // Not told: the message box has shown the same text.
+        // The report is on screen.
+    }
+}
+
+void TellReport(const ListReport& report)
+{
+    if (report.limitReached) {
+        MsgBox(u"Limited to %1 names in Directory list "_s.arg(highestEntryCount), MsgBoxStyle::Information,
+               u"Information"_s);
+    }
+    if (report.broken) {
+        const QString gathered = report.hadErrors ? lineBreak + lineBreak + report.errorList : QString();
+        MsgBox(u"Invalid csv file format."_s + gathered, MsgBoxStyle::Exclamation, u"Error"_s);
+    } else if (report.hadErrors) {
+        MsgBox(report.errorList, MsgBoxStyle::Exclamation, u"Error"_s);
+        WriteReportFile(report.errorList);
     }
 }
 
 } // namespace
-
-ImportReport ReadDirectory(EditorForm& form, BusinessRules& rules, QIODevice& device)
-{
-    ImportReport report;
-    report.ErrorList = u"CSV File format: (LastName,FirstName,Extension)"_s + lineBreak + lineBreak +
-                       u"ERROR IN FOLLOWING ENTRIES:"_s + lineBreak;
-    try {
-        ReadEntries(form, rules, device, report);
-    } catch (...) {
-        report.Broken = true;
-    }
-    return report;
-}
 
 DirectoryImport::DirectoryImport(EditorForm& form, BusinessRules& rules, EntryCommands& entryCommands)
     : mForm(form), mRules(rules), mEntryCommands(entryCommands)
@@ -146,7 +82,7 @@ void DirectoryImport::cmdOpenCSVFilename_Click()
                 return;
             TellReport(ReadFile(fileName));
         }
-        mForm.cmdApply->setEnabled(true);
+        mForm.MarkChanged();
     });
 }
 
@@ -163,35 +99,20 @@ bool DirectoryImport::PrepareList()
     return answer != MsgBoxAnswer::Cancel;
 }
 
-ImportReport DirectoryImport::ReadFile(const QString& fileName)
+ListReport DirectoryImport::ReadFile(const QString& fileName)
 {
     const HourglassPointer hourglass;
-    const BusyForm busy(mForm);
+    const LongOperation running(mForm);
     mForm.StatusBar1->SetPanelText(u"Loading ... Please wait."_s);
     QFile file(fileName);
-    ImportReport report;
+    ListReport report;
     // Anything but a file, a pipe for one, may never end.
     if (QFileInfo(fileName).isFile() && file.open(QIODevice::ReadOnly))
-        report = ReadDirectory(mForm, mRules, file);
+        report = AppendEntries(mForm, mRules, file);
     else
-        report.Broken = true;
+        report.broken = true;
     mForm.StatusBar1->SetPanelText(QString());
     return report;
-}
-
-void DirectoryImport::TellReport(const ImportReport& report)
-{
-    if (report.LimitReached) {
-        MsgBox(u"Limited to %1 names in Directory list "_s.arg(highestEntryCount), MsgBoxStyle::Information,
-               u"Information"_s);
-    }
-    if (report.Broken) {
-        const QString gathered = report.HadErrors ? lineBreak + lineBreak + report.ErrorList : QString();
-        MsgBox(u"Invalid csv file format."_s + gathered, MsgBoxStyle::Exclamation, u"Error"_s);
-    } else if (report.HadErrors) {
-        MsgBox(report.ErrorList, MsgBoxStyle::Exclamation, u"Error"_s);
-        WriteReportFile(report.ErrorList);
-    }
 }
 
 } // namespace qor

@@ -3,27 +3,12 @@
 
 #include "platform/runtime/Text.h"
 
-class QIODevice;
-
 namespace qor {
 
 class BusinessRules;
 class EditorForm;
 class EntryCommands;
-
-/// What came of reading a file.
-struct ImportReport
-{
-    QString ErrorList;         ///< the rejected entries and what is wrong with them
-    bool HadErrors = false;    ///< at least one entry was rejected
-    bool LimitReached = false; ///< the list was full before the file ended
-    bool Broken = false;       ///< the file could not be read to its end
-};
-
-/// Appends the sound entries of a device to the form's list, each with the next free prompt number. It stops
-/// when the list is full and after the 21st rejected entry. Rows that were taken stay, whatever happens after
-/// them.
-ImportReport ReadDirectory(EditorForm& form, BusinessRules& rules, QIODevice& device);
+struct ListReport;
 
 class DirectoryImport
 {
@@ -34,8 +19,7 @@ public:
 
 private:
     bool PrepareList();
-    ImportReport ReadFile(const QString& fileName);
-    static void TellReport(const ImportReport& report);
+    ListReport ReadFile(const QString& fileName);
 
     EditorForm& mForm;
     BusinessRules& mRules;

@@ -1,96 +1,94 @@
-#include "form/EditorForm.h"
-#include "platform/runtime/ErrorReport.h"
+#include "rules/MessageNodes.h"
+
+#include "platform/runtime/DateText.h"
 #include "platform/runtime/Numbers.h"
-#include "rules/BusinessRules.h"
+#include "rules/CommandValues.h"
+#include "store/DataBase.h"
 
 #include <algorithm>
 #include <array>
+#include <cmath>
+#include <QDateTime>
 
 namespace qor {
 
 namespace {
 
-const QString nextNumberProcedure = u"GetNextAvailableMSGNODENUMBER"_s;
+constexpr QLatin1String templateNode("0"); // new message nodes are copies of it
 
-/// The first of the numbers first..last that no message node has, or 0. The numbers in use come sorted, so
-/// one walk over them finds it.
-int FirstFreeNumber(const MessageNodeNumbers& used, int first, int last)
+/// At least this many digits, the sign before them.
+QString PaddedNumber(long long number, int digits)
 {
-    int candidate = first;
-    for (auto number = std::lower_bound(used.begin(), used.end(), first); number != used.end(); ++number) {
-        if (*number > candidate)
-            break;
-        candidate = *number + 1;
-    }
-    return candidate <= last ? candidate : 0;
+    const QString text = QString::number(std::abs(number)).rightJustified(digits, u'0');
+    return number < 0 ? u'-' + text : text;
+}
+
+void MakeMessageNode(DataBase& dataBase, const Partition& partition, const DirectoryEntry& entry)
+{
+    const QString description = MessageNodeDescription(entry);
+    const QStringList source = ValuesOf(partition) << templateNode;
+    dataBase.Execute(CommandId::Duplicate_MSG_Node,
+                     QStringList{entry.prompt, WaveFileName(partition.number, entry.prompt), description} + source);
+    dataBase.Execute(CommandId::Duplicate_Node_In_General_Pool,
+                     QStringList{entry.prompt, description, GeneralDateText(QDateTime::currentDateTime())} + source +
+                         QStringList{NODE_TYPE_MSG});
+}
+
+bool StopsCheck(ConfirmationAnswer answer)
+{
+    return answer == ConfirmationAnswer::Stop || answer == ConfirmationAnswer::Closed;
+}
+
+bool MakesNode(ConfirmationAnswer answer)
+{
+    return answer == ConfirmationAnswer::Yes || answer == ConfirmationAnswer::YesToAll;
 }
 
 } // namespace
 
-qint16 BusinessRules::GetNextAvailableMSGNODENUMBER(EditorForm& form, bool reset, const MessageNodeNumbers* used)
+bool IsNodeExisted(DataBase& dataBase, const Partition& partition, const QString& nodeTypeId, const QString& nodeNumber)
 {
-    return ReportErrors(nextNumberProcedure, [&]() -> qint16 {
-        if (reset) {
-            mLastMSGNodeNumber = 0;
-            return 0;
-        }
-        if (mLastMSGNodeNumber == 0) {
-            const auto shown = Int16FromField(form.cmbMSGNodeNumber->Text(), u"The starting prompt"_s);
-            mLastMSGNodeNumber = shown.value_or(0) - 1;
-        }
-        const int count = form.cmbPromptNumber->ListCount();
-        if (count == 0)
-            return 0;
-        const int highest = form.cmbPromptNumber->List(count - 1).toInt();
-        mLastMSGNodeNumber = mLastMSGNodeNumber == highest ? 1 : mLastMSGNodeNumber + 1;
-        const auto read = used ? std::nullopt : UsedMessageNodeNumbers(form);
-        const MessageNodeNumbers* numbers = read ? &*read : used;
-        if (!numbers)
-            return 0;
-        const int free = FirstFreeNumber(*numbers, mLastMSGNodeNumber, highest);
-        if (free > 0)
-            mLastMSGNodeNumber = free;
-        return static_cast<qint16>(free);
-    });
+    constexpr std::array messageNodeKinds{817.0, 818.0};
+    const double type = NumberFromText(nodeTypeId).value_or(0);
+    const bool isMessageNode =
+        std::find(messageNodeKinds.begin(), messageNodeKinds.end(), type) != messageNodeKinds.end();
+    const Recordset node = dataBase.Open(
+        CommandId::Get_Description, ValuesOf(partition) << (isMessageNode ? NODE_TYPE_MSG : nodeTypeId) << nodeNumber);
+    return !node.EndOfFile();
 }
 
-QString BusinessRules::PromptForNewRow(EditorForm& form, const MessageNodeNumbers* used)
+void MakeMissingMessageNodes(DataBase& dataBase, const Partition& partition, const std::vector<DirectoryEntry>& entries,
+                             const MissingNodeCallbacks& callbacks)
 {
-    if (form.LVDirectory->Items().RowCount() == 0)
-        GetNextAvailableMSGNODENUMBER(form, true);
-    const qint16 number = GetNextAvailableMSGNODENUMBER(form, false, used);
-    return QString::number(number == 0 ? 1 : number);
-}
-
-std::optional<MessageNodeNumbers> BusinessRules::UsedMessageNodeNumbers(EditorForm& form)
-{
-    return ReportErrors(nextNumberProcedure, [&] {
-        Recordset rows = mDataBase.Open(CommandId::Get_All_Existing_MSG_NodeNumber,
-                                        {QString::number(form.ConfigID()), QString::number(form.PartitionID())});
-        MessageNodeNumbers numbers;
-        numbers.reserve(static_cast<std::size_t>(rows.RecordCount()));
-        for (; !rows.EndOfFile(); rows.MoveNext()) {
-            bool isNumber = false; // the engine keeps any text, and sorts it behind the numbers
-            const int number = rows.Field(0).toString().toInt(&isNumber);
-            if (isNumber)
-                numbers.push_back(number);
+    auto answer = ConfirmationAnswer::No;
+    for (const DirectoryEntry& entry : entries) {
+        if (callbacks.checked.contains(entry.prompt))
+            continue;
+        if (!IsNodeExisted(dataBase, partition, NODE_TYPE_MSG, entry.prompt)) {
+            if (answer != ConfirmationAnswer::YesToAll)
+                answer = callbacks.ask(entry.prompt);
+            if (StopsCheck(answer))
+                return;
+            if (MakesNode(answer)) {
+                MakeMessageNode(dataBase, partition, entry);
+                callbacks.made(entry.prompt);
+            }
         }
-        return std::optional(std::move(numbers));
-    });
+        callbacks.checked.add(entry.prompt);
+    }
 }
 
-bool BusinessRules::IsNodeExisted(EditorForm& form, const QString& nodeTypeId, const QString& nodeNumber)
+QString WaveFileName(qint16 partition, const QString& prompt)
 {
-    return ReportErrors(u"IsNodeExisted"_s, [&] {
-        constexpr std::array messageNodeKinds{817.0, 818.0};
-        const double type = NumberFromText(nodeTypeId).value_or(0);
-        const bool isMessageNode =
-            std::find(messageNodeKinds.begin(), messageNodeKinds.end(), type) != messageNodeKinds.end();
-        const Recordset node = mDataBase.Open(CommandId::Get_Description,
-                                              {QString::number(form.ConfigID()), QString::number(form.PartitionID()),
-                                               isMessageNode ? NODE_TYPE_MSG : nodeTypeId, nodeNumber});
-        return !node.EndOfFile();
-    });
+    const auto number = NumberFromText(prompt);
+    const QString node = number ? PaddedNumber(std::llround(*number), 3) : prompt;
+    return u'P' + PaddedNumber(partition, 2) + u'M' + node + u".wav"_s;
+}
+
+QString MessageNodeDescription(const DirectoryEntry& entry)
+{
+    constexpr qsizetype highestLength = 31;
+    return CutAtCharacter(entry.firstName + u' ' + entry.lastName, highestLength);
 }
 
 } // namespace qor

@@ -1,158 +1,66 @@
-#include "form/Directory.h"
-#include "form/EditorForm.h"
-#include "form/ModuleState.h"
-#include "platform/runtime/ErrorReport.h"
-#include "platform/runtime/Numbers.h"
-#include "platform/ui/MsgBox.h"
-#include "platform/ui/Screen.h"
-#include "rules/BusinessRules.h"
+#include "rules/NodeLoading.h"
 
-#include <QPushButton>
+#include "platform/runtime/Numbers.h"
+#include "rules/CommandValues.h"
+#include "rules/EntryColumns.h"
+#include "rules/TypedText.h"
+#include "store/DataBase.h"
 
 namespace qor {
 
 namespace {
 
-QString DecimalText(qint16 number)
+NodeHeader ReadHeader(const Recordset& node, int highestMessageNode)
 {
-    return QString::number(number);
-}
-
-/// The whole number in a field of any kind; nothing for Null, other texts and fractions.
-std::optional<int> WholeNumber(const QVariant& value)
-{
-    bool ok = false;
-    const int number = value.toString().trimmed().toInt(&ok);
-    return ok ? std::optional(number) : std::nullopt;
-}
-
-QString TextOr(const QVariant& value, const QString& missing)
-{
-    const QString text = value.toString();
-    return text.isEmpty() ? missing : text;
-}
-
-/// Prompts outside 1 to 999 become 1, whatever the partition's maximum.
-QString PromptText(const QVariant& value)
-{
-    constexpr int highestPrompt = 999;
-    const int prompt = WholeNumber(value).value_or(0);
-    return prompt >= 1 && prompt <= highestPrompt ? QString::number(prompt) : u"1"_s;
-}
-
-/// Reads the entries of a node; what is missing is replaced, so that every row can be shown.
-std::vector<ListRow> ReadEntries(Recordset& entries)
-{
-    const int lastName = entries.FieldIndex(u"LastName"_s);
-    const int firstName = entries.FieldIndex(u"FirstName"_s);
-    const int extension = entries.FieldIndex(u"Extension"_s);
-    const int namePrompt = entries.FieldIndex(u"NamePrompt"_s);
-    const int password = entries.FieldIndex(u"Password"_s);
-    const QString unknown = u"UNKNOWN"_s;
-    const QString one = u"1"_s;
-
-    std::vector<ListRow> rows;
-    rows.reserve(static_cast<std::size_t>(entries.RecordCount()));
-    for (; !entries.EndOfFile(); entries.MoveNext()) {
-        const auto number = static_cast<int>(rows.size()) + 1;
-        rows.push_back(
-            EntryRow(number, {TextOr(entries.Field(lastName), unknown), TextOr(entries.Field(firstName), unknown),
-                              TextOr(entries.Field(extension), one), PromptText(entries.Field(namePrompt)),
-                              TextOr(entries.Field(password), one)}));
-    }
-    return rows;
-}
-
-void ShowHeader(EditorForm& form, const Recordset& node)
-{
-    form.txtDescription->setText(node.Field(u"NodeDescription"_s).toString());
-    form.txtAccessCode->setText(node.Field(u"AccessCode"_s).toString());
-    form.cmbUsePasswords->SetListIndex(WholeNumber(node.Field(u"UsePasswords"_s)) == 1 ? 0 : 1);
     const int prompt = WholeNumber(node.Field(u"StartingPromptNumber"_s)).value_or(0);
-    const int highest = form.cmbMSGNodeNumber->ListCount();
-    if (highest > 0)
-        form.cmbMSGNodeNumber->SetListIndex(prompt >= 1 && prompt <= highest ? prompt - 1 : 0);
+    return {.description = node.Field(u"NodeDescription"_s).toString(),
+            .accessCode = Admitted(node.Field(u"AccessCode"_s).toString(), IsDigit),
+            .usePasswords = WholeNumber(node.Field(u"UsePasswords"_s)) == 1,
+            .startingPrompt = QString::number(prompt >= 1 && prompt <= highestMessageNode ? prompt : 1)};
 }
 
-void ShowPosition(EditorForm& form)
+std::vector<DirectoryEntry> ReadEntries(Recordset& rows)
 {
-    form.lblRecordPosition->setText(u"%1 of %2"_s.arg(form.cmbNode->ListIndex() + 1).arg(form.cmbNode->ListCount()));
-    form.EnableNavigationButtons();
+    const EntryReader reader(rows);
+    std::vector<DirectoryEntry> entries;
+    entries.reserve(static_cast<std::size_t>(rows.RecordCount()));
+    for (; !rows.EndOfFile(); rows.MoveNext())
+        entries.push_back(reader.Read(rows));
+    return entries;
 }
 
 } // namespace
 
-void BusinessRules::LoadExistingNodesInRecordSelector(EditorForm& form, qint16 nodeNumber)
+DirectoryNodeNumbers FindDirectoryNodes(DataBase& dataBase, const Partition& partition)
 {
-    ReportErrors(u"LoadExistingNodesInRecordSelector"_s, [&] {
-        Recordset nodes =
-            mDataBase.Open(CommandId::Get_All_DIR_Nodes,
-                           {DecimalText(form.ConfigID()), DecimalText(form.PartitionID()), NODE_TYPE_DIR});
-        int selected = 0;
-        for (; !nodes.EndOfFile(); nodes.MoveNext()) {
-            const qint16 number =
-                Int16FromField(nodes.Field(u"NodeNumber"_s), u"NodeNumber of a directory node"_s).value_or(0);
-            if (!IsNewNode && number <= 0)
-                continue;
-            form.cmbNode->AddItem(u"DIR "_s + DecimalText(number), number);
-            if (number == nodeNumber)
-                selected = form.cmbNode->ListCount() - 1;
-        }
-        nodes.Close();
-        if (form.cmbNode->ListCount() > 0)
-            form.cmbNode->SetListIndex(selected);
-        if (IsNewNode) {
-            form.HideNavigation();
-            form.CompactLayoutWithoutNavigation();
-        }
-    });
+    Recordset nodes = dataBase.Open(CommandId::Get_All_DIR_Nodes, ValuesOf(partition) << NODE_TYPE_DIR);
+    const int column = nodes.FieldIndex(u"NodeNumber"_s);
+    DirectoryNodeNumbers found;
+    for (; !nodes.EndOfFile(); nodes.MoveNext()) {
+        if (const auto number = WholeNumber16(nodes.Field(column)))
+            found.numbers.push_back(*number);
+        else
+            found.unusable << nodes.Field(column).toString();
+    }
+    return found;
 }
 
-bool BusinessRules::LoadPromptMSGNodeNumber(EditorForm& form)
+std::optional<qint16> HighestMessageNode(DataBase& dataBase, const Partition& partition)
 {
-    return ReportErrors(u"LoadPromptMSGNodeNumber"_s, [&] {
-        form.cmbPromptNumber->Clear();
-        Recordset maxima =
-            mDataBase.Open(CommandId::Get_Specific_Node_Type_Max,
-                           {DecimalText(form.ConfigID()), DecimalText(form.PartitionID()), NODE_TYPE_MSG});
-        const qint16 highest =
-            maxima.EndOfFile()
-                ? qint16{0}
-                : Int16FromField(maxima.Field(u"Max_number"_s), u"Max_number of the message nodes"_s).value_or(0);
-        maxima.Close();
-        if (highest <= 0) {
-            Module().PendingMessage =
-                u"Please check the \"Max Number of each Node\" Section for MSG Node in Partition Settings."_s;
-            return false;
-        }
-        form.cmbPromptNumber->SetNumbers(1, highest);
-        form.cmbMSGNodeNumber->SetNumbers(1, highest);
-        form.cmbMSGNodeNumber->SetListIndex(0);
-        return true;
-    });
+    const Recordset maxima = dataBase.Open(CommandId::Get_Specific_Node_Type_Max, ValuesOf(partition) << NODE_TYPE_MSG);
+    if (maxima.EndOfFile())
+        return std::nullopt;
+    const auto highest = Int16FromField(maxima.Field(u"Max_number"_s), u"Max_number of the message nodes"_s);
+    return highest && *highest > 0 ? highest : std::nullopt;
 }
 
-bool BusinessRules::LoadData(EditorForm& form, qint16 nodeNumber)
+std::optional<DirectoryNode> LoadNode(DataBase& dataBase, const NodeIdentity& identity, int highestMessageNode)
 {
-    return ReportErrors(u"LoadData"_s, [&] {
-        std::optional<HourglassPointer> hourglass(std::in_place);
-        const QString config = DecimalText(form.ConfigID());
-        const QString partition = DecimalText(form.PartitionID());
-        const QString number = DecimalText(nodeNumber);
-        const Recordset node = mDataBase.Open(CommandId::Get_DIR_Node, {config, partition, number, NODE_TYPE_DIR});
-        if (node.EndOfFile()) {
-            hourglass.reset();
-            MsgBox(u"DIR %1 doesn't exist."_s.arg(number), MsgBoxStyle::Information, u"Information"_s);
-            return false;
-        }
-        ShowHeader(form, node);
-        ListItems& items = form.LVDirectory->Items();
-        items.Clear();
-        Recordset entries = mDataBase.Open(CommandId::Get_DIR_DetailsNode, {config, partition, number});
-        items.Append(ReadEntries(entries));
-        ShowPosition(form);
-        return true;
-    });
+    const Recordset node = dataBase.Open(CommandId::Get_DIR_Node, ValuesOf(identity) << NODE_TYPE_DIR);
+    if (node.EndOfFile())
+        return std::nullopt;
+    Recordset entries = dataBase.Open(CommandId::Get_DIR_DetailsNode, ValuesOf(identity));
+    return DirectoryNode{identity, ReadHeader(node, highestMessageNode), ReadEntries(entries)};
 }
 
 } // namespace qor

@@ -1,8 +1,7 @@
 #include "rules/Validation.h"
 
-#include "form/EditorForm.h"
 #include "platform/runtime/ErrorReport.h"
-#include "platform/ui/MsgBox.h"
+#include "platform/runtime/Numbers.h"
 
 #include <algorithm>
 
@@ -50,17 +49,42 @@ QString ValidateData(const QString& lastName, const QString& firstName, const QS
     return message;
 }
 
-QString CheckAccessCode(EditorForm& form)
+bool IsSound(const DirectoryEntry& entry)
 {
-    return ReportErrors(u"CheckAccessCode"_s, [&]() -> QString {
-        const qsizetype length = form.txtAccessCode->text().size();
-        if (length == 0 || length >= lowestAccessCodeLength)
-            return u"OK"_s;
-        MsgBox(u"Too Few Characters."_s, MsgBoxStyle::Information, u"Information"_s);
-        form.txtAccessCode->selectAll();
-        form.txtAccessCode->setFocus();
-        return {};
-    });
+    return !entry.lastName.isEmpty() && !entry.firstName.isEmpty() && IsNumeric(entry.extension);
+}
+
+bool IsAcceptableLabel(const QString& label)
+{
+    return !label.contains(u'"') && !label.contains(u"''"_s);
+}
+
+bool IsAcceptableAccessCode(const QString& code)
+{
+    return code.isEmpty() || code.size() >= lowestAccessCodeLength;
+}
+
+std::vector<std::size_t> RepeatedPrompts(std::span<const DirectoryEntry> entries,
+                                         const std::function<bool(const QString& prompt)>& meet)
+{
+    std::vector<std::size_t> rows;
+    for (std::size_t row = 0; row < entries.size(); ++row) {
+        if (meet(entries[row].prompt))
+            rows.push_back(row);
+    }
+    return rows;
+}
+
+std::optional<EntriesFault> FindFault(const std::vector<DirectoryEntry>& entries,
+                                      const std::function<bool(const QString& prompt)>& meet)
+{
+    const auto unsound = std::ranges::find_if_not(entries, IsSound);
+    const std::vector<std::size_t> repeated = RepeatedPrompts({entries.begin(), unsound}, meet);
+    if (unsound != entries.end())
+        return EntriesFault{.isInvalid = true, .row = static_cast<std::size_t>(unsound - entries.begin())};
+    if (!repeated.empty())
+        return EntriesFault{.isInvalid = false, .row = repeated.back()};
+    return std::nullopt;
 }
 
 } // namespace qor

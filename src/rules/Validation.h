@@ -1,11 +1,13 @@
-// Which data may enter the directory node.
+// Which data may enter the directory node, and which may be saved.
 #pragma once
 
-#include "platform/runtime/Numbers.h"
+#include "rules/DirectoryNode.h"
+
+#include <functional>
+#include <optional>
+#include <span>
 
 namespace qor {
-
-class EditorForm;
 
 /// "A" to "Z" and "a" to "z", nothing else.
 constexpr bool IsLetter(QChar c)
@@ -17,8 +19,28 @@ constexpr bool IsLetter(QChar c)
 /// An extension of more than 16 characters is invalid whatever it is made of.
 QString ValidateData(const QString& lastName, const QString& firstName, const QString& extension);
 
-/// "OK", or "" after telling the user that a code of one to three characters is too short; then the code is
-/// selected and has the focus.
-QString CheckAccessCode(EditorForm& form);
+/// Whether an entry may be saved: both names and an extension that passes the numeric test.
+bool IsSound(const DirectoryEntry& entry);
+
+/// Whether a text may be the node's label: neither a double quote nor two single quotes in a row.
+bool IsAcceptableLabel(const QString& label);
+
+/// Whether an access code is empty or long enough.
+bool IsAcceptableAccessCode(const QString& code);
+
+/// The entries whose prompt came before. meet: whether the prompt was met before; it remembers the prompt.
+std::vector<std::size_t> RepeatedPrompts(std::span<const DirectoryEntry> entries,
+                                         const std::function<bool(const QString& prompt)>& meet);
+
+/// Why entries may not be saved without a question.
+struct EntriesFault
+{
+    bool isInvalid;  ///< an entry is not sound; else a prompt is used twice
+    std::size_t row; ///< the first entry that is not sound, else the last one whose prompt came before
+};
+
+/// meet: as for RepeatedPrompts.
+std::optional<EntriesFault> FindFault(const std::vector<DirectoryEntry>& entries,
+                                      const std::function<bool(const QString& prompt)>& meet);
 
 } // namespace qor

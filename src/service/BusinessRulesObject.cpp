@@ -1,12 +1,12 @@
 #include "service/BusinessRulesObject.h"
 
 #include "editor/LabelCheck.h"
-#include "form/Directory.h"
+#include "form/ConfirmationDialog.h"
+#include "form/DirectoryRows.h"
 #include "form/ModuleState.h"
 #include "platform/runtime/ErrorReport.h"
 #include "platform/ui/Application.h"
 #include "platform/ui/MsgBox.h"
-#include "rules/ConfirmationDialog.h"
 #include "service/frmDIR.h"
 
 #include <array>

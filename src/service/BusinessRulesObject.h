@@ -1,9 +1,9 @@
 // The class BusinessRules as hosts see it.
 #pragma once
 
+#include "editor/BusinessRules.h"
 #include "platform/com/Dispatch.h"
 #include "QOR_DIR_Node.h"
-#include "rules/BusinessRules.h"
 
 namespace qor {
 

@@ -21,7 +21,7 @@ frmDIR::Handlers::Handlers(EditorForm& form)
     : listEvents(form),
       entryCommands(form, rules, listEvents),
       entryFields(form),
-      nodeHeader(form),
+      headerFields(form),
       commit(form, rules, entryCommands),
       navigation(form, rules, entryCommands, commit),
       directoryImport(form, rules, entryCommands),
@@ -40,7 +40,7 @@ void frmDIR::ConnectEvents()
     ConnectList();
     ConnectEntryCommands();
     ConnectEntryFields();
-    ConnectNodeHeader();
+    ConnectHeaderFields();
     ConnectCommit();
     ConnectNavigation();
     ConnectInterchange();
@@ -71,30 +71,25 @@ void frmDIR::ConnectEntryCommands()
 void frmDIR::ConnectEntryFields()
 {
     auto* fields = &mHandlers->entryFields;
-    OnEvent(txtLastName, &TextBox::Change, fields, &EntryFields::txtLastName_Change);
-    OnEvent(txtLastName, &TextBox::GotFocus, fields, &EntryFields::txtLastName_GotFocus);
-    OnEvent(txtLastName, &TextBox::LostFocus, fields, &EntryFields::txtLastName_LostFocus);
-    OnEvent(txtFirstName, &TextBox::Change, fields, &EntryFields::txtFirstName_Change);
-    OnEvent(txtFirstName, &TextBox::GotFocus, fields, &EntryFields::txtFirstName_GotFocus);
-    OnEvent(txtFirstName, &TextBox::LostFocus, fields, &EntryFields::txtFirstName_LostFocus);
-    OnEvent(txtExtension, &TextBox::Change, fields, &EntryFields::txtExtension_Change);
-    OnEvent(txtExtension, &TextBox::GotFocus, fields, &EntryFields::txtExtension_GotFocus);
-    OnEvent(txtExtension, &TextBox::LostFocus, fields, &EntryFields::txtExtension_LostFocus);
-    OnEvent(txtPassword, &TextBox::Change, fields, &EntryFields::txtPassword_Change);
-    OnEvent(txtPassword, &TextBox::GotFocus, fields, &EntryFields::txtPassword_GotFocus);
-    OnEvent(txtPassword, &TextBox::LostFocus, fields, &EntryFields::txtPassword_LostFocus);
+    for (const EntryEditor& editor : EntryEditors()) {
+        if (const TextBox* box = editor.Text()) {
+            OnEvent(box, &TextBox::Change, fields, &EntryFields::Change, editor);
+            OnEvent(box, &TextBox::GotFocus, fields, &EntryFields::GotFocus, editor);
+            OnEvent(box, &TextBox::LostFocus, fields, &EntryFields::LostFocus, editor);
+        }
+    }
     OnEvent(cmbPromptNumber, &ComboBox::Change, fields, &EntryFields::cmbPromptNumber_Change);
     OnEvent(cmbPromptNumber, &ComboBox::Click, fields, &EntryFields::cmbPromptNumber_Click);
 }
 
-void frmDIR::ConnectNodeHeader()
+void frmDIR::ConnectHeaderFields()
 {
-    auto* header = &mHandlers->nodeHeader;
-    OnEvent(txtDescription, &TextBox::Change, header, &NodeHeader::txtDescription_Change);
-    OnEvent(cmbUsePasswords, &ComboBox::Click, header, &NodeHeader::cmbUsePasswords_Click);
-    OnEvent(txtAccessCode, &TextBox::Change, header, &NodeHeader::txtAccessCode_Change);
-    OnEvent(cmbMSGNodeNumber, &ComboBox::Change, header, &NodeHeader::cmbMSGNodeNumber_Change);
-    OnEvent(cmbMSGNodeNumber, &ComboBox::Click, header, &NodeHeader::cmbMSGNodeNumber_Click);
+    auto* header = &mHandlers->headerFields;
+    OnEvent(txtDescription, &TextBox::Change, header, &HeaderFields::txtDescription_Change);
+    OnEvent(cmbUsePasswords, &ComboBox::Click, header, &HeaderFields::cmbUsePasswords_Click);
+    OnEvent(txtAccessCode, &TextBox::Change, header, &HeaderFields::txtAccessCode_Change);
+    OnEvent(cmbMSGNodeNumber, &ComboBox::Change, header, &HeaderFields::cmbMSGNodeNumber_Change);
+    OnEvent(cmbMSGNodeNumber, &ComboBox::Click, header, &HeaderFields::cmbMSGNodeNumber_Click);
 }
 
 void frmDIR::ConnectCommit()

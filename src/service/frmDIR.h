@@ -1,16 +1,16 @@
 // The editor's form: its life from load to unload, and which handler serves which event. It contains no rule.
 #pragma once
 
+#include "editor/BusinessRules.h"
 #include "editor/Commit.h"
+#include "editor/DirectoryListEvents.h"
 #include "editor/EntryCommands.h"
 #include "editor/EntryFields.h"
-#include "editor/NodeHeader.h"
+#include "editor/HeaderFields.h"
 #include "editor/RecordNavigation.h"
-#include "form/DirectoryListEvents.h"
 #include "form/EditorForm.h"
 #include "interchange/DirectoryExport.h"
 #include "interchange/DirectoryImport.h"
-#include "rules/BusinessRules.h"
 
 #include <memory>
 
@@ -37,7 +37,7 @@ private:
         DirectoryListEvents listEvents;
         EntryCommands entryCommands;
         EntryFields entryFields;
-        NodeHeader nodeHeader;
+        HeaderFields headerFields;
         Commit commit;
         RecordNavigation navigation;
         DirectoryImport directoryImport;
@@ -48,7 +48,7 @@ private:
     void ConnectList();
     void ConnectEntryCommands();
     void ConnectEntryFields();
-    void ConnectNodeHeader();
+    void ConnectHeaderFields();
     void ConnectCommit();
     void ConnectNavigation();
     void ConnectInterchange();

@@ -20,19 +20,24 @@ const std::vector<EngineStatement>& EngineStatements()
 
 } // namespace
 
-DataBase::DataBase()
+DataBase::DataBase() : DataBase(QString())
 {
-    for (const StoredCommand& stored : CommandCatalog()) {
-        const EngineStatement& statement = EngineStatements()[static_cast<std::size_t>(stored.id)];
-        mCommands.emplace_back(Conn, QString::fromLatin1(stored.name), statement.text,
-                               static_cast<int>(statement.parameters.size()));
-    }
     DataEnvironment_Initialize();
 }
 
 void DataBase::DataEnvironment_Initialize()
 {
     Conn.SetConnectionString(GetConnectionString());
+}
+
+DataBase::DataBase(const QString& connectionString)
+{
+    Conn.SetConnectionString(connectionString);
+    for (const StoredCommand& stored : CommandCatalog()) {
+        const EngineStatement& statement = EngineStatements()[static_cast<std::size_t>(stored.id)];
+        mCommands.emplace_back(Conn, QString::fromLatin1(stored.name), statement.text,
+                               static_cast<int>(statement.parameters.size()));
+    }
 }
 
 Recordset DataBase::Open(CommandId id, const QStringList& values)

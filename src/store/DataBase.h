@@ -15,6 +15,8 @@ public:
     /// Takes the connection string that GetConnectionString builds. The connection opens on first use of a
     /// command and closes with this object.
     DataBase();
+    /// The same with another connection string.
+    explicit DataBase(const QString& connectionString);
 
     Connection Conn;
 
@@ -25,9 +27,8 @@ public:
     void Execute(CommandId id, const QStringList& values);
 
 private:
-    Command& Named(CommandId id);
-
     void DataEnvironment_Initialize();
+    Command& Named(CommandId id);
 
     std::vector<Command> mCommands; ///< in the order of the catalog
 };

@@ -22,16 +22,9 @@ QString FormLine(const QDialog& form)
 {
     const auto* list = form.findChild<QTableView*>(u"LVDirectory"_s);
     const auto* position = form.findChild<QLabel*>(u"lblRecordPosition"_s);
-    QStringList navigation;
-    for (const QString& name :
-         {u"cmdFirst"_s, u"cmdPrevious"_s, u"cmbNode"_s, u"cmdNext"_s, u"cmdLast"_s, u"lblRecordPosition"_s}) {
-        const auto* control = form.findChild<QWidget*>(name);
-        if (control && control->isVisible())
-            navigation << name;
-    }
-    return u"FORM %1|%2|%3|%4|%5"_s.arg(form.windowTitle())
+    return u"FORM %1|%2|%3|%4"_s.arg(form.windowTitle())
         .arg(list ? list->model()->rowCount() : -1)
-        .arg(position ? position->text() : QString(), navigation.join(u' '))
+        .arg(position ? position->text() : QString())
         .arg(form.height());
 }
 

@@ -26,14 +26,19 @@ inline void LoadDriver()
         std::fprintf(stderr, "%s\n", dlerror());
 }
 
-inline _BusinessRules* NewRules(GetClassObject getClassObject)
+inline IClassFactory* Factory(GetClassObject getClassObject)
 {
     void* factory = nullptr;
+    getClassObject(CLSID_BusinessRules, IID_IClassFactory, &factory);
+    return static_cast<IClassFactory*>(factory);
+}
+
+inline _BusinessRules* NewRules(GetClassObject getClassObject)
+{
+    IClassFactory* factory = Factory(getClassObject);
     void* rules = nullptr;
-    if (getClassObject(CLSID_BusinessRules, IID_IClassFactory, &factory) != S_OK)
-        return nullptr;
-    static_cast<IClassFactory*>(factory)->CreateInstance(nullptr, IID__BusinessRules, &rules);
-    static_cast<IClassFactory*>(factory)->Release();
+    factory->CreateInstance(nullptr, IID__BusinessRules, &rules);
+    factory->Release();
     return static_cast<_BusinessRules*>(rules);
 }
 

@@ -44,33 +44,6 @@ void ShowAll(const std::string& path, const Calls& calls)
     ShowAll(library.ClassObject(), calls);
 }
 
-void LoadAndUnload(const std::string& path, const Calls& calls)
-{
-    for (int round = 0; round < 20; ++round) {
-        const Library library(path);
-        std::string uses;
-        const auto note = [&] { uses += library("DllCanUnloadNow") == S_OK ? " free" : " used"; };
-        note();
-        _BusinessRules* rules = NewRules(library.ClassObject());
-        note();
-        rules->Release();
-        void* object = nullptr;
-        library.ClassObject()(CLSID_BusinessRules, IID_IClassFactory, &object);
-        auto* factory = static_cast<IClassFactory*>(object);
-        factory->LockServer(1);
-        factory->Release();
-        note();
-        library.ClassObject()(CLSID_BusinessRules, IID_IClassFactory, &object);
-        factory = static_cast<IClassFactory*>(object);
-        factory->LockServer(0);
-        factory->Release();
-        ShowAll(library.ClassObject(), calls);
-        note();
-        std::printf("ROUND%s\n", uses.c_str());
-    }
-    std::printf(dlopen(path.c_str(), RTLD_NOW | RTLD_NOLOAD) ? "MAPPED\n" : "UNMAPPED\n");
-}
-
 VARIANT Integer(VARTYPE type, std::int32_t value)
 {
     VARIANT variant{};
@@ -82,34 +55,37 @@ VARIANT Integer(VARTYPE type, std::int32_t value)
     return variant;
 }
 
-/// Node 7 twice on one instance.
-void ShowLateBound(const std::string& path, const Calls& /*calls*/)
-{
-    const Library library(path);
-    _BusinessRules* rules = NewRules(library.ClassObject());
-    char16_t name[] = u"shownodeEDITOR";
-    OLECHAR* names = name;
-    DISPID id = 0;
-    rules->GetIDsOfNames({}, &names, 1, 0, &id);
-    for (const VARTYPE type : {VT_I2, VT_I4}) {
-        VARIANT arguments[] = {Integer(type, 7), Integer(type, 1), Integer(type, 1)};
-        DISPPARAMS parameters{arguments, nullptr, 3, 0};
-        VARIANT result = Integer(VT_I4, 1);
-        const HRESULT outcome = rules->Invoke(id, {}, 0, DISPATCH_METHOD, &parameters, &result, nullptr, nullptr);
-        std::printf("INVOKE %08X type %d value %d\n", static_cast<unsigned>(outcome), result.vt, result.boolVal);
-    }
-    rules->Release();
-}
-
 void Expect(const char* what, HRESULT found, HRESULT wanted)
 {
     if (found != wanted)
         std::printf("FAULT %s: %08X\n", what, static_cast<unsigned>(found));
 }
 
-void RefuseCalls(_BusinessRules& rules)
+void LoadAndUnload(const std::string& path, const Calls& calls)
 {
-    char16_t name[] = u"ShowNodeEditors";
+    for (int round = 0; round < 20; ++round) {
+        const Library library(path);
+        const auto use = [&] { return library("DllCanUnloadNow"); };
+        Expect("new", use(), S_OK);
+        _BusinessRules* rules = NewRules(library.ClassObject());
+        Expect("with an object", use(), S_FALSE);
+        rules->Release();
+        for (const std::int32_t locks : {1, 0}) {
+            IClassFactory* factory = Factory(library.ClassObject());
+            factory->LockServer(locks);
+            factory->Release();
+            Expect("lock", use(), locks == 1 ? S_FALSE : S_OK);
+        }
+        ShowAll(library.ClassObject(), calls);
+        Expect("left", use(), S_OK);
+    }
+    std::printf(dlopen(path.c_str(), RTLD_NOW | RTLD_NOLOAD) ? "MAPPED\n" : "UNMAPPED\n");
+}
+
+/// What is refused, and in the end a call that is not.
+void CallByName(_BusinessRules& rules)
+{
+    char16_t name[] = u"shownodeEDITORs";
     OLECHAR* names = name;
     DISPID id = 7;
     Expect("unknown member", rules.GetIDsOfNames({}, &names, 1, 0, &id), DISP_E_UNKNOWNNAME);
@@ -133,6 +109,12 @@ void RefuseCalls(_BusinessRules& rules)
     arguments[2] = Integer(VT_I2, 1);
     Expect("too large", invoke(id, DISPATCH_METHOD | 2, {arguments, nullptr, 3, 0}), DISP_E_OVERFLOW);
     Expect("its place", static_cast<HRESULT>(bad), 1);
+    arguments[1] = Integer(VT_I4, 1);
+    DISPPARAMS parameters{arguments, nullptr, 3, 0};
+    VARIANT result = Integer(VT_I4, 1);
+    Expect("call", rules.Invoke(id, {}, 0, DISPATCH_METHOD, &parameters, &result, nullptr, nullptr), S_OK);
+    Expect("type of its result", result.vt, VT_BOOL);
+    Expect("its result", result.boolVal, VARIANT_FALSE);
 }
 
 void Refuse(const std::string& path, const Calls& /*calls*/)
@@ -140,23 +122,27 @@ void Refuse(const std::string& path, const Calls& /*calls*/)
     const Library library(path);
     const GetClassObject getClassObject = library.ClassObject();
     int something = 0;
-    void* object = &something;
-    const auto refused = [&object](HRESULT outcome) { return object ? S_FALSE : outcome; };
-    Expect("wrong class", refused(getClassObject(IID_IDispatch, IID_IUnknown, &object)), CLASS_E_CLASSNOTAVAILABLE);
-    object = &something;
-    Expect("wrong factory", refused(getClassObject(CLSID_BusinessRules, IID_IDispatch, &object)), E_NOINTERFACE);
+    void* object = nullptr;
+    /// A call that is refused leaves nothing in its place.
+    const auto expect = [&](const char* what, HRESULT wanted, const auto& call) {
+        object = &something;
+        const HRESULT outcome = call();
+        Expect(what, object ? S_FALSE : outcome, wanted);
+    };
+    expect("wrong class", CLASS_E_CLASSNOTAVAILABLE,
+           [&] { return getClassObject(IID_IDispatch, IID_IUnknown, &object); });
+    expect("wrong factory", E_NOINTERFACE, [&] { return getClassObject(CLSID_BusinessRules, IID_IDispatch, &object); });
     Expect("no place", getClassObject(CLSID_BusinessRules, IID_IClassFactory, nullptr), E_POINTER);
-    getClassObject(CLSID_BusinessRules, IID_IClassFactory, &object);
-    auto* factory = static_cast<IClassFactory*>(object);
-    Expect("aggregation", refused(factory->CreateInstance(factory, IID_IUnknown, &object)), CLASS_E_NOAGGREGATION);
-    object = &something;
-    Expect("wrong interface", refused(factory->CreateInstance(nullptr, IID_IClassFactory, &object)), E_NOINTERFACE);
+    IClassFactory* factory = Factory(getClassObject);
+    expect("aggregation", CLASS_E_NOAGGREGATION,
+           [&] { return factory->CreateInstance(factory, IID_IUnknown, &object); });
+    expect("wrong interface", E_NOINTERFACE,
+           [&] { return factory->CreateInstance(nullptr, IID_IClassFactory, &object); });
     Expect("no place", factory->CreateInstance(nullptr, IID_IUnknown, nullptr), E_POINTER);
     factory->Release();
     _BusinessRules* rules = NewRules(getClassObject);
-    RefuseCalls(*rules);
+    CallByName(*rules);
     rules->Release();
-    Expect("in use", library("DllCanUnloadNow"), S_OK);
     std::printf("REFUSED\n");
 }
 
@@ -186,8 +172,8 @@ void PrintState()
 }
 
 const std::map<std::string, void (*)(const std::string&, const Calls&)> scenarios{
-    {"show", ShowAll},  {"late-bound", ShowLateBound}, {"unload", LoadAndUnload},
-    {"refuse", Refuse}, {"register", Register},        {"unregister", Unregister},
+    {"show", ShowAll},      {"unload", LoadAndUnload},  {"refuse", Refuse},
+    {"register", Register}, {"unregister", Unregister},
 };
 
 } // namespace

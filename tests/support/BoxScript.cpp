@@ -23,72 +23,28 @@ bool Matches(const QString& text, const QString& pattern)
 
 namespace {
 
-QString Described(const QString& text, const QString& title, int icon)
+QString Told(const QString& text, const QString& title, const QString& kind)
 {
-    return u"\"%1\", title \"%2\", icon %3"_s.arg(text, title).arg(icon);
+    return u"%1 \"%2\": %3"_s.arg(kind, title, text);
 }
 
-QString Serve(QWidget& dialog, const ExpectedBox& expected)
+QString KindOf(QMessageBox::Icon icon)
 {
-    auto* box = qobject_cast<QMessageBox*>(&dialog);
-    if (box == nullptr || !Matches(box->text(), expected.text) || box->windowTitle() != expected.title ||
-        box->icon() != expected.icon)
-        return u"another was expected"_s;
-    if (expected.inspect)
-        expected.inspect(*box);
-    if (expected.answer == QMessageBox::NoButton) {
-        QTest::keyClick(box, Qt::Key_Escape);
-        return {};
-    }
-    QAbstractButton* button = box->button(expected.answer);
-    if (!button)
-        return u"it has no such button"_s;
-    button->click();
-    return {};
+    return u"box with icon %1"_s.arg(icon);
 }
 
-QString Serve(QWidget& widget, const ExpectedFileDialog& expected)
-{
-    auto* dialog = qobject_cast<QFileDialog*>(&widget);
-    if (dialog == nullptr || dialog->windowTitle() != expected.title)
-        return u"another was expected"_s;
-    if (!expected.folder.isEmpty() && dialog->directory().absolutePath() != expected.folder)
-        return u"it starts in "_s + dialog->directory().absolutePath();
-    const bool opens = dialog->acceptMode() == QFileDialog::AcceptOpen;
-    auto button = opens ? QDialogButtonBox::Open : QDialogButtonBox::Save;
-    if (expected.fileName.isEmpty())
-        button = QDialogButtonBox::Cancel;
-    else
-        dialog->findChild<QLineEdit*>(u"fileNameEdit"_s)->setText(expected.fileName);
-    QPushButton* pressed = dialog->findChild<QDialogButtonBox*>()->button(button);
-    if (!pressed->isEnabled())
-        return u"its button is disabled"_s;
-    pressed->click();
-    return {};
-}
+const QString fileDialog = u"file dialog"_s;
+const QString question = u"question"_s;
 
-QString QuestionOf(const QWidget& dialog)
+/// What a dialog says, as the expected ones are told.
+QString Told(const QDialog& dialog)
 {
-    const auto* question = dialog.findChild<QLabel*>(u"lblQuestion"_s);
-    return question ? question->text() : QString();
-}
-
-QString Serve(QWidget& dialog, const ExpectedQuestion& expected)
-{
-    if (QuestionOf(dialog) != expected.text || dialog.windowTitle() != u"Confirmation"_s)
-        return u"another was expected"_s;
-    QWidget* answer = expected.button.isEmpty() ? &dialog : dialog.findChild<QWidget*>(expected.button);
-    QTest::keyClick(answer, expected.button.isEmpty() ? Qt::Key_Escape : Qt::Key_Space);
-    return {};
-}
-
-QString Described(QWidget& dialog)
-{
-    if (const auto* box = qobject_cast<QMessageBox*>(&dialog))
-        return Described(box->text(), box->windowTitle(), box->icon());
-    if (QString question = QuestionOf(dialog); !question.isEmpty())
-        return question;
-    return u"file dialog, title \"%1\""_s.arg(dialog.windowTitle());
+    if (const auto* box = qobject_cast<const QMessageBox*>(&dialog))
+        return Told(box->text(), box->windowTitle(), KindOf(box->icon()));
+    if (const auto* files = qobject_cast<const QFileDialog*>(&dialog))
+        return Told(files->directory().absolutePath(), files->windowTitle(), fileDialog);
+    const auto* text = dialog.findChild<QLabel*>(u"lblQuestion"_s);
+    return Told(text ? text->text() : QString(), dialog.windowTitle(), question);
 }
 
 void FailTest(const QString& reason)
@@ -96,11 +52,47 @@ void FailTest(const QString& reason)
     QTest::qFail(qUtf8Printable(reason), __FILE__, __LINE__);
 }
 
+/// A dialog whose button cannot be pressed must not stay open.
+void Press(QDialog& dialog, QAbstractButton* button)
+{
+    if (button && button->isEnabled())
+        return button->click();
+    FailTest(u"This dialog has no such button to press: "_s + Told(dialog));
+    QTest::keyClick(&dialog, Qt::Key_Escape);
+}
+
+void AnswerFiles(QDialog& dialog, const QString& fileName)
+{
+    const bool opens = static_cast<QFileDialog&>(dialog).acceptMode() == QFileDialog::AcceptOpen;
+    const auto button = fileName.isEmpty() ? QDialogButtonBox::Cancel
+                        : opens            ? QDialogButtonBox::Open
+                                           : QDialogButtonBox::Save;
+    if (!fileName.isEmpty())
+        dialog.findChild<QLineEdit*>(u"fileNameEdit"_s)->setText(fileName);
+    Press(dialog, dialog.findChild<QDialogButtonBox*>()->button(button));
+}
+
 } // namespace
 
 ExpectedBox Notice(const QString& text)
 {
     return {text, u"Information"_s, QMessageBox::Information};
+}
+
+ExpectedBox Question(const QString& text, QMessageBox::StandardButton answer, const QString& title)
+{
+    return {text, title, QMessageBox::Question, answer};
+}
+
+ExpectedBox SaveQuestion(QMessageBox::StandardButton answer)
+{
+    return Question(u"Do you want to save changes?"_s, answer);
+}
+
+ExpectedQuestion MissingNode(int number, const QString& button)
+{
+    return {u"MSG %1 is referenced but it does not exist.\nDo you want to auto create node 'MSG %1'?"_s.arg(number),
+            button};
 }
 
 ExpectedBox ErrorReport(const QString& procedure, const QString& description)
@@ -119,44 +111,57 @@ BoxScript::BoxScript(std::initializer_list<ExpectedBox> boxes)
 
 void BoxScript::Expect(const ExpectedBox& box)
 {
-    mSteps.push_back({Described(box.text, box.title, box.icon), [box](QWidget& dialog) { return Serve(dialog, box); }});
+    mSteps.push_back({Told(box.text, box.title, KindOf(box.icon)), [box](QDialog& dialog) {
+                          auto& shown = static_cast<QMessageBox&>(dialog);
+                          if (box.inspect)
+                              box.inspect(shown);
+                          if (box.answer == QMessageBox::NoButton)
+                              QTest::keyClick(&shown, Qt::Key_Escape);
+                          else
+                              Press(shown, shown.button(box.answer));
+                      }});
 }
 
 void BoxScript::Expect(const ExpectedFileDialog& dialog)
 {
-    mSteps.push_back({u"file dialog, title \"%1\", folder \"%2\""_s.arg(dialog.title, dialog.folder),
-                      [dialog](QWidget& shown) { return Serve(shown, dialog); }});
+    mSteps.push_back({Told(dialog.folder.isEmpty() ? u"*"_s : dialog.folder, dialog.title, fileDialog),
+                      [name = dialog.fileName](QDialog& shown) { AnswerFiles(shown, name); }});
 }
 
-void BoxScript::Expect(const ExpectedQuestion& question)
+void BoxScript::Expect(const ExpectedQuestion& asked)
 {
-    mSteps.push_back({question.text, [question](QWidget& shown) { return Serve(shown, question); }});
+    mSteps.push_back({Told(asked.text, u"Confirmation"_s, question), [name = asked.button](QDialog& shown) {
+                          if (name.isEmpty())
+                              QTest::keyClick(&shown, Qt::Key_Escape);
+                          else
+                              Press(shown, shown.findChild<QAbstractButton*>(name));
+                      }});
 }
 
 void BoxScript::ServeModalWidget()
 {
-    auto* box = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-    const bool isForm = box != nullptr && box->inherits("qor::Form"); // shown modally, it is for the test itself
-    if (box == nullptr || isForm)
+    auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+    const bool isForm = dialog != nullptr && dialog->inherits("qor::Form"); // shown modally, it is for the test itself
+    if (dialog == nullptr || isForm)
         return;
     mTimer.start(1); // again, so that it comes within an answer that brings up the next box
     const Step step = mSteps.empty() ? Step{u"none"_s, {}} : mSteps.front();
     if (!mSteps.empty())
         mSteps.pop_front();
-    const QString shown = Described(*box);
-    const QString fault = step.serve ? step.serve(*box) : u"it was not expected"_s;
-    if (fault.isEmpty())
+    if (const QString shown = Told(*dialog); Matches(shown, step.told)) {
+        step.answer(*dialog);
         return;
-    FailTest(u"A dialog came: %1; %2. Expected: %3"_s.arg(shown, fault, step.name));
-    QTest::keyClick(box, Qt::Key_Escape);
-    if (box->isVisible())
-        box->done(0);
+    }
+    FailTest(u"A dialog came: %1. Expected: %2"_s.arg(Told(*dialog), step.told));
+    QTest::keyClick(dialog, Qt::Key_Escape);
+    if (dialog->isVisible())
+        dialog->done(0);
 }
 
 void BoxScript::Verify()
 {
     for (const Step& step : std::exchange(mSteps, {}))
-        FailTest(u"A dialog did not come: "_s + step.name);
+        FailTest(u"A dialog did not come: "_s + step.told);
 }
 
 } // namespace qor

@@ -38,6 +38,11 @@ struct ExpectedQuestion
 
 /// The notice with the title "Information".
 ExpectedBox Notice(const QString& text);
+ExpectedBox Question(const QString& text, QMessageBox::StandardButton answer, const QString& title = u"Confirmation"_s);
+/// Whether changes are to be saved.
+ExpectedBox SaveQuestion(QMessageBox::StandardButton answer);
+/// Whether this missing message node is to be made.
+ExpectedQuestion MissingNode(int number, const QString& button);
 /// The report of an error that ended this procedure.
 ExpectedBox ErrorReport(const QString& procedure, const QString& description);
 
@@ -57,11 +62,10 @@ public:
     void Verify();
 
 private:
-    /// Serves one dialog.
     struct Step
     {
-        QString name;
-        std::function<QString(QWidget& dialog)> serve; ///< answers it, or says what is wrong with it
+        QString told; ///< a pattern for what the dialog says
+        std::function<void(QDialog& dialog)> answer;
     };
 
     void ServeModalWidget();

@@ -35,12 +35,15 @@ private:
     QSqlQuery& mQuery;
 };
 
+constexpr std::size_t cachedRows = 100; ///< room for so many is made at once
+
 std::shared_ptr<const RecordRows> ReadRows(QSqlQuery& query, const QString& fileName)
 {
     const FinishGuard finish(query);
     auto rows = std::make_shared<RecordRows>();
     rows->columns = ColumnNames(query.record());
     const int columnCount = static_cast<int>(rows->columns.size());
+    rows->values.reserve(static_cast<std::size_t>(columnCount) * cachedRows);
     while (query.next()) {
         for (int i = 0; i < columnCount; ++i)
             rows->values.push_back(query.value(i));

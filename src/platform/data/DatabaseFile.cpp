@@ -31,7 +31,7 @@ const std::array<Signature, 3>& Signatures()
     return signatures;
 }
 
-[[noreturn]] void Refuse(const QString& fileName, const char* what)
+[[noreturn]] void ThrowDatabaseFault(const QString& fileName, const char* what)
 {
     throw RuntimeError(ErrorNumber::Provider, u"The database %1 %2"_s.arg(fileName, QString::fromLatin1(what)));
 }
@@ -45,7 +45,8 @@ void SetWriteAheadMode(const QString& connectionName, const QString& fileName)
     if (!database.open() || !query.exec(u"PRAGMA journal_mode = WAL"_s) || !query.next())
         throw ProviderError(query.lastError().isValid() ? query.lastError() : database.lastError(), fileName);
     if (query.value(0).toString() != u"wal"_s)
-        Refuse(fileName, "cannot be kept in write-ahead mode on this file system. Choose a folder on a local disk.");
+        ThrowDatabaseFault(fileName,
+                           "cannot be kept in write-ahead mode on this file system. Choose a folder on a local disk.");
 }
 
 /// Writes the header of an empty database in write-ahead mode into an empty file.
@@ -71,13 +72,13 @@ void RequireDatabaseFile(const QString& fileName)
 {
     const QFileInfo info(fileName);
     if (!info.exists()) {
-        Refuse(fileName, "does not exist or cannot be reached. Make one with \"dir-db create\", or set "
-                         "KELDAR_COMMON_APPDATA to the folder that holds Quorvanta/KELDAR+/Database.");
+        ThrowDatabaseFault(fileName, "does not exist or cannot be reached. Make one with \"dir-db create\", or set "
+                                     "KELDAR_COMMON_APPDATA to the folder that holds Quorvanta/KELDAR+/Database.");
     }
     if (!info.isFile())
-        Refuse(fileName, "is not a file. Choose another name.");
+        ThrowDatabaseFault(fileName, "is not a file. Choose another name.");
     if (info.size() == 0)
-        Refuse(fileName, "is empty. Restore it from a backup or make a new one with \"dir-db create\".");
+        ThrowDatabaseFault(fileName, "is empty. Restore it from a backup or make a new one with \"dir-db create\".");
 }
 
 QString ForeignFileSentence(const QString& fileName)
@@ -91,14 +92,23 @@ QString ForeignFileSentence(const QString& fileName)
     return u"is not a configuration database. Choose another file or make one with \"dir-db create\"."_s;
 }
 
+void ThrowFileNotMade(const QString& fileName, const QString& why)
+{
+    throw RuntimeError(ErrorNumber::FileAccess, u"The file %1 cannot be made: %2."_s.arg(fileName, why));
+}
+
+void ThrowFileExists(const QString& fileName)
+{
+    ThrowFileNotMade(fileName, u"it exists already; choose another name"_s);
+}
+
 void CreateDatabaseFile(const QString& fileName)
 {
     QFile file(fileName);
     if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly, QFileDevice::ReadOwner | QFileDevice::WriteOwner)) {
-        const bool exists = QFileInfo::exists(fileName);
-        throw RuntimeError(ErrorNumber::Provider,
-                           u"The file %1 cannot be made: %2."_s.arg(
-                               fileName, exists ? u"it exists already; choose another name"_s : file.errorString()));
+        if (QFileInfo::exists(fileName))
+            ThrowFileExists(fileName);
+        ThrowFileNotMade(fileName, file.errorString());
     }
     file.close();
     try {

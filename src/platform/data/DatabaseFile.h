@@ -13,6 +13,10 @@ void RequireDatabaseFile(const QString& fileName);
 /// file's first bytes, so call it only after the engine has refused the file.
 QString ForeignFileSentence(const QString& fileName);
 
+/// Raises RuntimeError: "The file %1 cannot be made: " and why.
+[[noreturn]] void ThrowFileNotMade(const QString& fileName, const QString& why);
+[[noreturn]] void ThrowFileExists(const QString& fileName);
+
 /// Makes a new, empty database in write-ahead mode that only its owner may read (it will hold passwords).
 /// Raises RuntimeError when the file exists already or cannot be made; then nothing is left behind.
 void CreateDatabaseFile(const QString& fileName);

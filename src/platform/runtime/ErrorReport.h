@@ -8,7 +8,7 @@
 
 namespace qor {
 
-/// Shows the text of an error to the user. The user-interface room installs a message box; without one the
+/// Shows the text of an error to the user. The user interface installs a message box; without one the
 /// text goes to standard error.
 using ErrorBox = void (*)(const QString& text, const QString& title, bool critical);
 void SetErrorBox(ErrorBox box);

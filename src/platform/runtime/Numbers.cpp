@@ -2,6 +2,7 @@
 
 #include "platform/runtime/RuntimeError.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <QLocale>
@@ -44,6 +45,25 @@ bool HasNumberForm(QStringView text)
     return at == text.size();
 }
 
+template <typename Number, typename Stored>
+bool Fits(Stored number)
+{
+    return number >= std::numeric_limits<Number>::min() && number <= std::numeric_limits<Number>::max();
+}
+
+template <typename Number>
+std::optional<Number> WholeOf(const QVariant& value)
+{
+    if (value.typeId() == QMetaType::LongLong) { // as the engine keeps them, hence worth the shortcut
+        const qlonglong integer = *static_cast<const qlonglong*>(value.constData());
+        return Fits<Number>(integer) ? std::optional(static_cast<Number>(integer)) : std::nullopt;
+    }
+    const auto number = NumberFromText(value.toString());
+    if (!number || !Fits<Number>(*number) || *number != std::trunc(*number))
+        return std::nullopt;
+    return static_cast<Number>(*number);
+}
+
 } // namespace
 
 std::optional<double> NumberFromText(QStringView text)
@@ -56,6 +76,16 @@ std::optional<double> NumberFromText(QStringView text)
     return ok && std::isfinite(value) ? std::optional(value) : std::nullopt;
 }
 
+std::optional<int> WholeNumber(const QVariant& value)
+{
+    return WholeOf<int>(value);
+}
+
+std::optional<qint16> WholeNumber16(const QVariant& value)
+{
+    return WholeOf<qint16>(value);
+}
+
 std::optional<qint16> Int16FromField(const QVariant& value, const QString& field)
 {
     if (value.isNull())
@@ -65,15 +95,25 @@ std::optional<qint16> Int16FromField(const QVariant& value, const QString& field
         throw RuntimeError(ErrorNumber::TypeMismatch,
                            u"%1 is \"%2\", which is not a number."_s.arg(field, value.toString().left(40)));
     }
-    using Limits = std::numeric_limits<qint16>;
-    const double rounded = std::nearbyint(*number);
-    if (rounded < Limits::min() || rounded > Limits::max()) {
+    if (!Fits<qint16>(*number)) {
+        using Limits = std::numeric_limits<qint16>;
         throw RuntimeError(ErrorNumber::Overflow,
                            u"%1 is %2; it must lie from %3 to %4."_s.arg(field, value.toString().left(40))
                                .arg(Limits::min())
                                .arg(Limits::max()));
     }
-    return static_cast<qint16>(rounded);
+    return WholeNumber16(value);
+}
+
+std::optional<int> LeadingNumber(QStringView text)
+{
+    constexpr int highest = std::numeric_limits<qint16>::max();
+    const qsizetype end = SkipDigits(text, 0);
+    if (end == 0)
+        return std::nullopt;
+    bool fits = false;
+    const int number = text.first(end).toInt(&fits);
+    return fits ? std::min(number, highest) : highest;
 }
 
 QString ZeroPaddedNumber(double value)

@@ -1,4 +1,4 @@
-// Text literals: u"..."_s is a QString without allocation.
+// Texts. u"..."_s is a QString without allocation.
 #pragma once
 
 #include <QString>
@@ -6,5 +6,12 @@
 namespace qor {
 
 using namespace Qt::StringLiterals;
+
+/// At most this many units from the start of a text, and no half of a character that takes two.
+inline QString CutAtCharacter(const QString& text, qsizetype units)
+{
+    const bool splits = units > 0 && units < text.size() && text[units - 1].isHighSurrogate();
+    return text.left(splits ? units - 1 : units);
+}
 
 } // namespace qor

@@ -86,21 +86,31 @@ QString ComboBox::List(int index) const
 
 void ComboBox::SetListIndex(int index)
 {
-    if (index != -1)
-        RequireItem(index);
     if (index == ListIndex())
         return;
-    setCurrentIndex(index);
+    FillListIndex(index);
     Q_EMIT Click();
+}
+
+void ComboBox::FillListIndex(int index)
+{
+    if (index != -1)
+        RequireItem(index);
+    setCurrentIndex(index);
 }
 
 void ComboBox::SetText(const QString& text)
 {
     if (text == currentText())
         return;
+    FillText(text);
+    Q_EMIT Change();
+}
+
+void ComboBox::FillText(const QString& text)
+{
     setEditText(text);
     FollowText();
-    Q_EMIT Change();
 }
 
 void ComboBox::MoveCaretToEnd()

@@ -1,6 +1,7 @@
 // A combo box. Change comes when its text is typed, or assigned by code to a different text; Click when an
 // item is chosen, by the user or by setting the list index in code to a different one. Setting the list index
-// changes the text without Change. The wheel over a closed combo box changes nothing.
+// changes the text without Change. The Fill calls, for loaders, raise neither. The wheel over a closed combo box
+// changes nothing.
 #pragma once
 
 #include <QComboBox>
@@ -34,10 +35,14 @@ public:
     int ListIndex() const;
     /// Chooses an item, or none with -1. Raises RuntimeError for a position that is not in the list.
     void SetListIndex(int index);
+    /// The same without Click.
+    void FillListIndex(int index);
 
     QString Text() const { return currentText(); }
     /// Sets the text of a dropdown combo.
     void SetText(const QString& text);
+    /// The same without Change.
+    void FillText(const QString& text);
     void MoveCaretToEnd();
 
     void showPopup() override;

@@ -9,6 +9,8 @@
 
 namespace qor {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 bool HasPlugin(const QString& platform)

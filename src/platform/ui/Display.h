@@ -1,10 +1,9 @@
 // Whether a display can be used, found out without the toolkit, which would end the process if it cannot.
 #pragma once
 
-#include "platform/runtime/Text.h"
-
 #include <optional>
 #include <QLibrary>
+#include <QString>
 
 namespace qor {
 

@@ -22,11 +22,12 @@ void Deliver(Handler* handler, Procedure procedure, Arguments... arguments)
 /// Calls handler->*procedure whenever sender raises the event, for as long as the sender lives; the handler
 /// must live as long. An error that the procedure did not report itself ends in the default run-time error
 /// box.
-template <typename Sender, typename Signal, typename Handler, typename Procedure>
-void OnEvent(const Sender* sender, Signal signal, Handler* handler, Procedure procedure)
+/// given: what the procedure takes before the event's own arguments.
+template <typename Sender, typename Signal, typename Handler, typename Procedure, typename... Given>
+void OnEvent(const Sender* sender, Signal signal, Handler* handler, Procedure procedure, Given... given)
 {
-    QObject::connect(sender, signal, sender, [handler, procedure](auto... arguments) {
-        GuardEvent([&] { Deliver(handler, procedure, arguments...); });
+    QObject::connect(sender, signal, sender, [handler, procedure, given...](auto... arguments) {
+        GuardEvent([&] { Deliver(handler, procedure, given..., arguments...); });
     });
 }
 

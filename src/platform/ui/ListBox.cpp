@@ -23,6 +23,11 @@ void ListBox::Clear()
     mFirstPrefix.clear();
 }
 
+int ListBox::Ask(quint32 message, const QString& text) const
+{
+    return static_cast<int>(SendMessageA(Handle(), message, 0, reinterpret_cast<qintptr>(&text)));
+}
+
 MessageResult ListBox::HandleMessage(quint32 message, quintptr /*wParam*/, qintptr lParam)
 {
     if (message != LB_FINDSTRING && message != LB_FINDSTRINGEXACT)

@@ -1,4 +1,4 @@
-// A working list of texts, never shown. Searches are asked as messages and take no walk over the list.
+// A working list of texts, never shown. Searches go through its window procedure and take no walk over the list.
 #pragma once
 
 #include "platform/ui/WindowMessages.h"
@@ -8,8 +8,7 @@
 
 namespace qor {
 
-/// Searches without regard to case over the whole list; lParam points to the QString to look for. The answer
-/// is the position of the first item that begins with it, or that is equal to it, or LB_ERR.
+/// The messages behind Find and FindExact; lParam points to the QString to look for.
 inline constexpr quint32 LB_FINDSTRING = 0x018F;
 inline constexpr quint32 LB_FINDSTRINGEXACT = 0x01A2;
 inline constexpr MessageResult LB_ERR = -1;
@@ -24,10 +23,17 @@ public:
     void AddItem(const QString& text);
     void Clear();
 
+    /// Searches without regard to case over the whole list: the position of the first item that begins with the text,
+    /// or that is equal to it; -1 for none.
+    int Find(const QString& text) const { return Ask(LB_FINDSTRING, text); }
+    int FindExact(const QString& text) const { return Ask(LB_FINDSTRINGEXACT, text); }
+
 protected:
     MessageResult HandleMessage(quint32 message, quintptr wParam, qintptr lParam) override;
 
 private:
+    int Ask(quint32 message, const QString& text) const;
+
     int mCount = 0;
     QHash<QString, int> mFirstEqual;  ///< folded text -> its first position
     QHash<QString, int> mFirstPrefix; ///< every beginning of a folded text -> its first position

@@ -26,7 +26,7 @@ ListRow& ListItems::At(int row)
     return mRows[static_cast<std::size_t>(row)];
 }
 
-void ListItems::TakeKey(QSet<QString>& keys, const QString& key)
+void ListItems::AddUniqueKey(QSet<QString>& keys, const QString& key)
 {
     if (keys.contains(key)) {
         throw RuntimeError(ErrorNumber::KeyNotUnique, u"The key \"%1\" belongs to another row of the list."_s.arg(key));
@@ -50,7 +50,7 @@ void ListItems::Append(std::vector<ListRow> rows)
         return;
     QSet<QString> keys = mKeys; // a copy, so that a refused call changes nothing
     for (const ListRow& row : rows)
-        TakeKey(keys, row.key);
+        AddUniqueKey(keys, row.key);
     mKeys = std::move(keys);
     beginInsertRows({}, RowCount(), RowCount() + static_cast<int>(rows.size()) - 1);
     mRows.insert(mRows.end(), std::make_move_iterator(rows.begin()), std::make_move_iterator(rows.end()));
@@ -61,7 +61,7 @@ void ListItems::Insert(int position, ListRow row)
 {
     if (position != RowCount())
         RequireRow(position);
-    TakeKey(mKeys, row.key);
+    AddUniqueKey(mKeys, row.key);
     beginInsertRows({}, position, position);
     mRows.insert(mRows.begin() + position, std::move(row));
     endInsertRows();
@@ -102,7 +102,7 @@ void ListItems::SetKey(int row, const QString& key)
     ListRow& changed = At(row);
     if (changed.key == key)
         return;
-    TakeKey(mKeys, key);
+    AddUniqueKey(mKeys, key);
     mKeys.remove(changed.key);
     changed.key = key;
 }

@@ -76,7 +76,7 @@ private:
     const ListRow& At(int row) const;
     ListRow& At(int row);
     void RequireRow(int row) const;
-    static void TakeKey(QSet<QString>& keys, const QString& key);
+    static void AddUniqueKey(QSet<QString>& keys, const QString& key);
     void Sort();
 
     std::vector<ListRow> mRows;

@@ -1,5 +1,5 @@
-// A text box: Change on every change of its text, by typing or by code, and not when the text stays the same.
-// Its maximum length cuts what code assigns, too.
+// A text box: Change on every change of its text, by typing or by code, and not when the text stays the same; Fill
+// alone raises none. Its maximum length cuts what code assigns, too, and never leaves half a character.
 #pragma once
 
 #include <QLineEdit>
@@ -11,6 +11,9 @@ class TextBox : public QLineEdit
     Q_OBJECT
 public:
     explicit TextBox(QWidget* parent = nullptr);
+
+    /// Sets the text as a loader does, without Change.
+    void Fill(const QString& text);
 
 Q_SIGNALS:
     void Change();

@@ -1,7 +1,9 @@
-// The node rules of one instance: its own database environment and its own remembered message-node number.
-// Every procedure but the constructor reports its errors itself and then answers False, 0 or nothing.
+// The node procedures of one instance on the form: its own database environment and its own count of prompt numbers.
+// What they know of nodes stands in the rules; here controls are filled and read, and people are asked and told. Every
+// procedure reports its errors itself and then answers False, 0 or nothing.
 #pragma once
 
+#include "rules/PromptNumbers.h"
 #include "store/DataBase.h"
 
 #include <optional>
@@ -10,9 +12,6 @@ namespace qor {
 
 class EditorForm;
 
-/// The numbers of a partition's message nodes, in ascending order.
-using MessageNodeNumbers = std::vector<int>;
-
 class BusinessRules
 {
 public:
@@ -20,14 +19,16 @@ public:
     bool IsNewNode = false;
 
     /// Fills the record selector with the partition's directory nodes and selects the one with this number,
-    /// or the first. For a new node it hides the navigation row and closes the gap.
+    /// or the first. For a new node it hides the navigation row and closes the gap. Stored numbers that are no node
+    /// numbers are reported and left out.
     void LoadExistingNodesInRecordSelector(EditorForm& form, qint16 nodeNumber);
 
     /// Fills both lists of message-node numbers with 1 to the partition's maximum. False, and a pending
     /// message, when the partition has no such maximum.
     bool LoadPromptMSGNodeNumber(EditorForm& form);
 
-    /// Fills the form with a directory node. False, after a notice, when the node does not exist.
+    /// Fills the form with a directory node. False, after a notice, when the node does not exist; the form then shows
+    /// what it showed.
     bool LoadData(EditorForm& form, qint16 nodeNumber);
 
     /// A free message-node number, or 0 when there is none. Successive calls count up from the starting prompt and
@@ -35,18 +36,12 @@ public:
     /// used: the numbers in use, where the caller has read them for many calls; otherwise they are read.
     qint16 GetNextAvailableMSGNODENUMBER(EditorForm& form, bool reset, const MessageNodeNumbers* used = nullptr);
 
-    /// The prompt of a row that is about to be added: the next free number, or "1" when there is none. An empty list
-    /// restarts the count.
-    QString PromptForNewRow(EditorForm& form, const MessageNodeNumbers* used = nullptr);
-
     /// Nothing when they cannot be read; the report then names GetNextAvailableMSGNODENUMBER, which they are for.
-    std::optional<MessageNodeNumbers> UsedMessageNodeNumbers(EditorForm& form);
-
-    /// Whether the general pool has the node; the types 817 and 818 are looked up as message nodes.
-    bool IsNodeExisted(EditorForm& form, const QString& nodeTypeId, const QString& nodeNumber);
+    std::optional<MessageNodeNumbers> ReadUsedNumbers(EditorForm& form);
 
     /// Tests once per form whether the message nodes exist that the entries name, and offers to create the
-    /// missing ones as copies of message node 0. The status bar is left visible with its last text.
+    /// missing ones as copies of message node 0. The first error ends it. The status bar is left visible with its
+    /// last text.
     void CheckForUnReferencedNodes(EditorForm& form);
 
     /// Writes the form's node, its general-pool row and all its entries under this number. What ran before a
@@ -54,20 +49,25 @@ public:
     void SaveChanges(EditorForm& form, qint16 nodeNumber);
 
 private:
-    /// A node's identity as the commands take it.
-    struct NodeIdentity
-    {
-        QString config;
-        QString partition;
-        QString number;
-    };
-
-    void CreateMessageNode(EditorForm& form, const QString& prompt, const QString& description);
-    void SaveHeader(EditorForm& form, const NodeIdentity& node);
-    void SaveEntries(EditorForm& form, const NodeIdentity& node);
-
     DataBase mDataBase;
-    int mLastMSGNodeNumber = 0;
+    PromptNumbers mPromptNumbers;
+};
+
+/// The prompts of the rows that one operation adds. The numbers in use are read once, for the first row; when that
+/// fails, which is reported once, every row gets 1.
+class NewRowPrompts
+{
+public:
+    NewRowPrompts(EditorForm& form, BusinessRules& rules) : mForm(form), mRules(rules) {}
+
+    /// The next free number, or "1" when there is none. An empty list restarts the count.
+    QString Next();
+
+private:
+    EditorForm& mForm;
+    BusinessRules& mRules;
+    bool mHaveRead = false;
+    std::optional<MessageNodeNumbers> mUsed;
 };
 
 } // namespace qor

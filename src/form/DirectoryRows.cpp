@@ -1,4 +1,4 @@
-#include "form/Directory.h"
+#include "form/DirectoryRows.h"
 
 #include "form/ModuleState.h"
 #include "platform/runtime/Numbers.h"
@@ -44,6 +44,12 @@ double NumberIn(const ListItems& items, int row, DirectoryColumn column)
                            .arg(text.left(40)));
 }
 
+void DropSortColumn(ListItems& items)
+{
+    if (items.ColumnCount() > ownColumnCount)
+        items.RemoveLastColumn();
+}
+
 } // namespace
 
 QString RowKey(int number)
@@ -51,11 +57,13 @@ QString RowKey(int number)
     return QString::number(number) + u'a';
 }
 
-ListRow EntryRow(int number, const DirectoryEntry& entry)
+ListRow EntryRow(int number, DirectoryEntry entry)
 {
-    return {RowKey(number),
-            {QString::number(number), entry.LastName, entry.FirstName, entry.Extension, entry.Prompt, entry.Password},
-            {}};
+    ListRow row{RowKey(number), {}, {}};
+    row.texts.reserve(ownColumnCount);
+    row.texts << QString::number(number) << std::move(entry.lastName) << std::move(entry.firstName)
+              << std::move(entry.extension) << std::move(entry.prompt) << std::move(entry.password);
+    return row;
 }
 
 QString EntryText(const ListView& list, int row, DirectoryColumn column)
@@ -63,11 +71,24 @@ QString EntryText(const ListView& list, int row, DirectoryColumn column)
     return list.Items().Text(row, static_cast<int>(column));
 }
 
-bool IsSoundRow(const ListView& list, int row)
+DirectoryEntry EntryAt(const ListView& list, int row)
 {
-    return !EntryText(list, row, DirectoryColumn::LastName).isEmpty() &&
-           !EntryText(list, row, DirectoryColumn::FirstName).isEmpty() &&
-           IsNumeric(EntryText(list, row, DirectoryColumn::Extension));
+    const auto text = [&](DirectoryColumn column) { return EntryText(list, row, column); };
+    return {.lastName = text(DirectoryColumn::LastName),
+            .firstName = text(DirectoryColumn::FirstName),
+            .extension = text(DirectoryColumn::Extension),
+            .prompt = text(DirectoryColumn::Prompt),
+            .password = text(DirectoryColumn::Password)};
+}
+
+std::vector<DirectoryEntry> EntriesOf(const ListView& list)
+{
+    const int rowCount = list.Items().RowCount();
+    std::vector<DirectoryEntry> entries;
+    entries.reserve(static_cast<std::size_t>(rowCount));
+    for (int row = 0; row < rowCount; ++row)
+        entries.push_back(EntryAt(list, row));
+    return entries;
 }
 
 void PaintRow(ListView& list, int row, const QColor& colour)
@@ -95,12 +116,20 @@ void ClearSelectionFrom(ListView& list, int first)
     list.DeselectFrom(first);
 }
 
+void ForgetSort(ListView& list)
+{
+    ListItems& items = list.Items();
+    items.SetSorted(false);
+    items.SetSortKey(0);
+    items.SetOrder(ListItems::SortOrder::Ascending);
+    DropSortColumn(items);
+}
+
 void SortListByNumber(ListView& list, DirectoryColumn column, ListItems::SortOrder order)
 {
     constexpr int sortKey = static_cast<int>(DirectoryColumn::SortKey);
     ListItems& items = list.Items();
-    if (items.ColumnCount() > ownColumnCount)
-        items.RemoveLastColumn();
+    DropSortColumn(items);
     items.SetSorted(false);
     list.AddColumn(u"dummy column"_s, 0);
     for (int row = 0; row < items.RowCount(); ++row)

@@ -1,23 +1,10 @@
-#include "editor/FieldFilter.h"
+#include "editor/TypedField.h"
 
 #include "platform/ui/ComboBox.h"
 #include "platform/ui/TextBox.h"
-#include "rules/Validation.h"
-
-#include <algorithm>
+#include "rules/TypedText.h"
 
 namespace qor {
-
-namespace {
-
-QString Admitted(QStringView text, bool (*admits)(QChar))
-{
-    QString admitted;
-    std::copy_if(text.begin(), text.end(), std::back_inserter(admitted), admits);
-    return admitted;
-}
-
-} // namespace
 
 bool FilterField(TextBox& field, bool (*admits)(QChar))
 {
@@ -31,20 +18,11 @@ bool FilterField(TextBox& field, bool (*admits)(QChar))
     return false;
 }
 
-int WalkTypedNumber(const ComboBox& combo)
+int NumberTypedIn(const ComboBox& combo)
 {
     const int low = combo.List(0).toInt();
     const int high = combo.List(combo.ListCount() - 1).toInt();
-    int number = 0;
-    for (const QChar digit : combo.Text()) {
-        if (!IsDigit(digit))
-            break;
-        const int next = number * 10 + (digit.unicode() - u'0');
-        if (next < low || next > high)
-            break;
-        number = next;
-    }
-    return number;
+    return TypedNumber(combo.Text(), low, high);
 }
 
 } // namespace qor

@@ -1,4 +1,4 @@
-#include "interchange/DelimitedReader.h"
+#include "rules/DelimitedReader.h"
 
 #include "platform/runtime/RuntimeError.h"
 
@@ -57,7 +57,7 @@ QByteArray DelimitedReader::ReadChunk()
     QByteArray chunk(chunkSize, Qt::Uninitialized);
     const qint64 size = mDevice.read(chunk.data(), chunkSize);
     if (size < 0) {
-        throw RuntimeError(ErrorNumber::Provider,
+        throw RuntimeError(ErrorNumber::DeviceIO,
                            u"The file cannot be read: %1. Check that it is still there."_s.arg(mDevice.errorString()));
     }
     chunk.truncate(size);
@@ -186,7 +186,7 @@ void DelimitedReader::Add(QByteArray& field, int byte)
 {
     if (field.size() == highestFieldLength) {
         throw RuntimeError(
-            ErrorNumber::InputPastEnd,
+            ErrorNumber::InvalidFileFormat,
             u"A field is longer than %1 bytes. Check that the file is a directory list."_s.arg(highestFieldLength));
     }
     field += static_cast<char>(byte);

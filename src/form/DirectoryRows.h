@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/ui/ListItems.h"
+#include "rules/DirectoryNode.h"
 
 #include <QColor>
 
@@ -20,15 +21,6 @@ enum class DirectoryColumn : int {
     SortKey = 6, ///< only after a numeric sort
 };
 
-struct DirectoryEntry
-{
-    QString LastName;
-    QString FirstName;
-    QString Extension;
-    QString Prompt;
-    QString Password;
-};
-
 inline const QColor invalidRowColour(255, 0, 0);
 inline const QColor soundRowColour(0, 0, 0);
 
@@ -36,18 +28,21 @@ inline const QColor soundRowColour(0, 0, 0);
 QString RowKey(int number);
 
 /// A row for the list: the number as its text, the key made of it, and the five sub-items.
-ListRow EntryRow(int number, const DirectoryEntry& entry);
+ListRow EntryRow(int number, DirectoryEntry entry);
 
 QString EntryText(const ListView& list, int row, DirectoryColumn column);
-
-/// Whether a row may be saved: both names and an extension that passes the numeric test.
-bool IsSoundRow(const ListView& list, int row);
+DirectoryEntry EntryAt(const ListView& list, int row);
+/// All entries in the order of their rows.
+std::vector<DirectoryEntry> EntriesOf(const ListView& list);
 
 /// Gives the cells that carry the mark of an invalid row this colour.
 void PaintRow(ListView& list, int row, const QColor& colour);
 
 /// The list view's settings and its six columns; rows that are in the list stay.
 void ResetDirectoryListView(ListView& list);
+
+/// Forgets what the list is sorted by; its rows stay where they are.
+void ForgetSort(ListView& list);
 
 /// The number of selected rows, asked of the list view as a message.
 int GetSelectedCount(const ListView& list);

@@ -1,4 +1,4 @@
-// Reads fields that commas and line ends part, from any device, in bounded memory.
+// Splits a text at commas and line ends into fields, from any device, in bounded memory.
 #pragma once
 
 #include "platform/runtime/Text.h"

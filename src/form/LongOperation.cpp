@@ -1,18 +1,20 @@
-#include "form/BusyForm.h"
+#include "form/LongOperation.h"
 
 #include "form/EditorForm.h"
+#include "platform/ui/PendingInput.h"
 
 namespace qor {
 
-BusyForm::BusyForm(EditorForm& form) : mForm(form), mFocus(form.focusWidget())
+LongOperation::LongOperation(EditorForm& form) : mForm(form), mFocus(form.focusWidget())
 {
     mForm.Frame1->setEnabled(false);
     mForm.StatusBar1->show();
 }
 
-BusyForm::~BusyForm()
+LongOperation::~LongOperation()
 {
     mForm.StatusBar1->hide();
+    DropPendingInput(mForm);
     mForm.Frame1->setEnabled(true);
     if (mFocus)
         mFocus->setFocus();

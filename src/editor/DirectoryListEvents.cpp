@@ -1,4 +1,4 @@
-#include "form/DirectoryListEvents.h"
+#include "editor/DirectoryListEvents.h"
 
 #include "form/EditorForm.h"
 #include "platform/runtime/ErrorReport.h"
@@ -31,27 +31,18 @@ void DirectoryListEvents::LVDirectory_ItemClick(int row)
         // fields.
         LVDirectory.EnsureVisible(row);
         mForm.LayEntryEditors(row);
-        FillEntryEditors(row);
+        mForm.FillEntryEditors(row);
         mForm.txtLastName->setFocus();
     });
-}
-
-void DirectoryListEvents::FillEntryEditors(int row)
-{
-    mForm.txtLastName->setText(EntryText(LVDirectory, row, DirectoryColumn::LastName));
-    mForm.txtFirstName->setText(EntryText(LVDirectory, row, DirectoryColumn::FirstName));
-    mForm.txtExtension->setText(EntryText(LVDirectory, row, DirectoryColumn::Extension));
-    mForm.cmbPromptNumber->SetText(EntryText(LVDirectory, row, DirectoryColumn::Prompt));
-    mForm.txtPassword->setText(EntryText(LVDirectory, row, DirectoryColumn::Password));
 }
 
 void DirectoryListEvents::LVDirectory_MouseUp()
 {
     // The report names another list; those who read reports know it by that name.
     ReportErrors(u"LVActions_MouseUp"_s, [&] {
-        for (TextBox* editor : {mForm.txtLastName, mForm.txtFirstName, mForm.txtExtension, mForm.txtPassword}) {
-            if (!editor->isHidden())
-                editor->end(false);
+        for (const EntryEditor& editor : mForm.EntryEditors()) {
+            if (TextBox* box = editor.Text(); box && !box->isHidden())
+                box->end(false);
         }
     });
 }

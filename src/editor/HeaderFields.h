@@ -1,14 +1,16 @@
 // The fields of the node itself: they keep what is typed within the rules and mark the node as changed.
 #pragma once
 
+#include "platform/runtime/Text.h"
+
 namespace qor {
 
 class EditorForm;
 
-class NodeHeader
+class HeaderFields
 {
 public:
-    explicit NodeHeader(EditorForm& form) : mForm(form) {}
+    explicit HeaderFields(EditorForm& form) : mForm(form) {}
 
     void txtDescription_Change();
     void cmbUsePasswords_Click();
@@ -20,5 +22,9 @@ public:
 private:
     EditorForm& mForm;
 };
+
+/// "OK", or "" after telling the user that a code of one to three characters is too short; then the code is
+/// selected and has the focus.
+QString CheckAccessCode(EditorForm& form);
 
 } // namespace qor

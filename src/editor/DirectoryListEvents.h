@@ -11,7 +11,7 @@ class DirectoryListEvents
 public:
     explicit DirectoryListEvents(EditorForm& form);
 
-    /// In edit mode the in-place fields are laid over the row and filled from it.
+    /// In edit mode the in-place fields are laid over the row and show its texts.
     void LVDirectory_ItemClick(int row);
     /// Puts the caret of the shown in-place fields behind their texts, so that typing goes on there.
     void LVDirectory_MouseUp();
@@ -24,7 +24,6 @@ public:
     void LVDirectory_KeyPress(int character);
 
 private:
-    void FillEntryEditors(int row);
     void SortByText(int column);
     void SortByNumber(int column);
 

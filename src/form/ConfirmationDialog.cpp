@@ -1,7 +1,8 @@
-#include "rules/ConfirmationDialog.h"
+#include "form/ConfirmationDialog.h"
 
 #include "platform/com/Dispatch.h"
 #include "platform/runtime/ErrorReport.h"
+#include "rules/MessageNodes.h"
 
 #include <array>
 #include <QApplication>

@@ -1,0 +1,88 @@
+#include "rules/NodeLoading.h"
+#include "editor/BusinessRules.h"
+#include "editor/ShownNode.h"
+#include "form/EditorForm.h"
+#include "form/ModuleState.h"
+#include "platform/runtime/ErrorReport.h"
+#include "platform/ui/MsgBox.h"
+#include "platform/ui/Screen.h"
+
+namespace qor {
+
+namespace {
+
+/// Only a new node's editor lists the node that it is for, number 0, and those below.
+void FillRecordSelector(EditorForm& form, const std::vector<qint16>& numbers, bool isNewNode, qint16 shown)
+{
+    int selected = 0;
+    for (const qint16 number : numbers) {
+        if (!isNewNode && number <= 0)
+            continue;
+        form.cmbNode->AddItem(u"DIR "_s + QString::number(number), number);
+        if (number == shown)
+            selected = form.cmbNode->ListCount() - 1;
+    }
+    if (form.cmbNode->ListCount() > 0)
+        form.cmbNode->FillListIndex(selected);
+}
+
+void RequireUsable(const DirectoryNodeNumbers& nodes)
+{
+    if (nodes.unusable.isEmpty())
+        return;
+    throw RuntimeError(ErrorNumber::Overflow,
+                       u"The number of a directory node must be a whole one from -32768 to 32767; left out: %1. "
+                       "Correct NodeNumber in Node_DIR."_s.arg(nodes.unusable.join(u", "_s)));
+}
+
+void ShowPosition(EditorForm& form)
+{
+    form.lblRecordPosition->setText(u"%1 of %2"_s.arg(form.cmbNode->ListIndex() + 1).arg(form.cmbNode->ListCount()));
+    form.EnableNavigationButtons();
+}
+
+} // namespace
+
+void BusinessRules::LoadExistingNodesInRecordSelector(EditorForm& form, qint16 nodeNumber)
+{
+    ReportErrors(u"LoadExistingNodesInRecordSelector"_s, [&] {
+        const DirectoryNodeNumbers nodes = FindDirectoryNodes(mDataBase, form.PartitionShown());
+        FillRecordSelector(form, nodes.numbers, IsNewNode, nodeNumber);
+        if (IsNewNode) {
+            form.HideNavigation();
+            form.CompactLayoutWithoutNavigation();
+        }
+        RequireUsable(nodes);
+    });
+}
+
+bool BusinessRules::LoadPromptMSGNodeNumber(EditorForm& form)
+{
+    return ReportErrors(u"LoadPromptMSGNodeNumber"_s, [&] {
+        form.SetHighestMessageNode(0);
+        form.SetHighestMessageNode(HighestMessageNode(mDataBase, form.PartitionShown()).value_or(0));
+        if (form.HighestMessageNode() > 0)
+            return true;
+        Module().PendingMessage =
+            u"Please check the \"Max Number of each Node\" Section for MSG Node in Partition Settings."_s;
+        return false;
+    });
+}
+
+bool BusinessRules::LoadData(EditorForm& form, qint16 nodeNumber)
+{
+    return ReportErrors(u"LoadData"_s, [&] {
+        std::optional<HourglassPointer> hourglass(std::in_place);
+        auto node = LoadNode(mDataBase, {form.PartitionShown(), nodeNumber}, form.HighestMessageNode());
+        if (!node) {
+            hourglass.reset();
+            MsgBox(u"DIR %1 doesn't exist."_s.arg(nodeNumber), MsgBoxStyle::Information, u"Information"_s);
+            return false;
+        }
+        ShowNode(form, std::move(*node));
+        ShowPosition(form);
+        return true;
+    });
+}
+
+} // namespace qor

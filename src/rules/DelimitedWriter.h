@@ -1,0 +1,16 @@
+// Writes records that DelimitedReader reads back.
+#pragma once
+
+#include <QStringList>
+
+namespace qor {
+
+enum class Quoting {
+    Always,
+    WhereNeeded, ///< only fields that would not be read back without
+};
+
+/// One record without its line end: the fields with commas between, in double quotes, those inside doubled.
+QString DelimitedLine(const QStringList& fields, Quoting quoting = Quoting::Always);
+
+} // namespace qor

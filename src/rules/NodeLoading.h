@@ -1,0 +1,30 @@
+// Reading directory nodes and what a partition says of them out of the configuration database. Every function
+// raises RuntimeError when the database cannot be read.
+#pragma once
+
+#include "rules/DirectoryNode.h"
+
+#include <optional>
+#include <QStringList>
+
+namespace qor {
+
+class DataBase;
+
+/// The directory nodes of a partition.
+struct DirectoryNodeNumbers
+{
+    std::vector<qint16> numbers; ///< in ascending order
+    QStringList unusable;        ///< stored numbers that are no whole number of 16 bits
+};
+DirectoryNodeNumbers FindDirectoryNodes(DataBase& dataBase, const Partition& partition);
+
+/// The highest number that a message node of the partition may have; nothing where it is not defined, or is not a whole
+/// number above 0. One that is no number, or is not of 16 bits, raises RuntimeError.
+std::optional<qint16> HighestMessageNode(DataBase& dataBase, const Partition& partition);
+
+/// A node with its entries, or nothing when it does not exist. What is missing is replaced, so that every value can be
+/// shown; a starting prompt that is not from 1 to highestMessageNode becomes 1.
+std::optional<DirectoryNode> LoadNode(DataBase& dataBase, const NodeIdentity& identity, int highestMessageNode);
+
+} // namespace qor

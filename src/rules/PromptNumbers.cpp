@@ -1,0 +1,52 @@
+#include "rules/PromptNumbers.h"
+
+#include "platform/runtime/Numbers.h"
+#include "rules/CommandValues.h"
+#include "store/DataBase.h"
+
+#include <algorithm>
+
+namespace qor {
+
+namespace {
+
+/// The first of the numbers first..last that no message node has, or 0. The numbers in use come sorted, so
+/// one walk over them finds it.
+int FirstFreeNumber(const MessageNodeNumbers& used, int first, int last)
+{
+    int candidate = first;
+    for (auto number = std::lower_bound(used.begin(), used.end(), first); number != used.end(); ++number) {
+        if (*number > candidate)
+            break;
+        candidate = *number + 1;
+    }
+    return candidate <= last ? candidate : 0;
+}
+
+} // namespace
+
+MessageNodeNumbers UsedMessageNodeNumbers(DataBase& dataBase, const Partition& partition)
+{
+    Recordset rows = dataBase.Open(CommandId::Get_All_Existing_MSG_NodeNumber, ValuesOf(partition));
+    MessageNodeNumbers numbers;
+    numbers.reserve(static_cast<std::size_t>(rows.RecordCount()));
+    for (; !rows.EndOfFile(); rows.MoveNext()) {
+        if (const auto number = WholeNumber(rows.Field(0))) // the engine keeps any text
+            numbers.push_back(*number);
+    }
+    std::sort(numbers.begin(), numbers.end()); // it sorts a number that is kept as a text behind the others
+    return numbers;
+}
+
+qint16 PromptNumbers::Next(const QString& startingPrompt, int highest, const MessageNodeNumbers& used)
+{
+    if (mLast == 0)
+        mLast = LeadingNumber(startingPrompt).value_or(1) - 1;
+    mLast = mLast == highest ? 1 : mLast + 1;
+    const int free = FirstFreeNumber(used, mLast, highest);
+    if (free > 0)
+        mLast = free;
+    return static_cast<qint16>(free);
+}
+
+} // namespace qor

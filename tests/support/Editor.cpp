@@ -1,0 +1,226 @@
+#include "Editor.h"
+
+#include "QOR_DIR_Node.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QComboBox>
+#include <QHeaderView>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QTest>
+
+namespace qor {
+
+namespace {
+
+constexpr int lookEvery = 1; // ms
+
+void CallLibrary(int config, int partition, int node)
+{
+    IClassFactory* factory = nullptr;
+    _BusinessRules* rules = nullptr;
+    DllGetClassObject(CLSID_BusinessRules, IID_IClassFactory, reinterpret_cast<void**>(&factory));
+    factory->CreateInstance(nullptr, IID__BusinessRules, reinterpret_cast<void**>(&rules));
+    factory->Release();
+    rules->ShowNodeEditor(static_cast<std::int16_t>(config), static_cast<std::int16_t>(partition),
+                          static_cast<std::int16_t>(node), nullptr);
+    rules->Release();
+}
+
+void Require(bool condition, const char* reason)
+{
+    if (!condition)
+        QTest::qFail(reason, __FILE__, __LINE__);
+}
+
+} // namespace
+
+void Editor::Open(int config, int partition, int node, const User& user, std::initializer_list<ExpectedBox> before)
+{
+    BoxScript boxes(before);
+    bool opened = false;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
+        auto* form = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        if (!form || !form->inherits("qor::Form") || !form->isActiveWindow())
+            return;
+        timer.stop();
+        opened = true;
+        Editor editor(*form, boxes);
+        if (user)
+            user(editor);
+        editor.Leave();
+    });
+    timer.start(lookEvery);
+    CallLibrary(config, partition, node);
+    Require(DllCanUnloadNow() == S_OK, "the library counts objects that are gone");
+    Require(opened == static_cast<bool>(user), "the editor came, or did not, against what was expected");
+}
+
+QWidget& Editor::FindControl(const char* name) const
+{
+    auto* control = mForm.findChild<QWidget*>(QLatin1String(name));
+    if (!control)
+        qFatal("the form has no %s", name);
+    return *control;
+}
+
+QLineEdit& Editor::Field(const char* name) const
+{
+    QWidget& control = FindControl(name);
+    const auto* combo = qobject_cast<QComboBox*>(&control);
+    return combo ? *combo->lineEdit() : *qobject_cast<QLineEdit*>(&control);
+}
+
+Editor& Editor::Click(const char* button)
+{
+    Require(Find(button).isVisible(), button);
+    QTest::mouseClick(&Find(button), Qt::LeftButton);
+    return *this;
+}
+
+Editor& Editor::ClickRow(int row, Qt::KeyboardModifiers modifiers, Qt::MouseButton button)
+{
+    List().scrollTo(List().model()->index(row, 2));
+    QTest::mouseClick(List().viewport(), button, modifiers, CellRect(row, 2).center());
+    return *this;
+}
+
+Editor& Editor::ClickHeader(int column, bool again)
+{
+    const QHeaderView& header = *List().horizontalHeader();
+    const QPoint place(header.sectionViewportPosition(column) + 20, 8);
+    if (again)
+        QTest::mouseDClick(header.viewport(), Qt::LeftButton, {}, place); // the second press
+    else
+        QTest::mouseClick(header.viewport(), Qt::LeftButton, {}, place);
+    return *this;
+}
+
+Editor& Editor::Keys(const char* keys)
+{
+    QTest::keySequence(mForm.focusWidget(), QKeySequence(QLatin1String(keys)));
+    const auto buttons = mForm.findChildren<QPushButton*>(); // a mnemonic presses its button for a moment
+    Require(QTest::qWaitFor(
+                [&] { return std::none_of(buttons.begin(), buttons.end(), std::mem_fn(&QPushButton::isDown)); }),
+            "a button stays down");
+    return *this;
+}
+
+/// Behind a box the form becomes the active window a moment later.
+void Editor::Activate()
+{
+    mForm.activateWindow();
+    Require(!IsOpen() || QTest::qWaitForWindowActive(&mForm), "the form does not become active");
+}
+
+Editor& Editor::FocusOn(const char* control)
+{
+    Activate();
+    Find(control).show();
+    Find(control).setFocus(Qt::TabFocusReason);
+    return *this;
+}
+
+Editor& Editor::Type(const char* field, const QString& text)
+{
+    FocusOn(field);
+    Field(field).selectAll();
+    if (text.isEmpty())
+        QTest::keyClick(&Field(field), Qt::Key_Backspace);
+    else
+        QTest::keyClicks(&Field(field), text);
+    return *this;
+}
+
+Editor& Editor::Paste(const char* field, const QString& text)
+{
+    FocusOn(field);
+    Field(field).selectAll();
+    QGuiApplication::clipboard()->setText(text);
+    QTest::keySequence(&Field(field), QKeySequence::Paste);
+    return *this;
+}
+
+Editor& Editor::Choose(const char* combo, const QString& item)
+{
+    auto& box = Find<QComboBox>(combo);
+    box.setFocus();
+    box.showPopup();
+    box.view()->setCurrentIndex(box.model()->index(box.findText(item), 0));
+    QTest::keyClick(box.view(), Qt::Key_Enter);
+    return *this;
+}
+
+Editor& Editor::QueueRemoval()
+{
+    QWidget& button = Find("cmdDirRemove");
+    const QPointF place = button.rect().center();
+    for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease})
+        QCoreApplication::postEvent(
+            &button, new QMouseEvent(type, place, button.mapToGlobal(place), Qt::LeftButton, Qt::LeftButton, {}));
+    QCoreApplication::postEvent(&List(), new QKeyEvent(QEvent::KeyPress, Qt::Key_Delete, {}));
+    return *this;
+}
+
+QString Editor::Text(const char* control) const
+{
+    const QWidget& shown = Find(control);
+    return shown.property(qobject_cast<const QComboBox*>(&shown) ? "currentText" : "text").toString();
+}
+
+QStringList Editor::Rows() const
+{
+    QStringList rows;
+    for (int row = 0; row < RowCount(); ++row) {
+        QStringList texts;
+        for (int column = 1; column <= 5; ++column)
+            texts << Cell(row, column);
+        rows << texts.join(u'|');
+    }
+    return rows;
+}
+
+QList<int> Editor::Selected() const
+{
+    QList<int> rows;
+    for (int row = 0; row < RowCount(); ++row) {
+        if (List().selectionModel()->isRowSelected(row))
+            rows << row;
+    }
+    return rows;
+}
+
+QString Editor::Red(int row) const
+{
+    QString cells;
+    for (int column = 0; column <= 5; ++column) {
+        const QVariant colour = List().model()->index(row, column).data(Qt::ForegroundRole);
+        cells += colour.isValid() && colour.value<QColor>() == Qt::red ? u'r' : u'-';
+    }
+    return cells;
+}
+
+/// A form that stays open all the same would keep the test waiting.
+void Editor::Leave()
+{
+    Expected();
+    Require(!QGuiApplication::overrideCursor(), "the pointer is not as it was");
+    if (!IsOpen())
+        return;
+    Require(Find("Frame1").isEnabled() && Find("StatusBar1").isHidden(), "the form is left as in a long operation");
+    if (IsDirty() || Text("cmdDirEdit").contains(u"Off"))
+        Expect(SaveQuestion(QMessageBox::No));
+    Close().Expected();
+    if (IsOpen())
+        mForm.done(0);
+}
+
+bool CompareAt(int line, const QString& actual, const QString& expected)
+{
+    const QByteArray place = "the case in line " + QByteArray::number(line);
+    return QTest::qCompare(actual, expected, place, "expected", __FILE__, __LINE__);
+}
+
+} // namespace qor

@@ -1,0 +1,90 @@
+// The editor in its user's hands: the built library is called as a host calls it, the form is known by the names of its
+// controls, keys and clicks go in.
+#pragma once
+
+#include "support/BoxScript.h"
+
+#include <QDialog>
+#include <QLineEdit>
+#include <QTableView>
+
+namespace qor {
+
+class Editor
+{
+public:
+    using User = std::function<void(Editor& editor)>;
+
+    /// Opens the editor and hands it to its user once it is on screen; what the user leaves open is closed without
+    /// saving. `before`: boxes that come earlier. Without a user none may come up.
+    static void Open(int config, int partition, int node, const User& user,
+                     std::initializer_list<ExpectedBox> before = {});
+
+    /// A control of the form, shown or hidden.
+    template <typename Control = QWidget>
+    Control& Find(const char* name) const
+    {
+        return *qobject_cast<Control*>(&FindControl(name));
+    }
+    QTableView& List() const { return Find<QTableView>("LVDirectory"); }
+    /// A text field, or a combo box's.
+    QLineEdit& Field(const char* name) const;
+
+    Editor& Click(const char* button);
+    Editor& ClickRow(int row, Qt::KeyboardModifiers modifiers = {}, Qt::MouseButton button = Qt::LeftButton);
+    /// again: as the second of two quick clicks.
+    Editor& ClickHeader(int column, bool again = false);
+    /// Presses keys on the control that has the focus.
+    Editor& Keys(const char* keys);
+    /// Shows a field that is hidden.
+    Editor& FocusOn(const char* control);
+    Editor& ListKeys(const char* keys) { return FocusOn("LVDirectory").Keys(keys); }
+    /// Types or pastes over the whole text of a field; an empty text erases it.
+    Editor& Type(const char* field, const QString& text);
+    Editor& Paste(const char* field, const QString& text);
+    /// Takes an item from a combo box's list.
+    Editor& Choose(const char* combo, const QString& item);
+    Editor& Close() { return mForm.close(), *this; }
+    /// Queues a click on cmdDirRemove and the Delete key, as from hands that do not wait for what they began.
+    Editor& QueueRemoval();
+
+    /// Boxes and dialogs that come next, in their order.
+    template <typename... Boxes>
+    Editor& Expect(const Boxes&... boxes)
+    {
+        (mBoxes.Expect(boxes), ...);
+        return *this;
+    }
+    /// Fails the test unless all that was expected came.
+    Editor& Expected() { return mBoxes.Verify(), *this; }
+
+    bool IsOpen() const { return mForm.isVisible(); }
+    bool IsDirty() const { return Find("cmdApply").isEnabled(); }
+    /// What a label, button, field or combo box shows.
+    QString Text(const char* control) const;
+    /// The name of the control that has the focus.
+    QString Focus() const { return mForm.focusWidget() ? mForm.focusWidget()->objectName() : QString(); }
+    int RowCount() const { return List().model()->rowCount(); }
+    QString Cell(int row, int column) const { return List().model()->index(row, column).data().toString(); }
+    QRect CellRect(int row, int column) const { return List().visualRect(List().model()->index(row, column)); }
+    bool IsInView(int row) const { return List().viewport()->rect().contains(CellRect(row, 1).center()); }
+    /// "Smith|Anne|101|1|1" of each row.
+    QStringList Rows() const;
+    QList<int> Selected() const;
+    /// "-rrrr-": which of a row's cells are red.
+    QString Red(int row) const;
+
+private:
+    Editor(QDialog& form, BoxScript& boxes) : mForm(form), mBoxes(boxes) {}
+    QWidget& FindControl(const char* name) const;
+    void Activate();
+    void Leave();
+
+    QDialog& mForm;
+    BoxScript& mBoxes;
+};
+
+/// Compares two texts and tells the line of the case.
+bool CompareAt(int line, const QString& actual, const QString& expected);
+
+} // namespace qor
