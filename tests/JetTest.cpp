@@ -20,12 +20,6 @@ QByteArray Utf16(QStringView text)
     return {reinterpret_cast<const char*>(text.utf16()), 2 * text.size()};
 }
 
-void WorkForever()
-{
-    while (getpid() != 0) {
-    }
-}
-
 } // namespace
 
 class JetTest : public QObject
@@ -64,9 +58,8 @@ int JetTest::DirDb(const QStringList& arguments)
     const QString folder = Path(u"tmp"_s);
     const Outcome outcome = RunProgram(
         u"env"_s, QStringList{u"TMPDIR="_s + folder, u"MDBICONV=ISO-8859-1"_s, QStringLiteral(DIR_DB)} + arguments);
-    const QStringList left = EntriesOf(folder);
-    mSaid = outcome.errors + outcome.output + left.join(u'\n');
-    return left.isEmpty() ? outcome.exitCode : -1;
+    mSaid = outcome.errors + outcome.output + EntriesOf(folder).join(u'\n');
+    return EntriesOf(folder).isEmpty() ? outcome.exitCode : -1;
 }
 
 void JetTest::readsValues()
@@ -84,14 +77,18 @@ void JetTest::readsValues()
 void JetTest::containsFaults()
 {
     const auto ending = [](void (*work)()) {
-        const auto whole = [&] { return work(), QByteArray("done"); };
-        return RunContained(whole, {.processorSeconds = 1, .bytes = 32'000'000}).ending;
+        return RunContained([&] { return work(), QByteArray("done"); }, {.processorSeconds = 1, .bytes = 32'000'000})
+            .ending;
     };
     QCOMPARE(ending([] {}), Ending::Done);
     QCOMPARE(ending([] { std::signal(SIGSEGV, SIG_DFL), std::raise(SIGSEGV); }), Ending::Failed);
     QCOMPARE(ending([] { throw RuntimeError(ErrorNumber::Provider, u"fault"_s); }), Ending::Failed);
     QCOMPARE(ending([] { QByteArray(256'000'000, 'x').squeeze(); }), Ending::Failed);
-    QCOMPARE(ending(WorkForever), Ending::TookTooLong);
+    QCOMPARE(ending([] {
+                 while (getpid() != 0)
+                     continue;
+             }),
+             Ending::TookTooLong);
 }
 
 void JetTest::importsTheFile()
@@ -103,11 +100,10 @@ void JetTest::importsTheFile()
     QCOMPARE(EntriesOf(mFolder->path()), QStringList({u"new.mdb"_s, u"source.mdb"_s, u"tmp"_s}));
     QVERIFY(ReadFile(Path(u"source.mdb"_s)) == mSource);
     const auto value = [&](const QString& query) { return Query(Path(u"new.mdb"_s), query).value(0); };
-    const QString entry = u"SELECT %1 FROM Detail_DIR WHERE NodeMasterID = 7 AND SequenceNo = %2"_s;
-    QCOMPARE(value(entry.arg(u"LastName || FirstName || Extension || Password"_s).arg(7)), u"DvořákPetr20061006"_s);
-    QCOMPARE(value(entry.arg(u"NamePrompt IS NULL"_s).arg(4)), u"1"_s);
-    QCOMPARE(value(entry.arg(u"FirstName IS NULL"_s).arg(12)), u"1"_s);
-    QCOMPARE(value(entry.arg(u"LastName = ''"_s).arg(11)), u"1"_s);
+    const QString entries = u"SELECT group_concat(%1) FROM Detail_DIR WHERE NodeMasterID = 7 AND SequenceNo IN (%2)"_s;
+    QCOMPARE(value(entries.arg(u"LastName || FirstName || Extension || Password"_s, u"7"_s)), u"DvořákPetr20061006"_s);
+    QCOMPARE(value(entries.arg(u"(NamePrompt IS NULL) || (FirstName IS NULL) || (LastName = '')"_s, u"4, 11, 12"_s)),
+             u"100,001,010"_s);
     QCOMPARE(value(u"SELECT group_concat(OnOff) FROM Node_MSG"_s), u"1,0,1,0,1,0,1,0,1,0"_s);
     QCOMPARE(value(u"SELECT Comment FROM Node_MSG WHERE NodeNumber = 9"_s),
              u"A longer comment,\r\nwith a second line; ünïcödé €"_s);
@@ -134,21 +130,20 @@ void JetTest::meetsFaults_data()
     QTest::addColumn<QByteArray>("source");
     QTest::addColumn<int>("exitCode");
     QTest::addColumn<QString>("said");
-    const auto file = [](const char* said, const QByteArray& source) {
-        QTest::newRow(said) << source << 1 << QString::fromUtf8(said);
+    const auto row = [](int exitCode, const char* said, const QByteArray& source) {
+        QTest::newRow(said) << source << exitCode << QString::fromUtf8(said);
     };
-    file("it is empty", "");
-    file("it is not a Jet database", "Smith,Anne,101\r\n");
-    file("it is a SQLite database", "SQLite format 3" + QByteArray(4081, '\0'));
-    file("it is a Jet 3 database", QByteArray(mSource).replace(20, 1, QByteArray(1, '\0')));
-    file("it is newer than Jet 4", QByteArray(mSource).replace("Jet", "ACE"));
-    file("it is cut off or damaged", mSource.left(32));
+    const auto change = [&](int exitCode, const char* said, const QByteArray& from, const QByteArray& to) {
+        row(exitCode, said, QByteArray(mSource).replace(from, to));
+    };
+    row(1, "it is empty", "");
+    row(1, "it is not a Jet database", "Smith,Anne,101\r\n");
+    row(1, "it is a SQLite database", "SQLite format 3" + QByteArray(4081, '\0'));
+    row(1, "it is a Jet 3 database", QByteArray(mSource).replace(20, 1, QByteArray(1, '\0')));
+    change(1, "it is newer than Jet 4", "Jet", "ACE");
+    row(1, "it is cut off or damaged", mSource.left(32));
     for (const qsizetype pages : {1, 2, 15, 25, 40, 52, 54})
         QTest::addRow("%d pages", static_cast<int>(pages)) << mSource.left(pages * 4096) << 1 << u"damaged"_s;
-
-    const auto change = [&](int exitCode, const char* said, const QByteArray& from, const QByteArray& to) {
-        QTest::newRow(said) << QByteArray(mSource).replace(from, to) << exitCode << QString::fromUtf8(said);
-    };
     const auto hex = &QByteArray::fromHex;
     change(3, "NodeType_ID) = (1, 1, 0): 2 rows", hex("0400 0100 0200 0000 0000 0f"),
            hex("0400 0100 0100 0000 0000 0f"));
@@ -171,8 +166,8 @@ void JetTest::meetsFaults()
     QFETCH(int, exitCode);
     QFETCH(QString, said);
     WriteFile(Path(u"source.mdb"_s), source);
-    QVERIFY2(Import() == exitCode, qPrintable(mSaid));
-    QVERIFY2(mSaid.contains(said) && (exitCode == 3 || mSaid.count(u'\n') == 1), qPrintable(mSaid));
+    QVERIFY2(Import() == exitCode && mSaid.contains(said), qPrintable(mSaid));
+    QVERIFY2(exitCode == 3 || mSaid.count(u'\n') == 1, qPrintable(mSaid));
     QCOMPARE(EntriesOf(mFolder->path()).size(), exitCode == 3 ? 3 : 2);
 }
 

@@ -1,11 +1,10 @@
 #include "Check.h"
 
 #include "EntryFindings.h"
-#include "platform/data/Connection.h"
 #include "platform/runtime/RuntimeError.h"
 #include "Query.h"
 #include "Schema.h"
-#include "store/CommandCatalog.h"
+#include "store/DataBase.h"
 
 #include <algorithm>
 #include <QHash>
@@ -92,11 +91,12 @@ QStringList SchemaReasons(Connection& connection)
     return reasons;
 }
 
-void LookAtContents(Connection& connection, CheckResult& result)
+void LookAtContents(DataBase& dataBase, CheckResult& result)
 {
+    Connection& connection = dataBase.Conn;
     result.directoryNodes = CountOf(connection, u"Node_DIR WHERE NodeTypeID = ?1"_s, {NODE_TYPE_DIR});
     result.entries = CountOf(connection, u"Detail_DIR"_s);
-    result.findings = FindInEntries(connection);
+    result.findings = FindInEntries(dataBase);
 }
 
 /// A step that the damage stops does not keep the next ones from telling what they find.
@@ -114,15 +114,15 @@ void Collect(QStringList& reasons, Step step)
 
 CheckResult CheckDatabase(const QString& fileName)
 {
-    Connection connection;
-    connection.SetConnectionString(ConnectionStringFor(fileName));
+    DataBase dataBase(ConnectionStringFor(fileName));
+    Connection& connection = dataBase.Conn;
     connection.Open();
     CheckResult result;
     Collect(result.reasons, [&] { return IntegrityReasons(connection); });
     Collect(result.reasons, [&] { return SchemaReasons(connection); });
     result.reasons.removeDuplicates();
     if (result.reasons.isEmpty())
-        LookAtContents(connection, result);
+        LookAtContents(dataBase, result);
     return result;
 }
 

@@ -2,155 +2,181 @@
 
 #include "platform/runtime/Numbers.h"
 #include "Query.h"
+#include "rules/EntryColumns.h"
+#include "rules/MessageNodes.h"
+#include "rules/PromptNumbers.h"
+#include "rules/Validation.h"
+#include "store/DataBase.h"
 
 #include <algorithm>
-#include <array>
 #include <map>
 #include <QSet>
-#include <vector>
+#include <set>
 
 namespace qor {
 
 namespace {
 
-enum class Field { LastName, FirstName, Extension, NamePrompt, Password };
-
-/// What the editor shows for a value that is missing, in the order of the fields.
-struct ShownField
+struct StoredDirectory
 {
-    const char* column;
-    const char* whenMissing;
-};
-constexpr std::array fields{
-    ShownField{"LastName", "UNKNOWN"}, ShownField{"FirstName", "UNKNOWN"}, ShownField{"Extension", "1"},
-    ShownField{"NamePrompt", "1"},     ShownField{"Password", "1"},
-};
+    QString name;                        ///< "configuration 1, partition 1, DIR 7"
+    std::optional<Partition> partition;  ///< none for one that the editor cannot be opened on
+    std::vector<DirectoryEntry> entries; ///< as the editor shows them
+    QStringList positions;               ///< of the entries
+    QList<QStringList> replacedColumns;  ///< of the entries
 
-struct ShownEntry
-{
-    QString partition; ///< "ConfigID, PartID"
-    QString directory; ///< "configuration 1, partition 1, DIR 7"
-    QString position;
-    QStringList values;   ///< by Field
-    QStringList replaced; ///< columns in whose place a default is shown
-
-    const QString& Value(Field field) const { return values.at(static_cast<int>(field)); }
-    QString Place() const { return u"%1, entry %2"_s.arg(directory, position); }
-};
-
-/// A prompt that is no whole number from 1 to 999 is shown as a missing one.
-QString ShownText(const ShownField& field, const QString& stored)
-{
-    if (field.column != fields.at(static_cast<std::size_t>(Field::NamePrompt)).column)
-        return stored;
-    const int prompt = stored.trimmed().toInt();
-    return prompt >= 1 && prompt <= 999 ? QString::number(prompt) : QString();
-}
-
-ShownEntry ReadEntry(const Recordset& rows)
-{
-    const QString config = rows.Field(u"ConfigID"_s).toString();
-    const QString partition = rows.Field(u"PartID"_s).toString();
-    ShownEntry entry{.partition = config + u", "_s + partition,
-                     .directory = u"configuration %1, partition %2, DIR %3"_s.arg(
-                         config, partition, rows.Field(u"NodeMasterID"_s).toString()),
-                     .position = rows.Field(u"SequenceNo"_s).toString(),
-                     .values = {},
-                     .replaced = {}};
-    for (const ShownField& field : fields) {
-        const QString column = QString::fromLatin1(field.column);
-        const QString text = ShownText(field, rows.Field(column).toString());
-        entry.values << (text.isEmpty() ? QString::fromLatin1(field.whenMissing) : text);
-        if (text.isEmpty())
-            entry.replaced << column;
+    QString Place(std::size_t row) const
+    {
+        return u"%1, entry %2"_s.arg(name, positions.at(static_cast<qsizetype>(row)));
     }
-    return entry;
+};
+using StoredDirectories = std::vector<StoredDirectory>;
+
+QString DirectoryName(const Recordset& rows)
+{
+    return u"configuration %1, partition %2, DIR %3"_s.arg(rows.Field(u"ConfigID"_s).toString(),
+                                                           rows.Field(u"PartID"_s).toString(),
+                                                           rows.Field(u"NodeMasterID"_s).toString());
 }
 
-std::vector<ShownEntry> ReadEntries(Connection& connection)
+std::optional<Partition> PartitionOf(const Recordset& rows)
 {
-    std::vector<ShownEntry> entries;
+    const auto config = WholeNumber16(rows.Field(u"ConfigID"_s));
+    const auto number = WholeNumber16(rows.Field(u"PartID"_s));
+    return config && number ? std::optional(Partition{*config, *number}) : std::nullopt;
+}
+
+StoredDirectories ReadDirectories(Connection& connection)
+{
     Recordset rows =
         Query(connection, u"SELECT * FROM Detail_DIR ORDER BY ConfigID, PartID, NodeMasterID, SequenceNo"_s);
-    for (; !rows.EndOfFile(); rows.MoveNext())
-        entries.push_back(ReadEntry(rows));
-    return entries;
+    const EntryReader reader(rows);
+    StoredDirectories directories;
+    for (; !rows.EndOfFile(); rows.MoveNext()) {
+        const QString name = DirectoryName(rows);
+        if (directories.empty() || directories.back().name != name)
+            directories.push_back(
+                {.name = name, .partition = PartitionOf(rows), .entries = {}, .positions = {}, .replacedColumns = {}});
+        StoredDirectory& directory = directories.back();
+        directory.entries.push_back(reader.Read(rows));
+        directory.positions << rows.Field(u"SequenceNo"_s).toString();
+        directory.replacedColumns << reader.ReplacedColumns(rows);
+    }
+    return directories;
 }
 
-/// "ConfigID, PartID, NodeNumber" of each message node.
-QSet<QString> ReadMessages(Connection& connection)
+/// A finding of this kind with a line for each entry for which `fault` has a text.
+template <typename Fault>
+Finding FindFaults(const QString& kind, const StoredDirectories& directories, Fault fault)
 {
-    QSet<QString> messages;
-    Recordset rows = Query(connection, u"SELECT ConfigID, PartID, NodeNumber FROM Node_MSG INTERSECT SELECT ConfigID, "
-                                       "PartID, NodeNumber FROM Node_General_Pool WHERE NodeTypeID = 0"_s);
-    for (; !rows.EndOfFile(); rows.MoveNext())
-        messages.insert(
-            QStringList{rows.Field(0).toString(), rows.Field(1).toString(), rows.Field(2).toString()}.join(u", "_s));
-    return messages;
-}
-
-Finding MissingMessages(const std::vector<ShownEntry>& entries, const QSet<QString>& messages)
-{
-    Finding finding{.kind = u"entries whose message node is missing"_s, .places = {}};
-    for (const ShownEntry& entry : entries) {
-        const QString& prompt = entry.Value(Field::NamePrompt);
-        if (!messages.contains(entry.partition + u", "_s + prompt))
-            finding.places << u"%1: MSG %2"_s.arg(entry.Place(), prompt);
+    Finding finding{.kind = kind, .places = {}};
+    for (const StoredDirectory& directory : directories) {
+        for (std::size_t row = 0; row < directory.entries.size(); ++row) {
+            const QString text = fault(directory, row);
+            if (!text.isEmpty())
+                finding.places << directory.Place(row) + u": "_s + text;
+        }
     }
     return finding;
 }
 
-Finding DuplicatePrompts(const std::vector<ShownEntry>& entries)
+class MessageSearch
 {
-    QStringList directories;                                    // in the order of the entries
-    std::map<std::pair<qsizetype, int>, QStringList> positions; // by the directory's place and the prompt
-    for (const ShownEntry& entry : entries) {
-        if (directories.isEmpty() || directories.last() != entry.directory)
-            directories << entry.directory;
-        positions[{directories.size() - 1, entry.Value(Field::NamePrompt).toInt()}] << entry.position;
+public:
+    explicit MessageSearch(DataBase& dataBase) : mDataBase(dataBase) {}
+
+    bool Has(const Partition& partition, const QString& prompt)
+    {
+        return std::ranges::binary_search(Numbers(partition), prompt.toInt()) &&
+               IsNodeExisted(mDataBase, partition, NODE_TYPE_MSG, prompt);
     }
+
+private:
+    const MessageNodeNumbers& Numbers(const Partition& partition)
+    {
+        const auto [place, isNew] = mNumbers.try_emplace({partition.config, partition.number});
+        if (isNew)
+            place->second = UsedMessageNodeNumbers(mDataBase, partition);
+        return place->second;
+    }
+
+    DataBase& mDataBase;
+    std::map<std::pair<qint16, qint16>, MessageNodeNumbers> mNumbers; ///< of the partitions met so far
+};
+
+Finding MissingMessages(DataBase& dataBase, const StoredDirectories& directories)
+{
+    MessageSearch search(dataBase);
+    return FindFaults(u"entries whose message node is missing"_s, directories,
+                      [&](const StoredDirectory& directory, std::size_t row) {
+                          const QString& prompt = directory.entries[row].prompt;
+                          const bool found = directory.partition && search.Has(*directory.partition, prompt);
+                          return found ? QString() : u"MSG "_s + prompt;
+                      });
+}
+
+/// The prompts that a directory has more than once, in their order.
+std::set<int> DuplicatePrompts(const StoredDirectory& directory)
+{
+    QSet<QString> met;
+    std::set<int> prompts;
+    for (const std::size_t row : RepeatedPrompts(directory.entries, [&](const QString& prompt) {
+             const bool before = met.contains(prompt);
+             met.insert(prompt);
+             return before;
+         }))
+        prompts.insert(directory.entries[row].prompt.toInt());
+    return prompts;
+}
+
+Finding DuplicatePrompts(const StoredDirectories& directories)
+{
     Finding finding{.kind = u"prompts that a directory has more than once"_s, .places = {}};
-    for (const auto& [key, found] : positions) {
-        if (found.size() > 1)
-            finding.places << u"%1: prompt %2 in the entries %3"_s.arg(
-                directories[key.first], QString::number(key.second), found.join(u", "_s));
+    for (const StoredDirectory& directory : directories) {
+        for (const int prompt : DuplicatePrompts(directory)) {
+            QStringList positions;
+            for (std::size_t row = 0; row < directory.entries.size(); ++row) {
+                if (directory.entries[row].prompt.toInt() == prompt)
+                    positions << directory.positions.at(static_cast<qsizetype>(row));
+            }
+            finding.places << u"%1: prompt %2 in the entries %3"_s.arg(directory.name, QString::number(prompt),
+                                                                       positions.join(u", "_s));
+        }
     }
     return finding;
 }
 
-Finding RefusedEntries(const std::vector<ShownEntry>& entries)
+/// Names are never empty here: a missing one is shown as the default.
+Finding RefusedEntries(const StoredDirectories& directories)
 {
-    Finding finding{.kind = u"entries that the editor refuses to save"_s, .places = {}};
-    for (const ShownEntry& entry : entries) {
-        const QString& extension = entry.Value(Field::Extension);
-        if (!IsNumeric(extension))
-            finding.places << u"%1: the extension \"%2\" is not a number"_s.arg(entry.Place(), extension);
-    }
-    return finding;
+    return FindFaults(u"entries that the editor refuses to save"_s, directories,
+                      [](const StoredDirectory& directory, std::size_t row) {
+                          const DirectoryEntry& entry = directory.entries[row];
+                          return IsSound(entry) ? QString()
+                                                : u"the extension \"%1\" is not a number"_s.arg(entry.extension);
+                      });
 }
 
-Finding ReplacedValues(const std::vector<ShownEntry>& entries)
+Finding ReplacedValues(const StoredDirectories& directories)
 {
-    Finding finding{.kind = u"entries of which the editor shows defaults for missing values"_s, .places = {}};
-    for (const ShownEntry& entry : entries) {
-        if (!entry.replaced.isEmpty())
-            finding.places << u"%1: %2"_s.arg(entry.Place(), entry.replaced.join(u", "_s));
-    }
-    return finding;
+    return FindFaults(u"entries of which the editor shows defaults for missing values"_s, directories,
+                      [](const StoredDirectory& directory, std::size_t row) {
+                          return directory.replacedColumns.at(static_cast<qsizetype>(row)).join(u", "_s);
+                      });
 }
 
 } // namespace
 
-Finding FindMissingMessages(Connection& connection)
+Finding FindMissingMessages(DataBase& dataBase)
 {
-    return MissingMessages(ReadEntries(connection), ReadMessages(connection));
+    return MissingMessages(dataBase, ReadDirectories(dataBase.Conn));
 }
 
-Findings FindInEntries(Connection& connection)
+Findings FindInEntries(DataBase& dataBase)
 {
-    const std::vector<ShownEntry> entries = ReadEntries(connection);
-    return {MissingMessages(entries, ReadMessages(connection)), DuplicatePrompts(entries), RefusedEntries(entries),
-            ReplacedValues(entries)};
+    const StoredDirectories directories = ReadDirectories(dataBase.Conn);
+    return {MissingMessages(dataBase, directories), DuplicatePrompts(directories), RefusedEntries(directories),
+            ReplacedValues(directories)};
 }
 
 } // namespace qor

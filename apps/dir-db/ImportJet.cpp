@@ -52,7 +52,7 @@ public:
     explicit Import(const QString& sourceName);
 
     /// Writes the rows and looks at what is then in the database.
-    void Fill(Connection& connection);
+    void Fill(DataBase& dataBase);
     void Print(const QString& sourceName) const;
     const Findings& Warnings() const { return mWarnings; }
 
@@ -80,9 +80,9 @@ QList<JetWish> Wishes()
     return wishes;
 }
 
-[[noreturn]] void Refuse(const QString& why)
+[[noreturn]] void ThrowNotImported(ErrorNumber number, const QString& why)
 {
-    throw RuntimeError(ErrorNumber::Provider, u"The source cannot be imported: %1."_s.arg(why));
+    throw RuntimeError(number, u"The source cannot be imported: %1."_s.arg(why));
 }
 
 /// The position of each column of the schema in the source's rows; -1 for one that the source does not have.
@@ -94,9 +94,11 @@ QList<qsizetype> Positions(const SchemaTable& schema, const JetTable& source)
         const auto place = std::ranges::find(source.columns, name, &JetColumn::name);
         const bool found = place != source.columns.cend();
         if (!found && column.keyPlace > 0)
-            Refuse(u"its table %1 lacks the column %2"_s.arg(source.name, name));
+            ThrowNotImported(ErrorNumber::InvalidFileFormat,
+                             u"its table %1 lacks the column %2"_s.arg(source.name, name));
         if (found && column.type == ColumnType::Integer && !place->isNumber)
-            Refuse(u"the column %1 of its table %2 holds texts, not numbers"_s.arg(name, source.name));
+            ThrowNotImported(ErrorNumber::InvalidFileFormat,
+                             u"the column %1 of its table %2 holds texts, not numbers"_s.arg(name, source.name));
         positions << (found ? place - source.columns.cbegin() : -1);
     }
     return positions;
@@ -188,20 +190,21 @@ QList<TakenRow> Import::WithoutRepeats(const SchemaTable& schema, const QList<Ta
     return taken;
 }
 
-void Import::Fill(Connection& connection)
+void Import::Fill(DataBase& dataBase)
 {
     for (const TakenTable& table : mTables) {
-        RowWriter writer(connection, table.id);
+        RowWriter writer(dataBase.Conn, table.id);
         for (const TakenRow& row : table.rows)
             writer.Write(row.values);
         const char* const name = SchemaEntry(table.id).name;
-        const int written = CountOf(connection, Quoted(name));
+        const int written = CountOf(dataBase.Conn, Quoted(name));
         if (written != table.rows.size())
-            Refuse(u"of %1 rows of the table %2, %3 were written"_s.arg(table.rows.size())
-                       .arg(QString::fromLatin1(name))
-                       .arg(written));
+            ThrowNotImported(ErrorNumber::Provider,
+                             u"of %1 rows of the table %2, %3 were written"_s.arg(table.rows.size())
+                                 .arg(QString::fromLatin1(name))
+                                 .arg(written));
     }
-    mWarnings << FindMissingMessages(connection);
+    mWarnings << FindMissingMessages(dataBase);
 }
 
 void Import::Print(const QString& sourceName) const
@@ -225,7 +228,7 @@ bool ImportJet(const QString& sourceName, const QString& newName, bool dryRun)
     if (!newName.isEmpty())
         RequireFreeName(newName);
     Import import(sourceName);
-    const auto fill = [&](Connection& connection) { import.Fill(connection); };
+    const auto fill = [&](DataBase& dataBase) { import.Fill(dataBase); };
     if (dryRun) {
         const QTemporaryDir folder;
         MakeDatabase(folder.filePath(u"trial"_s), fill);

@@ -1,7 +1,6 @@
 #include "NewDatabase.h"
 
 #include "platform/data/Command.h"
-#include "platform/data/Connection.h"
 #include "platform/data/DatabaseFile.h"
 #include "platform/runtime/RuntimeError.h"
 #include "Query.h"
@@ -18,13 +17,6 @@ namespace qor {
 
 namespace {
 
-const QString existsAlready = u"it exists already; choose another name"_s;
-
-[[noreturn]] void Refuse(const QString& fileName, const QString& why)
-{
-    throw RuntimeError(ErrorNumber::Provider, u"The file %1 cannot be made: %2."_s.arg(fileName, why));
-}
-
 void RunStatement(Connection& connection, const QString& text)
 {
     Command(connection, text, text, 0).Execute({});
@@ -33,16 +25,16 @@ void RunStatement(Connection& connection, const QString& text)
 void Build(const QString& fileName, const FillDatabase& fill)
 {
     CreateDatabaseFile(fileName);
-    Connection connection;
-    connection.SetConnectionString(ConnectionStringFor(fileName));
+    DataBase dataBase(ConnectionStringFor(fileName));
+    Connection& connection = dataBase.Conn;
     RunStatement(connection, u"BEGIN"_s);
     for (const SchemaTable& table : Schema())
         RunStatement(connection, CreateTableText(table));
-    fill(connection);
+    fill(dataBase);
     RunStatement(connection, u"COMMIT"_s);
     // Closing would do this too, but keep a full disk to itself.
     if (Query(connection, u"PRAGMA wal_checkpoint(TRUNCATE)"_s).Field(0).toInt() != 0)
-        Refuse(fileName, u"its log cannot be taken into it"_s);
+        ThrowFileNotMade(fileName, u"its log cannot be taken into it"_s);
 }
 
 /// Zero, or the number of the system's error; one of them is that the new name is taken.
@@ -62,10 +54,10 @@ int MoveToFreeName(const QByteArray& from, const QByteArray& to)
 void RequireFreeName(const QString& fileName)
 {
     if (QFileInfo::exists(fileName))
-        Refuse(fileName, existsAlready);
+        ThrowFileExists(fileName);
     for (const QString& log : {fileName + u"-wal"_s, fileName + u"-journal"_s}) {
         if (QFileInfo::exists(log))
-            Refuse(fileName, u"%1 is left over from an earlier database; move it away first"_s.arg(log));
+            ThrowFileNotMade(fileName, u"%1 is left over from an earlier database; move it away first"_s.arg(log));
     }
 }
 
@@ -75,7 +67,7 @@ void MakeDatabase(const QString& fileName, const FillDatabase& fill)
     // A folder of our own takes the engine's files beside the database with it, however this ends.
     const QTemporaryDir folder(QFileInfo(fileName).path() + u"/.dir-db-XXXXXX"_s);
     if (!folder.isValid())
-        Refuse(fileName, folder.errorString() + u"; choose a folder that you may write to"_s);
+        ThrowFileNotMade(fileName, folder.errorString() + u"; choose a folder that you may write to"_s);
     const QString builtName = folder.filePath(u"database"_s);
     try {
         Build(builtName, fill);
@@ -84,8 +76,10 @@ void MakeDatabase(const QString& fileName, const FillDatabase& fill)
         throw RuntimeError(error.Number(), QString(error.Description()).replace(builtName, fileName));
     }
     const int error = MoveToFreeName(QFile::encodeName(builtName), QFile::encodeName(fileName));
+    if (error == EEXIST)
+        ThrowFileExists(fileName);
     if (error != 0)
-        Refuse(fileName, error == EEXIST ? existsAlready : qt_error_string(error));
+        ThrowFileNotMade(fileName, qt_error_string(error));
 }
 
 } // namespace qor

@@ -1,7 +1,7 @@
 // The making of a configuration database.
 #pragma once
 
-#include "platform/data/Connection.h"
+#include "store/DataBase.h"
 
 #include <functional>
 
@@ -11,7 +11,7 @@ namespace qor {
 /// would be played into the new one.
 void RequireFreeName(const QString& fileName);
 
-using FillDatabase = std::function<void(Connection&)>;
+using FillDatabase = std::function<void(DataBase&)>;
 
 /// Makes a database with the schema and with what `fill` writes, all in one transaction. The file appears
 /// under its name when it is complete, or not at all. Raises RuntimeError: the file exists already, cannot be

@@ -50,7 +50,7 @@ void PrintError(const QString& sentence)
 void FinishOutput()
 {
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
-        throw RuntimeError(ErrorNumber::Provider, u"Standard output cannot be written; what it holds is cut off."_s);
+        throw RuntimeError(ErrorNumber::DeviceIO, u"Standard output cannot be written; what it holds is cut off."_s);
 }
 
 } // namespace qor

@@ -1,8 +1,10 @@
 #include "Sample.h"
 
 #include "RowWriter.h"
+#include "rules/CommandValues.h"
+#include "rules/EntryColumns.h"
+#include "rules/MessageNodes.h"
 #include "SampleEntries.h"
-#include "store/CommandCatalog.h"
 
 #include <array>
 
@@ -10,15 +12,9 @@ namespace qor {
 
 namespace {
 
-struct PartitionKey
-{
-    int config;
-    int partition;
-};
-
 struct SampleMaximum
 {
-    PartitionKey key;
+    Partition partition;
     QString nodeType;
     int maximum;
 };
@@ -26,7 +22,7 @@ struct SampleMaximum
 /// Message nodes from `first` to `last`; the numbers between two ranges do not exist.
 struct SampleMessages
 {
-    PartitionKey key;
+    Partition partition;
     int first;
     int last;
 };
@@ -35,7 +31,7 @@ enum class Entries { Ordinary, Odd };
 
 struct SampleDirectory
 {
-    PartitionKey key;
+    Partition partition;
     int number;
     QStringView description; ///< a null text stands for Null, here and below
     QStringView usePasswords;
@@ -46,9 +42,9 @@ struct SampleDirectory
     int lastPrompt; ///< of the entries' prompts
 };
 
-constexpr PartitionKey mainPartition{1, 1};
-constexpr PartitionKey withoutMaximum{1, 2};
-constexpr PartitionKey secondConfig{2, 1};
+constexpr Partition mainPartition{1, 1};
+constexpr Partition withoutMaximum{1, 2};
+constexpr Partition secondConfig{2, 1};
 
 const std::array maxima{
     SampleMaximum{mainPartition, NODE_TYPE_MSG, 250},  SampleMaximum{mainPartition, NODE_TYPE_DIR, 100},
@@ -76,11 +72,6 @@ const std::array directories{
 
 const QString dateModified = u"4/17/2009 9:30:00 AM"_s;
 
-QStringList KeyTexts(PartitionKey key)
-{
-    return {QString::number(key.config), QString::number(key.partition)};
-}
-
 class SampleWriter
 {
 public:
@@ -94,7 +85,7 @@ public:
     }
 
     void WriteMaximum(const SampleMaximum& maximum);
-    void WriteMessage(PartitionKey key, int number);
+    void WriteMessage(const Partition& partition, int number);
     void WriteDirectory(const SampleDirectory& directory);
 
 private:
@@ -109,30 +100,31 @@ private:
 
 void SampleWriter::WriteMaximum(const SampleMaximum& maximum)
 {
-    mNodeTypeMax.Write(KeyTexts(maximum.key) << maximum.nodeType << QString::number(maximum.maximum));
+    mNodeTypeMax.Write(ValuesOf(maximum.partition) << maximum.nodeType << QString::number(maximum.maximum));
 }
 
-void SampleWriter::WriteMessage(PartitionKey key, int number)
+void SampleWriter::WriteMessage(const Partition& partition, int number)
 {
     const QString numberText = QString::number(number);
     const QString description = number == 0 ? u"Template"_s : u"Message "_s + numberText;
-    const QString waveFile = u"P%1M%2.wav"_s.arg(key.partition, 2, 10, QChar(u'0')).arg(number, 3, 10, QChar(u'0'));
     // MaxLength, OnOff, DTMF, Password, Directory, KELFilename, Comment, SkipCount, Permission, WarningTone,
     // LineAssignment, NodeType, NodeDescription, MSGArchive
-    mNodeMsg.Write(KeyTexts(key) << NODE_TYPE_MSG << numberText << u"180"_s << u"1"_s << u"0123456789*#"_s << u""_s
-                                 << u"Prompts"_s << waveFile << u"Sample"_s << u"0"_s << u"1"_s << u"1"_s << u"All"_s
-                                 << u"MSG"_s << description << u"0"_s);
-    mNodeGeneralPool.Write(KeyTexts(key) << NODE_TYPE_MSG << numberText << u"MSG"_s << description << dateModified);
+    mNodeMsg.Write(ValuesOf(partition) << NODE_TYPE_MSG << numberText << u"180"_s << u"1"_s << u"0123456789*#"_s
+                                       << u""_s << u"Prompts"_s << WaveFileName(partition.number, numberText)
+                                       << u"Sample"_s << u"0"_s << u"1"_s << u"1"_s << u"All"_s << u"MSG"_s
+                                       << description << u"0"_s);
+    mNodeGeneralPool.Write(ValuesOf(partition)
+                           << NODE_TYPE_MSG << numberText << u"MSG"_s << description << dateModified);
 }
 
 void SampleWriter::WriteDirectory(const SampleDirectory& directory)
 {
     const QString number = QString::number(directory.number);
     const QString description = directory.description.toString();
-    mNodeDir.Write(KeyTexts(directory.key)
+    mNodeDir.Write(ValuesOf(directory.partition)
                    << NODE_TYPE_DIR << number << description << directory.usePasswords.toString()
                    << directory.accessCode.toString() << directory.startingPrompt.toString());
-    mNodeGeneralPool.Write(KeyTexts(directory.key)
+    mNodeGeneralPool.Write(ValuesOf(directory.partition)
                            << NODE_TYPE_DIR << number << u"DIR"_s << description << dateModified);
     for (int position = 0; position < directory.entryCount; ++position)
         WriteEntry(directory, position);
@@ -140,23 +132,25 @@ void SampleWriter::WriteDirectory(const SampleDirectory& directory)
 
 void SampleWriter::WriteEntry(const SampleDirectory& directory, int position)
 {
-    const SampleEntry entry =
+    const DirectoryEntry entry =
         directory.entries == Entries::Odd ? OddEntry(position) : OrdinaryEntry(position, directory.lastPrompt);
-    mDetailDir.Write(KeyTexts(directory.key)
-                     << QString::number(directory.number) << QString::number(position + 1) << entry.lastName
-                     << entry.firstName << entry.extension << entry.namePrompt << entry.password);
+    QStringList values = ValuesOf(directory.partition)
+                         << QString::number(directory.number) << QString::number(position + 1);
+    for (const EntryColumn& column : entryColumns)
+        values << entry.*column.field;
+    mDetailDir.Write(values);
 }
 
 } // namespace
 
-void WriteSample(Connection& connection)
+void WriteSample(DataBase& dataBase)
 {
-    SampleWriter writer(connection);
+    SampleWriter writer(dataBase.Conn);
     for (const SampleMaximum& maximum : maxima)
         writer.WriteMaximum(maximum);
     for (const SampleMessages& range : messageRanges) {
         for (int number = range.first; number <= range.last; ++number)
-            writer.WriteMessage(range.key, number);
+            writer.WriteMessage(range.partition, number);
     }
     for (const SampleDirectory& directory : directories)
         writer.WriteDirectory(directory);

@@ -82,7 +82,7 @@ QString Extension(int position)
 
 } // namespace
 
-SampleEntry OrdinaryEntry(int position, int lastPrompt)
+DirectoryEntry OrdinaryEntry(int position, int lastPrompt)
 {
     const int round = position / static_cast<int>(lastNames.size());
     const bool hasPassword = position % passwordEvery == passwordEvery - 1;
@@ -96,7 +96,7 @@ int OddEntryCount()
     return static_cast<int>(oddRows.size());
 }
 
-SampleEntry OddEntry(int position)
+DirectoryEntry OddEntry(int position)
 {
     const OddRow& row = oddRows.at(static_cast<std::size_t>(position));
     return {row.lastName.toString(), row.firstName.toString(), row.extension.toString(), row.namePrompt.toString(),

@@ -3,10 +3,11 @@
 #include "Output.h"
 #include "platform/data/Connection.h"
 #include "Query.h"
+#include "rules/DelimitedWriter.h"
+#include "rules/EntryColumns.h"
 #include "store/CommandCatalog.h"
 
 #include <algorithm>
-#include <array>
 #include <QStringList>
 
 namespace qor {
@@ -22,26 +23,17 @@ struct ShownColumn
     bool secret = false;
 };
 
-constexpr std::array allColumns{
-    ShownColumn{Owner::Node, "NodeNumber"},
-    ShownColumn{Owner::Node, "NodeDescription"},
-    ShownColumn{Owner::Node, "UsePasswords"},
-    ShownColumn{Owner::Node, "AccessCode", true},
-    ShownColumn{Owner::Node, "StartingPromptNumber"},
-    ShownColumn{Owner::Entry, "SequenceNo"},
-    ShownColumn{Owner::Entry, "LastName"},
-    ShownColumn{Owner::Entry, "FirstName"},
-    ShownColumn{Owner::Entry, "Extension"},
-    ShownColumn{Owner::Entry, "NamePrompt"},
-    ShownColumn{Owner::Entry, "Password", true},
-};
-
 QList<ShownColumn> ChosenColumns(bool withSecrets)
 {
-    QList<ShownColumn> chosen;
-    std::ranges::copy_if(allColumns, std::back_inserter(chosen),
-                         [&](const ShownColumn& column) { return withSecrets || !column.secret; });
-    return chosen;
+    QList<ShownColumn> columns{
+        {Owner::Node, "NodeNumber"},       {Owner::Node, "NodeDescription"},      {Owner::Node, "UsePasswords"},
+        {Owner::Node, "AccessCode", true}, {Owner::Node, "StartingPromptNumber"}, {Owner::Entry, "SequenceNo"},
+    };
+    for (const EntryColumn& column : entryColumns)
+        columns << ShownColumn{Owner::Entry, column.name, column.field == &DirectoryEntry::password};
+    if (!withSecrets)
+        columns.removeIf([](const ShownColumn& column) { return column.secret; });
+    return columns;
 }
 
 /// One row for each entry; a node without entries has one row without an entry.
@@ -78,20 +70,9 @@ QStringList Names(const QList<ShownColumn>& columns, Owner owner)
     return names;
 }
 
-/// Quoted where it has to be.
-QString CsvField(QString text)
-{
-    const bool plain = std::ranges::none_of(text, [](QChar c) { return c == u',' || c == u'"' || c < u' '; }) &&
-                       text.trimmed() == text;
-    return plain ? text : u'"' + text.replace(u'"', u"\"\""_s) + u'"';
-}
-
 void PrintCsvLine(const QStringList& values)
 {
-    QStringList fields;
-    for (const QString& value : values)
-        fields << CsvField(value);
-    PrintLine(fields.join(u','));
+    PrintLine(DelimitedLine(values, Quoting::WhereNeeded));
 }
 
 void PrintCsv(Recordset& rows, const QList<ShownColumn>& columns)

@@ -36,7 +36,7 @@ struct Subcommand
 
 int RunCreate(const Arguments& arguments)
 {
-    MakeDatabase(arguments.files[0], [](Connection&) {});
+    MakeDatabase(arguments.files[0], [](DataBase&) {});
     PrintLine(u"%1: made, without nodes"_s.arg(arguments.files[0]));
     return success;
 }

@@ -61,30 +61,31 @@ const std::array<Format, 6>& Formats()
     return formats;
 }
 
-[[noreturn]] void Refuse(const QString& fileName, const QString& why)
+[[noreturn]] void ThrowNotImported(ErrorNumber number, const QString& fileName, const QString& why)
 {
-    throw RuntimeError(ErrorNumber::Provider, u"The file %1 cannot be imported: %2."_s.arg(fileName, why));
+    throw RuntimeError(number, u"The file %1 cannot be imported: %2."_s.arg(fileName, why));
 }
 
 void RequireJetFile(const QString& fileName)
 {
     const QFileInfo info(fileName);
     if (!info.exists())
-        Refuse(fileName, u"it does not exist or cannot be reached"_s);
+        ThrowNotImported(ErrorNumber::FileAccess, fileName, u"it does not exist or cannot be reached"_s);
     if (!info.isFile())
-        Refuse(fileName, u"it is not a file"_s);
+        ThrowNotImported(ErrorNumber::FileAccess, fileName, u"it is not a file"_s);
     if (info.size() == 0)
-        Refuse(fileName, u"it is empty"_s);
+        ThrowNotImported(ErrorNumber::InvalidFileFormat, fileName, u"it is empty"_s);
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
-        Refuse(fileName, file.errorString());
+        ThrowNotImported(ErrorNumber::FileAccess, fileName, file.errorString());
     const QByteArray start = file.read(32);
     const auto* const format =
         std::ranges::find_if(Formats(), [&](const Format& candidate) { return start.startsWith(candidate.start); });
     if (format->refusal != nullptr)
-        Refuse(fileName, QString::fromLatin1(format->refusal));
+        ThrowNotImported(ErrorNumber::InvalidFileFormat, fileName, QString::fromLatin1(format->refusal));
     if (info.size() % pageSize != 0 || info.size() > largestFile)
-        Refuse(fileName, u"it is cut off or damaged; its length is not that of a Jet database"_s);
+        ThrowNotImported(ErrorNumber::InvalidFileFormat, fileName,
+                         u"it is cut off or damaged; its length is not that of a Jet database"_s);
 }
 
 /// A copy without a name: whatever ends the program leaves nothing of it behind.
@@ -92,11 +93,13 @@ void OpenPrivateCopy(const QString& fileName, QFile& copy)
 {
     QTemporaryDir folder;
     if (!folder.isValid())
-        Refuse(fileName, u"there is no folder for a copy of it; %1"_s.arg(folder.errorString()));
+        ThrowNotImported(ErrorNumber::FileAccess, fileName,
+                         u"there is no folder for a copy of it; %1"_s.arg(folder.errorString()));
     copy.setFileName(folder.filePath(u"copy"_s));
     QFile source(fileName);
     if (!source.copy(copy.fileName()) || !copy.open(QIODevice::ReadOnly))
-        Refuse(fileName, u"it cannot be copied into the folder %1; %2"_s.arg(QDir::tempPath(), source.errorString()));
+        ThrowNotImported(ErrorNumber::DeviceIO, fileName,
+                         u"it cannot be copied into the folder %1; %2"_s.arg(QDir::tempPath(), source.errorString()));
 }
 
 QByteArray Packed(const JetDatabase& database, const QString& fault)
@@ -162,7 +165,7 @@ JetDatabase ReadJetFile(const QString& fileName, const QList<JetWish>& wishes)
             fault = u"it is damaged; its reader failed"_s;
     }
     if (!fault.isEmpty())
-        Refuse(fileName, fault);
+        ThrowNotImported(ErrorNumber::InvalidFileFormat, fileName, fault);
     return database;
 }
 

@@ -29,11 +29,6 @@ using Handle = std::unique_ptr<MdbHandle, Releaser<mdb_close>>;
 using TableDefinition = std::unique_ptr<MdbTableDef, Releaser<mdb_free_tabledef>>;
 using Memory = std::unique_ptr<char, Releaser<g_free>>; // which frees what malloc gave
 
-[[noreturn]] void Refuse(const QString& why)
-{
-    throw RuntimeError(ErrorNumber::Provider, why);
-}
-
 template <typename T>
 std::span<T*> ItemsOf(const GPtrArray* array)
 {
@@ -51,7 +46,7 @@ QByteArray LongTextBytes(MdbHandle& file, MdbColumn& column, const MdbField& fie
 {
     constexpr quint32 lengthBits = 0x3fffffff;
     if (field.siz < MDB_MEMO_OVERHEAD)
-        Refuse(u"it is damaged; a long text has no beginning"_s);
+        ThrowInvalidFile(u"it is damaged; a long text has no beginning"_s);
     const auto length = static_cast<quint32>(mdb_get_int32(file.pg_buf, field.start)) & lengthBits;
     std::array<char, MDB_PGSIZE> part{};
     std::memcpy(part.data(), file.pg_buf + field.start, MDB_MEMO_OVERHEAD);
@@ -61,7 +56,7 @@ QByteArray LongTextBytes(MdbHandle& file, MdbColumn& column, const MdbField& fie
     const Memory bytes(static_cast<char*>(mdb_ole_read_full(&file, &column, &size)));
     column.bind_ptr = nullptr;
     if (!bytes || size < length)
-        Refuse(u"it is damaged; a long text is cut off"_s);
+        ThrowInvalidFile(u"it is damaged; a long text is cut off"_s);
     return {bytes.get(), static_cast<qsizetype>(length)};
 }
 
@@ -74,7 +69,7 @@ QString ValueText(MdbHandle& file, MdbColumn& column, const MdbField& field)
     const JetType* const type = FindJetType(column.col_type);
     if (field.start < 0 || field.siz < 0 || field.start + field.siz > file.fmt->pg_size ||
         (type->width != 0 && field.siz != type->width))
-        Refuse(u"it is damaged; a value of the column %1 does not fit"_s.arg(QString::fromUtf8(column.name)));
+        ThrowInvalidFile(u"it is damaged; a value of the column %1 does not fit"_s.arg(QString::fromUtf8(column.name)));
     if (column.col_type == MDB_MEMO)
         return type->text(LongTextBytes(file, column, field));
     return type->text({file.pg_buf + field.start, field.siz});
@@ -103,7 +98,7 @@ TableReader::TableReader(MdbCatalogEntry& entry, const JetWish& wish)
 {
     mTable.name = wish.table;
     if (!mDefinition || mdb_read_columns(mDefinition.get()) == nullptr)
-        Refuse(u"it is damaged; the table %1 has no definition"_s.arg(wish.table));
+        ThrowInvalidFile(u"it is damaged; the table %1 has no definition"_s.arg(wish.table));
     ChooseColumns(wish);
 }
 
@@ -117,7 +112,7 @@ void TableReader::ChooseColumns(const JetWish& wish)
             continue;
         const JetType* const type = FindJetType((*place)->col_type);
         if (type == nullptr)
-            Refuse(
+            ThrowInvalidFile(
                 u"the column %1 of its table %2 has a type that cannot be taken over (type %3)"_s.arg(name, wish.table)
                     .arg((*place)->col_type));
         mChosen.push_back(static_cast<std::size_t>(place - columns.begin()));
@@ -139,9 +134,9 @@ JetTable TableReader::Read()
     while (mdb_fetch_row(mDefinition.get()) != 0)
         mTable.rows << CurrentRow();
     if (mTable.rows.size() < mTable.ownRowCount)
-        Refuse(u"it is damaged; its table %1 should have %2 rows, but %3 can be read"_s.arg(mTable.name)
-                   .arg(mTable.ownRowCount)
-                   .arg(mTable.rows.size()));
+        ThrowInvalidFile(u"it is damaged; its table %1 should have %2 rows, but %3 can be read"_s.arg(mTable.name)
+                             .arg(mTable.ownRowCount)
+                             .arg(mTable.rows.size()));
     return std::move(mTable);
 }
 
@@ -154,7 +149,7 @@ std::vector<MdbField> TableReader::CurrentFields()
     std::vector<MdbField> fields(mDefinition->num_cols);
     if (mdb_find_row(&mFile, static_cast<int>(mDefinition->cur_row) - 1, &start, &size) != 0 ||
         mdb_crack_row(mDefinition.get(), start & positionBits, size, fields.data()) < 0)
-        Refuse(u"it is damaged; a row of its table %1 cannot be read"_s.arg(mTable.name));
+        ThrowInvalidFile(u"it is damaged; a row of its table %1 cannot be read"_s.arg(mTable.name));
     return fields;
 }
 
@@ -174,7 +169,8 @@ JetTable ReadTable(std::span<MdbCatalogEntry*> entries, const JetWish& wish)
         return entry->object_type == MDB_TABLE && HasName(entry->object_name, wish.table);
     });
     if (place == entries.end())
-        Refuse(u"it has no table %1, so it is not a configuration database or it is damaged"_s.arg(wish.table));
+        ThrowInvalidFile(
+            u"it has no table %1, so it is not a configuration database or it is damaged"_s.arg(wish.table));
     return TableReader(**place, wish).Read();
 }
 
@@ -199,7 +195,7 @@ JetDatabase ReadJetTables(int descriptor, const QList<JetWish>& wishes)
     unsetenv("MDBOPTS");
     const Handle file(mdb_open(QByteArray("/proc/self/fd/") + QByteArray::number(descriptor), MDB_NOFLAGS));
     if (!file || mdb_read_catalog(file.get(), MDB_TABLE) == nullptr)
-        Refuse(u"it is damaged; its list of tables cannot be read"_s);
+        ThrowInvalidFile(u"it is damaged; its list of tables cannot be read"_s);
     const auto entries = ItemsOf<MdbCatalogEntry>(file->catalog);
     JetDatabase database;
     for (const JetWish& wish : wishes)

@@ -14,11 +14,6 @@ namespace qor {
 
 namespace {
 
-[[noreturn]] void Refuse(const QString& why)
-{
-    throw RuntimeError(ErrorNumber::Provider, why);
-}
-
 template <typename Integer>
 QString NumberText(QByteArrayView bytes)
 {
@@ -33,7 +28,7 @@ QString DateText(QByteArrayView bytes)
 char16_t WideCharacter(QByteArrayView bytes, qsizetype at)
 {
     if (at + 2 > bytes.size())
-        Refuse(u"it is damaged; a text ends in half a character"_s);
+        ThrowInvalidFile(u"it is damaged; a text ends in half a character"_s);
     return qFromLittleEndian<char16_t>(bytes.data() + at);
 }
 
@@ -46,6 +41,11 @@ constexpr std::array types{
 
 } // namespace
 
+void ThrowInvalidFile(const QString& why)
+{
+    throw RuntimeError(ErrorNumber::InvalidFileFormat, why);
+}
+
 const JetType* FindJetType(int id)
 {
     const auto* const type = std::ranges::find(types, id, &JetType::id);
@@ -57,13 +57,13 @@ QString JetDateText(double days)
     constexpr double highestDays = 4'000'000; // beyond the year 9999
     constexpr qint64 secondsOfDay = 86'400;
     if (!(std::abs(days) < highestDays))
-        Refuse(u"it is damaged; a date is out of range"_s);
+        ThrowInvalidFile(u"it is damaged; a date is out of range"_s);
     // Before the zero day, too, the fraction counts from midnight onwards.
     const double wholeDays = std::trunc(days);
     const qint64 seconds = std::llround(std::abs(days - wholeDays) * secondsOfDay);
     const QDate date = QDate(1899, 12, 30).addDays(static_cast<qint64>(wholeDays) + seconds / secondsOfDay);
     if (date.year() < 100 || date.year() > 9999)
-        Refuse(u"it is damaged; a date is out of range"_s);
+        ThrowInvalidFile(u"it is damaged; a date is out of range"_s);
     const QTime time = QTime::fromMSecsSinceStartOfDay(static_cast<int>(seconds % secondsOfDay) * 1000);
     return date.toString(Qt::ISODate) + u' ' + time.toString(Qt::ISODate);
 }

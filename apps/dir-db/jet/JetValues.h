@@ -17,6 +17,9 @@ struct JetType
     QString (*text)(QByteArrayView bytes);
 };
 
+/// Raises RuntimeError for a file that is not as it should be, with the reason alone ("it is damaged; ...").
+[[noreturn]] void ThrowInvalidFile(const QString& why);
+
 /// Null for a type that cannot be taken.
 const JetType* FindJetType(int id);
 
