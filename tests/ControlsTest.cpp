@@ -307,7 +307,7 @@ private Q_SLOTS:
         };
         post(dropped);
         post(served);
-        QCoreApplication::postEvent(&window, new QCloseEvent);
+        QCoreApplication::postEvent(window.windowHandle(), new QCloseEvent);
         QMetaObject::invokeMethod(
             &dropped, [&] { arrived += u"call "_s; }, Qt::QueuedConnection);
         DropPendingInput(window);
