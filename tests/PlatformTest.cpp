@@ -176,15 +176,19 @@ private Q_SLOTS:
     void registryChangesItsOwnValuesOnly()
     {
         const QByteArray others = "\"x\"=\"kept\"\n\n[hkey_classes_root\\q\\Sub]\n@=\"kept\"\n; note\n";
-        WriteFile(mFile,
-                  "[HKEY_CLASSES_ROOT\\Q]\n@=hex(2):41,\\\n 00\n" + others + "[HKEY_CLASSES_ROOT\\Q\\S]\n; note");
+        const auto text = [&](const QByteArray& q, const QByteArray& s, const QByteArray& n = {}) {
+            return "[HKEY_CLASSES_ROOT\\Q]\n" + q + others + s + "; note\n[HKEY_CLASSES_ROOT\\N]\n" + n + "damaged";
+        };
+        const QByteArray keyS = "[HKEY_CLASSES_ROOT\\Q\\S]\n";
+        const QByteArray value = "@=\"new\"\r\n";
         const QList<RegistryEntry> entries{{u"HKEY_CLASSES_ROOT\\Q"_s, {{{}, u"new"_s}, {u"n"_s, u"1"_s}}},
-                                           {u"HKEY_CLASSES_ROOT\\Q\\S"_s, {{{}, u"new"_s}}}};
+                                           {u"HKEY_CLASSES_ROOT\\Q\\S"_s, {{{}, u"new"_s}}},
+                                           {u"HKEY_CLASSES_ROOT\\N"_s, {{{}, u"new"_s}}}};
+        WriteFile(mFile, text("@=hex(2):41,\\\n 00\n", keyS));
         AddToRegistry(entries);
-        QCOMPARE(ReadFile(mFile), "[HKEY_CLASSES_ROOT\\Q]\n\"n\"=\"1\"\r\n@=\"new\"\r\n" + others +
-                                      "[HKEY_CLASSES_ROOT\\Q\\S]\n@=\"new\"\r\n; note");
+        QCOMPARE(ReadFile(mFile), text("\"n\"=\"1\"\r\n" + value, keyS + value, value));
         RemoveFromRegistry(entries);
-        QCOMPARE(ReadFile(mFile), "[HKEY_CLASSES_ROOT\\Q]\n" + others + "; note");
+        QCOMPARE(ReadFile(mFile), text({}, {}));
     }
 
     void registryThatCannotChange()
