@@ -13,31 +13,19 @@ using namespace Qt::StringLiterals;
 
 constexpr int lookEvery = 2; // ms
 
-QString BoxLine(const QMessageBox& box)
-{
-    return u"BOX %1|%2"_s.arg(box.windowTitle(), box.text().replace(u'\n', u'/'));
-}
-
-QString FormLine(const QDialog& form)
-{
-    const auto* list = form.findChild<QTableView*>(u"LVDirectory"_s);
-    const auto* position = form.findChild<QLabel*>(u"lblRecordPosition"_s);
-    return u"FORM %1|%2|%3|%4"_s.arg(form.windowTitle())
-        .arg(list ? list->model()->rowCount() : -1)
-        .arg(position ? position->text() : QString())
-        .arg(form.height());
-}
-
 void Look()
 {
     QWidget* modal = QApplication::activeModalWidget();
-    QString line;
-    if (const auto* box = qobject_cast<QMessageBox*>(modal))
-        line = BoxLine(*box);
-    else if (const auto* form = qobject_cast<QDialog*>(modal))
-        line = FormLine(*form);
-    else
+    if (!modal)
         return;
+    QString line = modal->windowTitle();
+    if (const auto* box = qobject_cast<QMessageBox*>(modal))
+        line = u"BOX %1|%2"_s.arg(line, box->text().replace(u'\n', u'/'));
+    if (const auto* list = modal->findChild<QTableView*>(u"LVDirectory"_s))
+        line = u"FORM %1|%2|%3|%4"_s.arg(line)
+                   .arg(list->model()->rowCount())
+                   .arg(modal->findChild<QLabel*>(u"lblRecordPosition"_s)->text())
+                   .arg(modal->height());
     std::printf("%s\n", qUtf8Printable(line));
     modal->close();
 }

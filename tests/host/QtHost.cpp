@@ -8,13 +8,15 @@
 #include <clocale>
 #include <malloc.h>
 #include <map>
+#include <memory>
 #include <QApplication>
-#include <QDialog>
+#include <QDebug>
 #include <QDir>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QStyle>
 #include <QTimer>
+#include <QWidget>
 
 namespace {
 
@@ -28,19 +30,9 @@ void ShowAll(const Calls& calls)
 int argumentCount = 0;
 char** arguments = nullptr;
 
-/// The host's application, with its arguments.
-template <typename Kind>
-class Application : public Kind
+void WithoutWidgets(const Calls& calls)
 {
-public:
-    Application() : Kind(argumentCount, arguments) {}
-};
-
-/// Calls while an application of this kind lives.
-template <typename Kind>
-void CallFrom(const Calls& calls)
-{
-    const Application<Kind> application;
+    const QGuiApplication application(argumentCount, arguments);
     ShowAll(calls);
 }
 
@@ -58,31 +50,25 @@ void WhenOpen(QTimer& timer, Action action)
 }
 
 /// What a host may have set, and counts on.
-QStringList HostState()
+QString HostState()
 {
     QSqlQuery query(u"SELECT n FROM t"_s);
-    return {QLocale().name(),
-            QString::fromLatin1(std::setlocale(LC_ALL, nullptr)),
-            QApplication::applicationName(),
-            QApplication::organizationName(),
-            QApplication::style()->name(),
-            QApplication::palette().color(QPalette::Window).name(),
-            QApplication::font().toString(),
-            qApp->styleSheet(),
-            QApplication::quitOnLastWindowClosed() ? u"quits"_s : u"goes on"_s,
-            QApplication::overrideCursor() ? u"hourglass"_s : u"arrow"_s,
-            QSqlDatabase::connectionNames().join(u' '),
-            query.next() ? query.value(0).toString() : u"no row"_s,
-            QDir::currentPath()};
+    QString state;
+    QDebug(&state) << "STATE" << QLocale().name() << std::setlocale(LC_ALL, nullptr) << QApplication::applicationName()
+                   << QApplication::style()->name() << QApplication::font() << qApp->styleSheet()
+                   << QApplication::palette().color(QPalette::Window) << QApplication::quitOnLastWindowClosed()
+                   << static_cast<const void*>(QApplication::overrideCursor()) << QSqlDatabase::connectionNames()
+                   << query.next() << query.value(0) << QDir::currentPath();
+    return state;
 }
 
+/// What the component opens is the only window, and closing it is not the end of the host.
 void OwnSettings(const Calls& calls)
 {
     QLocale::setDefault(QLocale(u"de_CH"_s));
-    const Application<QApplication> application;
+    const QApplication application(argumentCount, arguments);
     std::setlocale(LC_ALL, "C");
     QCoreApplication::setApplicationName(u"builder"_s);
-    QCoreApplication::setOrganizationName(u"somebody"_s);
     QApplication::setStyle(u"windows"_s);
     QApplication::setPalette(QPalette(QColor(10, 20, 30)));
     QApplication::setFont(QFont(u"DejaVu Serif"_s, 14));
@@ -91,27 +77,19 @@ void OwnSettings(const Calls& calls)
     database.setDatabaseName(u":memory:"_s);
     database.open();
     const QSqlQuery query(u"CREATE TABLE t AS SELECT 42 AS n"_s);
-    const QStringList before = HostState();
-    ShowAll(calls);
-    std::printf("%s\n%s\n", qUtf8Printable(u"STATE "_s + before.join(u'|')),
-                qUtf8Printable(u"STATE "_s + HostState().join(u'|')));
-}
-
-/// What the component opens is the only window, and closing it is not the end of the host.
-void LoopGoesOn(const Calls& calls)
-{
-    const Application<QApplication> application;
+    const QString before = HostState();
     QTimer::singleShot(0, [&] {
         ShowAll(calls);
         QTimer::singleShot(100, [] { QCoreApplication::exit(5); });
     });
     std::printf("LOOP ended with %d\n", QCoreApplication::exec());
+    std::printf("%s\n%s\n", qUtf8Printable(before), qUtf8Printable(HostState()));
 }
 
 /// The second call comes while the first one's editor is open.
 void Reentrant(const Calls& calls)
 {
-    const Application<QApplication> application;
+    const QApplication application(argumentCount, arguments);
     QTimer timer;
     WhenOpen(timer, [&](QWidget& editor) {
         ShowAll({calls.at(1)});
@@ -121,37 +99,25 @@ void Reentrant(const Calls& calls)
     ShowAll({calls.at(0)});
 }
 
-void ExitBeforeLoop(const Calls& calls)
+/// Calls again when its loop has come to its end.
+void ExitWhileOpen(const Calls& calls)
 {
-    const Application<QApplication> application;
-    QCoreApplication::exit();
-    ShowAll(calls);
-}
-
-/// The first word says how.
-void LeaveWhileOpen(const Calls& calls)
-{
-    const Application<QApplication> application;
+    const QApplication application(argumentCount, arguments);
     QTimer timer;
-    WhenOpen(timer, [&](QWidget&) { calls[0] == "exit" ? QCoreApplication::exit(5) : QCoreApplication::quit(); });
-    QTimer::singleShot(0, [&] { ShowAll({calls[1]}); });
+    WhenOpen(timer, [](QWidget&) { QCoreApplication::exit(5); });
+    QTimer::singleShot(0, [&] { ShowAll(calls); });
     std::printf("LOOP ended with %d\n", QCoreApplication::exec());
 }
 
 /// One object serves an application, the next one and then the component's own, and is released when the process ends.
 void SuccessiveApplications(const Calls& /*calls*/)
 {
-    struct Kept
-    {
-        _BusinessRules* rules = NewRules(DllGetClassObject);
-        ~Kept() { rules->Release(); }
-    };
-    static const Kept kept;
+    static const std::shared_ptr<_BusinessRules> rules(NewRules(DllGetClassObject), [](auto* r) { r->Release(); });
     for (int i = 0; i < 2; ++i) {
-        const Application<QApplication> application;
-        kept.rules->ShowNodeEditor(1, 1, 7, nullptr);
+        const QApplication application(argumentCount, arguments);
+        rules->ShowNodeEditor(1, 1, 7, nullptr);
     }
-    kept.rules->ShowNodeEditor(1, 1, 7, nullptr);
+    rules->ShowNodeEditor(1, 1, 7, nullptr);
 }
 
 /// What must not grow from opening to opening: connections, widgets, other objects, descriptors, bytes.
@@ -165,7 +131,7 @@ std::array<qsizetype, 5> Held()
 
 void Repeat(const Calls& calls)
 {
-    const Application<QApplication> application;
+    const QApplication application(argumentCount, arguments);
     const auto run = [&](std::size_t rounds) {
         for (std::size_t i = 0; i < rounds; ++i)
             ShowAll({calls[i % calls.size()]});
@@ -181,13 +147,10 @@ void Repeat(const Calls& calls)
 }
 
 const std::map<std::string, void (*)(const Calls&)> scenarios{
-    {"widgets", CallFrom<QApplication>},
-    {"gui", CallFrom<QGuiApplication>},
     {"own-settings", OwnSettings},
-    {"loop", LoopGoesOn},
+    {"gui", WithoutWidgets},
     {"reentrant", Reentrant},
-    {"exit-before-loop", ExitBeforeLoop},
-    {"leave-while-open", LeaveWhileOpen},
+    {"exit-while-open", ExitWhileOpen},
     {"successive-applications", SuccessiveApplications},
     {"repeat", Repeat},
 };

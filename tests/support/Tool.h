@@ -1,4 +1,4 @@
-// dir-db as a test runs it, and the databases that it leaves.
+// Programs as a test runs them, and the databases that dir-db leaves.
 #pragma once
 
 #include "platform/data/Command.h"
@@ -16,14 +16,23 @@ struct Outcome
     QString errors;
 };
 
-inline Outcome RunProgram(const QString& program, const QStringList& arguments)
+/// changes: "NAME=value" sets a variable of the environment, "NAME" removes it.
+inline Outcome RunProgram(const QString& program, const QStringList& arguments, const QStringList& changes = {})
 {
+    constexpr int timeLimit = 50'000; // ms
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const QString& change : changes) {
+        environment.remove(change.section(u'=', 0, 0));
+        if (change.contains(u'='))
+            environment.insert(change.section(u'=', 0, 0), change.section(u'=', 1));
+    }
     QProcess process;
+    process.setProcessEnvironment(environment);
     process.start(program, arguments);
-    if (!process.waitForFinished() || process.exitStatus() != QProcess::NormalExit)
-        return {-1, {}, process.errorString()};
-    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-            QString::fromUtf8(process.readAllStandardError())};
+    const bool ended = process.waitForFinished(timeLimit) && process.exitStatus() == QProcess::NormalExit;
+    const QString fault = ended ? QString() : process.errorString();
+    return {ended ? process.exitCode() : -1, QString::fromUtf8(process.readAllStandardOutput()),
+            QString::fromUtf8(process.readAllStandardError()) + fault};
 }
 
 /// The first column of every row; a null text for Null.
