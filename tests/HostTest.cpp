@@ -102,10 +102,10 @@ private Q_SLOTS:
         row("plain", Plain(u"show"_s, {node7, u"1,1,12"_s, u"1,1,0"_s, node9, u"-32768,-32768,-32768"_s}),
             {staff, Shown(7), u"FORM DIR Editor|500|2 of 4|*"_s, Shown(12), newNode, Shown(0), node9Missing, Shown(9),
              Shown(-32768)});
-        row("plain, first thread ends", Plain(u"show"_s, {u"t1,1,7"_s, u"1,1,12"_s}), {staff, Shown(7), Shown(12)},
-            {otherThread});
         row("late-bound, and refusals", Plain(u"refuse"_s), {staff, u"REFUSED"_s});
-        row("loaded and unloaded", Plain(u"unload"_s, {node7}), {staff, Shown(7), staff, Shown(7), u"MAPPED"_s});
+        // The thread takes what is its own in the library with it; what the toolkit keeps of the library stays.
+        row("loaded and unloaded", Plain(u"unload"_s, {u"t1,1,7"_s}), {staff, Shown(7), Shown(7), u"MAPPED"_s},
+            {otherThread});
 
         row("settings, loop and thread of its own", WithQt(u"own-settings"_s, {node7, u"t1,1,12"_s, node9}),
             {staff, Shown(7), Shown(12), node9Missing, Shown(9), ended}, {otherThread});
