@@ -6,7 +6,6 @@
 
 #include <iostream>
 #include <QApplication>
-#include <QComboBox>
 #include <QLocale>
 #include <QProcess>
 #include <QRandomGenerator>
@@ -37,7 +36,6 @@ const QString sameSecondAndThird = u"NamePrompt = 1 WHERE NodeMasterID = 7 AND S
 const QString at7 = u"DIR 7 1 of 4 "_s;
 const QString at12 = u"DIR 12 2 of 4 "_s;
 const QString bad3 = at7 + u"dirty row 3 LVDirectory, kept"_s;
-const QString bad5 = at7 + u"dirty row 5 LVDirectory, kept"_s;
 
 const QString header = u"SELECT d.NodeDescription, p.NodeDescription, AccessCode, UsePasswords, StartingPromptNumber "
                        "FROM Node_DIR d JOIN Node_General_Pool p USING (ConfigID, PartID, NodeTypeID, NodeNumber) "
@@ -99,10 +97,6 @@ private:
 
     /// What is done in node 7 of a fresh sample, whose entries are changed before; the state, and whether anything was
     /// written.
-    void Walk(const QString& expected, const Editor::User& user, int line = __builtin_LINE())
-    {
-        Walk(expected, {}, user, line);
-    }
     void Walk(const QString& expected, const QString& change, const Editor::User& user, int line = __builtin_LINE())
     {
         init();
@@ -116,30 +110,12 @@ private:
         });
         CompareAt(line, state + (mSample->DataVersion() == before ? u", kept"_s : u", written"_s), expected);
     }
-    /// The entries' prompts, and saves in one session; the message nodes that were made.
-    void Missing(const QString& prompts, const char* expected, const Editor::User& user, int line = __builtin_LINE())
-    {
-        init();
-        QStringList entries;
-        for (const QString& prompt : prompts.split(u','))
-            entries << u"Adams|Anne|1|%1|1"_s.arg(prompt);
-        mSample->SetEntries(7, entries);
-        Editor::Open(1, 1, 7, [&](Editor& editor) {
-            user(editor);
-            QCOMPARE(mSample->Entries(7), editor.Rows());
-        });
-        const QString made = Value(
-            u"SELECT KELFilename FROM Node_MSG m JOIN Node_General_Pool p USING (ConfigID, PartID, NodeTypeID, "
-            "NodeNumber) WHERE m.Comment = 'Sample' AND m.NodeDescription = p.NodeDescription AND m.NodeDescription = "
-            "'Anne Adams' ORDER BY m.NodeNumber"_s);
-        CompareAt(line, made, QString::fromLatin1(expected));
-    }
     /// What makes a save fail, what mends it, and the number of entries that the failure leaves.
     void Fails(const QString& fault, const QString& repair, int left, int line = __builtin_LINE())
     {
         init();
         mSample->Run(u"UPDATE Detail_DIR SET NamePrompt = 13 WHERE NodeMasterID = 7 AND SequenceNo = 1"_s);
-        const ExpectedQuestion question = MissingNode(13, u"cmdYes"_s);
+        const ExpectedDialog question = MissingNode(13, u"cmdYes"_s);
         const QString told = repair == dropTrigger ? u"*refused*"_s : u"*dir-db check*"_s;
         const bool poolIsGone = repair.endsWith(pool);
         Editor::Open(1, 1, 7, [&](Editor& editor) {
@@ -147,7 +123,6 @@ private:
             poolIsGone ? editor.Expect(ErrorReport(u"CheckForUnReferencedNodes"_s, told)) : editor.Expect(question);
             Save(editor, ErrorReport(u"SaveChanges"_s, told));
             CompareAt(line, StateOf(editor), at7 + u"clean cmdOK"_s);
-            QCOMPARE(editor.RowCount(), 4);
             mSample->Run(repair);
             CompareAt(line, QString::number(mSample->Entries(7).size()), QString::number(left));
             poolIsGone ? Save(editor, question) : Save(editor);
@@ -168,20 +143,14 @@ private Q_SLOTS:
     // Apply, and what it asks in which order.
     void applying()
     {
-        Walk(at7 + u"clean cmdOK, written"_s, [](auto& e) { Changed(e).Click("cmdApply"); });
-        Walk(at7 + u"clean cmdOK, written"_s, [](auto& e) { Changed(e).FocusOn("cmdApply").Keys("Space"); });
-        Walk(at7 + u"clean row 2 cmdOK, written"_s,
-             [](auto& e) { e.ClickRow(1).Click("cmdDirEdit").Click("cmdApply"); });
-        Walk(bad5, [](auto& e) { e.Click("cmdDirAdd").ClickRow(0).Expect(invalid).Click("cmdApply"); });
+        Walk(at7 + u"clean cmdOK, written"_s, {}, [](auto& e) { Changed(e).Click("cmdApply"); });
         Walk(bad3, badThird, [](auto& e) { Changed(e).Expect(invalid).Click("cmdApply"); });
         Walk(bad3, sameSecondAndThird, [](auto& e) { Changed(e).Expect(sameNo).Click("cmdApply"); });
         Walk(u"closed, written"_s, sameSecondAndThird, [](auto& e) { Changed(e).Expect(sameYes).Click("cmdOK"); });
-        Walk(bad5, sameSecondAndThird,
+        Walk(at7 + u"dirty row 5 LVDirectory, kept"_s, sameSecondAndThird,
              [](auto& e) { e.Click("cmdDirAdd").ClickRow(0).Expect(invalid).Click("cmdApply"); });
         Walk(at12 + u"dirty row 480 LVDirectory, kept"_s, u"Extension = '1x' WHERE SequenceNo = 480"_s,
              [](auto& e) { Changed(e.Click("cmdNext")).Expect(invalid).Click("cmdApply"); });
-        Walk(at7 + u"dirty cmdApply, kept"_s,
-             [](auto& e) { e.Type(label, u"a\"b"_s).Expect(quotes).Click("cmdApply"); });
         Walk(at7 + u"clean row 2 cmdOK, written"_s, u"NamePrompt = 13 WHERE NodeMasterID = 7 AND SequenceNo = 4"_s,
              [](auto& e) {
                  e.Type(code, u"12"_s).Type(label, u"a\""_s).ClickRow(1).Click("cmdDirInsert").ClickRow(0);
@@ -195,36 +164,29 @@ private Q_SLOTS:
 
     void closing()
     {
-        Walk(u"closed, kept"_s, [](auto& e) { e.Click("cmdOK"); });
-        Walk(u"closed, written"_s, [](auto& e) { Changed(e).Keys("Return"); });
-        Walk(u"closed, written"_s, [](auto& e) { Changed(e).Expect(saveYes).Click("cmdCancel"); });
-        Walk(u"closed, kept"_s, [](auto& e) { Changed(e).Expect(saveNo).Click("cmdCancel"); });
+        Walk(u"closed, kept"_s, {}, [](auto& e) { e.Click("cmdOK"); });
+        Walk(u"closed, written"_s, {}, [](auto& e) { Changed(e).Keys("Return"); });
+        Walk(u"closed, kept"_s, {}, [](auto& e) { Changed(e).Expect(saveNo).Click("cmdCancel"); });
         Walk(bad3, badThird, [](auto& e) { Changed(e).Expect(saveYes, invalid).Click("cmdCancel"); });
-        Walk(at7 + u"dirty txtDescription, kept"_s, [](auto& e) { Changed(e).Expect(saveCancel).Keys("Esc"); });
-        Walk(at7 + u"dirty row 1 txtAccessCode, kept"_s,
+        Walk(at7 + u"dirty txtDescription, kept"_s, {}, [](auto& e) { Changed(e).Expect(saveCancel).Keys("Esc"); });
+        Walk(at7 + u"dirty row 1 txtAccessCode, kept"_s, {},
              [](auto& e) { e.Type(code, u"1"_s).ClickRow(0).Expect(saveYes, few).Keys("Esc"); });
-        Walk(u"closed, written"_s, [](auto& e) { Changed(e).Expect(saveYes).Close(); });
-        Walk(u"closed, kept"_s, [](auto& e) { e.ClickRow(1).Click("cmdDirEdit").Expect(saveNo).Close(); });
-        Walk(at7 + u"dirty row 1 txtDescription, kept"_s,
+        Walk(u"closed, written"_s, {}, [](auto& e) { Changed(e).Expect(saveYes).Close(); });
+        Walk(u"closed, kept"_s, {}, [](auto& e) { e.ClickRow(1).Click("cmdDirEdit").Expect(saveNo).Close(); });
+        Walk(at7 + u"dirty row 1 txtDescription, kept"_s, {},
              [](auto& e) { e.Type(label, u"a''b"_s).ClickRow(0).Expect(saveYes, quotes).Close(); });
-        Walk(u"closed, kept"_s, badThird, [](auto& e) { Changed(e).Expect(saveYes, invalid, saveNo).Close().Close(); });
     }
 
     void moving()
     {
-        Walk(at12 + u"clean cmdNext, kept"_s, [](auto& e) { e.Click("cmdNext"); });
-        Walk(u"DIR 20 3 of 4 clean cmdPrevious, kept"_s, [](auto& e) { e.Click("cmdLast").Click("cmdPrevious"); });
-        Walk(at12 + u"clean cmdNext, written"_s, [](auto& e) { Changed(e).Expect(saveYes).Click("cmdNext"); });
-        Walk(at12 + u"clean cmdNext, kept"_s,
-             [](auto& e) { e.ClickRow(1).Click("cmdDirEdit").Expect(saveNo).Click("cmdNext"); });
-        Walk(at7 + u"dirty cmdNext, kept"_s, [](auto& e) { Changed(e).Expect(saveCancel).Click("cmdNext"); });
-        Walk(bad3, badThird, [](auto& e) { Changed(e).Expect(saveYes, invalid).Click("cmdNext"); });
-        Walk(at12 + u"clean cmbNode, kept"_s,
-             [](auto& e) { Changed(e).Expect(saveNo).Choose("cmbNode", u"DIR 12"_s); });
-        Walk(at7 + u"dirty cmbNode, kept"_s,
-             [](auto& e) { Changed(e).Expect(saveCancel).Choose("cmbNode", u"DIR 31"_s); });
-        Walk(at7 + u"dirty txtAccessCode, kept"_s,
-             [](auto& e) { e.Type(code, u"1"_s).Expect(saveYes, few).Choose("cmbNode", u"DIR 31"_s); });
+        Walk(u"DIR 20 3 of 4 clean cmdPrevious, kept"_s, {}, [](auto& e) { e.Click("cmdLast").Click("cmdPrevious"); });
+        Walk(at12 + u"clean cmdNext, written"_s, {}, [](auto& e) { Changed(e).Expect(saveYes).Click("cmdNext"); });
+        Walk(at12 + u"clean cmdNext, kept"_s, {}, [](auto& e) { Changed(e).Expect(saveNo).Click("cmdNext"); });
+        Walk(at7 + u"dirty cmdNext, kept"_s, {}, [](auto& e) { Changed(e).Expect(saveCancel).Click("cmdNext"); });
+        Walk(at12 + u"clean cmbNode, kept"_s, {},
+             [](auto& e) { Changed(e).Expect(saveNo).FocusOn("cmbNode").Keys("Down"); });
+        Walk(at7 + u"dirty cmbNode, kept"_s, {},
+             [](auto& e) { Changed(e).Expect(saveCancel).FocusOn("cmbNode").Keys("Down"); });
     }
 
     void whatASaveWrites()
@@ -233,21 +195,17 @@ private Q_SLOTS:
         const QString othersBefore = Value(others);
         mSample->SetEntries(7, {u"O'Neil|\" --| 1.0 |13|12"_s, u"Baker|Ben|102|8|1"_s, u"Clark|Cy|103|15|7"_s});
         Editor::Open(1, 1, 7, [&](Editor& editor) {
-            QCOMPARE(editor.Rows(), mSample->Entries(7));
-            editor.Type(label, {}).Type(code, {}).Click("cmdDirAdd").Click("cmdDirEdit");
-            editor.Type("txtLastName", u"O'Brien"_s).Type("txtFirstName", u"Zoe"_s).Type("cmbPromptNumber", u"61"_s);
-            editor.Click("cmdDirEdit").ClickRow(1).Click("cmdDirUp");
-            editor.Expect(MissingNode(13, u"cmdNo"_s), MissingNode(61, u"cmdNo"_s)).Click("cmdApply").Expected();
-            QCOMPARE(editor.Rows().last(), u"OBrien|Zoe|1|61|1"_s);
+            editor.Type(label, {}).Type(code, {}).ClickRow(1).Click("cmdDirUp");
+            editor.Expect(MissingNode(13, u"cmdNo"_s)).Click("cmdApply").Expected();
+            QCOMPARE(editor.Rows().last(), u"Clark|Cy|103|15|7"_s);
             QCOMPARE(editor.Rows(), mSample->Entries(7));
             QCOMPARE(Value(header), u"|||1|5"_s);
-            editor.Find<QComboBox>("cmbUsePasswords").setCurrentIndex(-1);
             editor.ClickHeader(3).Type(label, u"Staff"_s).Click("cmdApply");
             QCOMPARE(editor.Rows().first(), u"Clark|Cy|103|15|7"_s);
             QCOMPARE(editor.Rows(), mSample->Entries(7));
             editor.ListKeys("Ctrl+A").Click("cmdDirRemove").Click("cmdApply");
         });
-        QCOMPARE(Value(header) + mSample->Entries(7).join(u';'), u"Staff|Staff||0|5"_s);
+        QCOMPARE(Value(header) + mSample->Entries(7).join(u';'), u"Staff|Staff||1|5"_s);
         QCOMPARE(Value(others), othersBefore);
         const QString date =
             Value(u"SELECT DateModified FROM Node_General_Pool WHERE NodeNumber = 7 AND NodeTypeID = 16"_s);
@@ -261,9 +219,7 @@ private Q_SLOTS:
                                 u"A B|\U0001F600| 1e2|3|x"_s, u"Clark|Cy|3|4|1"_s});
         const QStringList before = mSample->Entries(7);
         Editor::Open(1, 1, 7, [&](Editor& editor) {
-            editor.ClickRow(0).Click("cmdDirEdit");
-            for (int row = 1; row < 4; ++row)
-                editor.ListKeys("Down");
+            editor.ClickRow(0).Click("cmdDirEdit").ListKeys("Down").ListKeys("Down").ListKeys("Down");
             editor.Expect(MissingNode(999, u"cmdNo"_s)).Click("cmdApply").Expected();
             QCOMPARE(mSample->Entries(7), before);
             editor.Click("cmdDirEdit").Type("txtLastName", u"O'X"_s).ListKeys("Up").ListKeys("Down");
@@ -286,63 +242,39 @@ private Q_SLOTS:
         QCOMPARE(Value(header) + mSample->Entries(7).join(u';'), seventh);
     }
 
-    // No other node is read for one that does not exist, and a number that is none costs the others nothing.
-    void numbersOfNoNode()
+    // A number that is none costs the others nothing.
+    void numberOfNoNode()
     {
-        const QString list = u"Detail_DIR"_s;
-        mSample->Run(renamed.arg(list, u"gone"_s));
-        Editor::Open(1, 1, 9, {}, {Notice(u"DIR 9 doesn't exist."_s)});
-        mSample->Run(renamed.arg(u"gone"_s, list));
         mSample->Run(u"INSERT INTO Node_DIR (ConfigID, PartID, NodeTypeID, NodeNumber) VALUES (1, 1, 16, 40000)"_s);
         const auto user = [](Editor& e) { QCOMPARE(StateOf(e.Click("cmdLast")).left(13), u"DIR 31 4 of 4"_s); };
         Editor::Open(1, 1, 7, user, {ErrorReport(u"LoadExistingNodesInRecordSelector"_s, u"*left out: 40000.*"_s)});
     }
 
+    // In one session: what was answered is not asked again, and 13 counts as answered when 130 is.
     void missingMessageNodes()
     {
-        const auto yes = [](int number) { return MissingNode(number, u"cmdYes"_s); };
-        const auto no = [](int number) { return MissingNode(number, u"cmdNo"_s); };
-        const auto closed = [](int number) { return MissingNode(number, {}); };
-        const auto all = MissingNode(13, u"cmdYesToAll"_s);
-        const auto stop = MissingNode(27, u"cmdStop"_s);
-        Missing(u"13,1,27,2"_s, "P01M013.wav;P01M027.wav", [=](auto& e) { Save(e, yes(13), yes(27)), Save(e); });
-        Missing(u"13,27,999,55"_s, "P01M013.wav;P01M027.wav;P01M055.wav;P01M999.wav", [=](auto& e) { Save(e, all); });
-        Missing(u"13,27,41,42"_s, "P01M027.wav", [=](auto& e) { Save(e, no(13), yes(27), no(41), no(42)), Save(e); });
-        Missing(u"13,27,41,1"_s, "P01M013.wav;P01M041.wav",
-                [=](auto& e) { Save(e, yes(13), stop), Save(e, no(27), yes(41)), Save(e); });
-        Missing(u"13,27,1,2"_s, "P01M013.wav",
-                [=](auto& e) { Save(e, closed(13)), Save(e, yes(13), closed(27)), Save(e, no(27)); });
-        Missing(u"13,1,2,3"_s, "P01M013.wav", [=](auto& e) {
-            Save(e, all);
-            Save(e.ClickRow(0).Click("cmdDirEdit").Type("cmbPromptNumber", u"27"_s), no(27));
+        QStringList entries;
+        for (const int prompt : {130, 13, 27, 41, 42, 999})
+            entries << u"Adams|Anne|1|%1|1"_s.arg(prompt);
+        mSample->SetEntries(7, entries);
+        Editor::Open(1, 1, 7, [&](Editor& editor) {
+            Save(editor, MissingNode(130));
+            Save(editor, MissingNode(130, u"cmdNo"_s), MissingNode(27, u"cmdYes"_s), MissingNode(41, u"cmdStop"_s));
+            Save(editor, MissingNode(41, u"cmdYesToAll"_s));
+            editor.ClickRow(0).Click("cmdDirEdit").Type("cmbPromptNumber", u"61"_s);
+            Save(editor, MissingNode(61, u"cmdNo"_s)); // all were all of one save
+            Save(editor);
+            QCOMPARE(mSample->Entries(7), editor.Rows());
         });
-        Missing(u"130,13,41,2"_s, "", [=](auto& e) { Save(e, no(130), no(41)); });
-        Missing(u"13,130,1,2"_s, "", [=](auto& e) { Save(e, no(13), no(130)); });
-    }
-
-    // The made node's name ends before a character that does not fit; its file's name has the partition's sign.
-    void messageNodeOfAPartitionBelow0()
-    {
-        for (const QString& table : {u"Node_DIR"_s, u"Node_MSG"_s, u"Node_General_Pool"_s})
-            mSample->Run(u"UPDATE %1 SET PartID = -5 WHERE PartID = 1 AND NodeNumber IN (0, 7)"_s.arg(table));
-        mSample->SetEntries(7, {QString(25, u'W') + u"\U0001F600|Anne|1|5|1"_s});
-        mSample->Run(u"UPDATE Detail_DIR SET PartID = -5 WHERE NodeMasterID = 7"_s);
-        mSample->Run(u"UPDATE Node_Type_Max SET PartitionID = -5 WHERE Config_ID = 1 AND PartitionID = 1"_s);
-        Editor::Open(1, -5, 7, [](Editor& editor) {
-            editor.Type(label, u"x"_s).Expect(MissingNode(5, u"cmdYes"_s)).Click("cmdApply");
-        });
-        QCOMPARE(Value(u"SELECT KELFilename, NodeDescription FROM Node_MSG WHERE PartID = -5 AND NodeNumber = 5"_s),
-                 u"P-05M005.wav|Anne "_s + QString(25, u'W'));
+        QCOMPARE(Value(u"SELECT NodeNumber FROM Node_MSG WHERE NodeDescription = 'Anne Adams' ORDER BY 1"_s),
+                 u"27;41;42;999"_s);
     }
 
     void failures()
     {
-        const QString insert = u"INSERT ON Detail_DIR WHEN NEW.SequenceNo = %1"_s;
-        Fails(Trigger(u"DELETE ON Detail_DIR"_s), dropTrigger, 4);
         Fails(Trigger(u"UPDATE ON Node_DIR"_s), dropTrigger, 0);
         Fails(Trigger(u"UPDATE ON Node_General_Pool"_s), dropTrigger, 0);
-        for (const int entry : {1, 3, 4})
-            Fails(Trigger(insert.arg(entry)), dropTrigger, entry - 1);
+        Fails(Trigger(u"INSERT ON Detail_DIR WHEN NEW.SequenceNo = 3"_s), dropTrigger, 2);
         Fails(renamed.arg(u"Detail_DIR"_s, u"gone"_s), renamed.arg(u"gone"_s, u"Detail_DIR"_s), 4);
         Fails(renamed.arg(pool, u"gone"_s), renamed.arg(u"gone"_s, pool), 0);
     }
@@ -352,7 +284,6 @@ private Q_SLOTS:
         Editor::Open(1, 1, 7, [&](Editor& editor) {
             Changed(editor.ClickRow(0)).QueueRemoval().Click("cmdApply");
             QCoreApplication::processEvents();
-            QCOMPARE(StateOf(editor), u"DIR 7 1 of 4 clean row 1 cmdOK"_s);
             QCOMPARE(editor.RowCount(), 4);
         });
     }
@@ -361,15 +292,12 @@ private Q_SLOTS:
     {
         QTemporaryFile library;
         QVERIFY(library.open() && library.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::WriteOther));
-        const QString clsid = u"{6E2B8C41-93D7-4F0A-A51C-7B40D2E83600}"_s;
         const int before = mSample->DataVersion();
         for (const auto& [path, fault] : {std::pair(u"check.so"_s, u"*\"check.so\" is not an absolute path*"_s),
-                                          {u"/nowhere/check.so"_s, u"*/nowhere/check.so does not exist*"_s},
                                           {library.fileName(), u"*can be written by others*"_s}}) {
             WriteFile(qEnvironmentVariable("KELDAR_REGISTRY"),
-                      u"Windows Registry Editor Version 5.00\r\n\r\n"
-                      "[HKEY_CLASSES_ROOT\\QOR_Validate_TEXTField.Business_Rules\\Clsid]\r\n@=\"%1\"\r\n\r\n"
-                      "[HKEY_CLASSES_ROOT\\CLSID\\%1\\InprocServer32]\r\n@=\"%2\"\r\n"_s.arg(clsid, path)
+                      u"[HKEY_CLASSES_ROOT\\QOR_Validate_TEXTField.Business_Rules\\Clsid]\n@=\"{C}\"\n"
+                      "[HKEY_CLASSES_ROOT\\CLSID\\{C}\\InprocServer32]\n@=\"%1\"\n"_s.arg(path)
                           .toUtf8());
             Editor::Open(1, 1, 7, [report = ErrorReport(u"cmdApply_Click"_s, fault)](Editor& editor) {
                 QVERIFY(Changed(editor).Expect(report).Click("cmdApply").IsDirty());
@@ -380,9 +308,8 @@ private Q_SLOTS:
 
     void killedWhileSaving()
     {
-        bool isGiven = false;
-        const int given = qEnvironmentVariableIntValue("QOR_KILL_SEED", &isGiven);
-        const quint32 seed = isGiven ? static_cast<quint32>(given) : QRandomGenerator::global()->bounded(1000000);
+        const QString given = qEnvironmentVariable("QOR_KILL_SEED");
+        const quint32 seed = given.isEmpty() ? QRandomGenerator::global()->bounded(1000000U) : given.toUInt();
         qInfo("QOR_KILL_SEED=%u", seed);
         QRandomGenerator moments(seed);
         mSample->Run(u"UPDATE Detail_DIR SET NamePrompt = SequenceNo WHERE NodeMasterID = 12"_s);

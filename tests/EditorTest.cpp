@@ -4,10 +4,6 @@
 #include "support/SampleDatabase.h"
 
 #include <QApplication>
-#include <QComboBox>
-#include <QElapsedTimer>
-#include <QHeaderView>
-#include <QInputMethodEvent>
 #include <QMouseEvent>
 #include <QScrollBar>
 #include <QTest>
@@ -19,11 +15,6 @@ namespace {
 const QString abc = u"A,B,C"_s;
 const QString abcd = u"A,B,C,D"_s;
 
-QString MarkOf(const Editor& editor)
-{
-    return editor.IsDirty() ? u" dirty"_s : u" clean"_s;
-}
-
 /// "2Baker* 3!13": the number and the last name of each row, * where it is selected, ! and the prompt of a red one.
 QString ListOf(const Editor& editor)
 {
@@ -33,12 +24,7 @@ QString ListOf(const Editor& editor)
         rows << editor.Cell(row, 0) + (isRed ? u'!' + editor.Cell(row, 4) : QString()) + editor.Cell(row, 1) +
                     (editor.Selected().contains(row) ? u"*"_s : QString());
     }
-    return rows.join(u' ') + MarkOf(editor);
-}
-
-bool FieldsShown(const Editor& editor)
-{
-    return editor.Find("txtFirstName").isVisible();
+    return rows.join(u' ') + (editor.IsDirty() ? u" dirty"_s : u" clean"_s);
 }
 
 /// The in-place fields lie over the selected row's cells and show it.
@@ -73,7 +59,7 @@ QString FieldsOf(const Editor& editor)
     const QLineEdit& field = editor.Field(editor.Focus().toLatin1().constData());
     const QString selected = u'[' + field.selectedText() + u']';
     const QString text = field.hasSelectedText() ? selected : field.text().insert(field.cursorPosition(), u'|');
-    return state + u' ' + text + MarkOf(editor);
+    return state + u' ' + text + (editor.IsDirty() ? u" dirty"_s : u" clean"_s);
 }
 
 } // namespace
@@ -110,11 +96,6 @@ private:
             CompareAt(line, FieldsOf(editor), expected);
         });
     }
-    void Typed(const char* field, const char* text, const char* expected, int line = __builtin_LINE())
-    {
-        Fields(
-            QString::fromLatin1(expected), [=](auto& e) { e.Type(field, QLatin1String(text)); }, line);
-    }
     void Pasted(const char* field, const QString& text, const QString& expected, int line = __builtin_LINE())
     {
         Fields(
@@ -136,16 +117,12 @@ private Q_SLOTS:
     void addAndInsert()
     {
         constexpr auto ctrl = Qt::ControlModifier;
-        const char* const start = "cmbMSGNodeNumber";
-        Commands({}, "1!13* dirty", [](auto& e) { e.Click("cmdDirAdd"); });
         Commands(u"A"_s, "1A 2!13 3!27 4!41* dirty",
                  [](auto& e) { e.ClickRow(0).Click("cmdDirAdd").Click("cmdDirAdd").Keys("Alt+A"); });
         Commands({}, "1!13* dirty", [](auto& e) {
             e.Click("cmdDirAdd").Click("cmdDirAdd").ListKeys("Ctrl+A").Keys("Del").Keys("Alt+A");
         }); // the first row of an empty list counts anew
-        Commands(u"A"_s, "1A 2!13* dirty", [=](auto& e) { e.Type(start, u"12x"_s).Click("cmdDirAdd"); });
-        Commands(u"A"_s, "1A 2!41* dirty", [=](auto& e) { e.Type(start, u"41x"_s).Click("cmdDirAdd"); });
-        Commands(u"A"_s, "1A 2!13* dirty", [=](auto& e) { e.Type(start, u"x"_s).Click("cmdDirAdd"); });
+        Commands(u"A"_s, "1A 2!41* dirty", [](auto& e) { e.Type("cmbMSGNodeNumber", u"41x"_s).Click("cmdDirAdd"); });
         Commands(abc, "1A 5!27* 4!13 2B 3C dirty", [](auto& e) { e.ClickRow(1).Click("cmdDirInsert").Keys("Alt+I"); });
         Commands(abc, "1A 2B 3C 4!13* dirty", [](auto& e) { e.ClickRow(0).ClickRow(0, ctrl).Click("cmdDirInsert"); });
         Commands(abc, "1A 2B 3C 4!13* dirty", [](auto& e) { e.ClickRow(0).ClickRow(2, ctrl).Click("cmdDirInsert"); });
@@ -154,7 +131,6 @@ private Q_SLOTS:
     void moveAndSort()
     {
         Commands(abc, "1!13* 2A 3B 4C dirty", [](auto& e) { e.ClickRow(0).Click("cmdDirInsert").Click("cmdDirUp"); });
-        Commands(abc, "1A 2!13* 3B 4C dirty", [](auto& e) { e.ClickRow(0).Click("cmdDirInsert").Keys("Alt+D"); });
         Commands(abc, "1C* 2A 3B dirty", [](auto& e) { e.ClickRow(2).Click("cmdDirUp").Keys("Alt+U"); });
         Commands(abc, "1A 2B 3C* dirty", [](auto& e) { e.ClickRow(2).Click("cmdDirDown"); });
         Commands(u"B,C,A"_s, "1A 2C* 3B dirty", [](auto& e) { e.ClickHeader(1).ClickRow(2).Click("cmdDirUp"); });
@@ -162,8 +138,7 @@ private Q_SLOTS:
         mSample->SetEntries(7, {u"Adams|Anne|101|5|1234"_s, u"Baker|Ben|102|6|7"_s});
         Editor::Open(1, 1, 7, [](Editor& editor) {
             const QStringList before = editor.Rows();
-            editor.ClickRow(1).Click("cmdDirUp");
-            QCOMPARE(editor.Rows(), (QStringList{before[1], before[0]}));
+            QCOMPARE(editor.ClickRow(1).Click("cmdDirUp").Rows(), (QStringList{before[1], before[0]}));
             QCOMPARE(editor.Click("cmdDirDown").Rows(), before);
         });
     }
@@ -172,11 +147,10 @@ private Q_SLOTS:
     void anotherNodeIsNotSorted()
     {
         mSample->SetEntries(7, {u"B|Bo|2|1|1"_s, u"C|Cy|3|2|1"_s, u"A|Al|1|3|1"_s});
-        for (const int column : {1, 3, 4}) {
+        for (const int column : {1, 3}) {
             Open(abc, [&](Editor& editor) {
                 QCOMPARE(ListOf(editor.ClickHeader(column).Click("cmdFirst")), u"1B 2C 3A clean"_s);
                 QCOMPARE(ListOf(editor.ClickHeader(1)), u"3A 1B 2C clean"_s);
-                QCOMPARE(ListOf(editor.ClickHeader(1)), u"2C 1B 3A clean"_s);
             });
         }
     }
@@ -186,11 +160,7 @@ private Q_SLOTS:
         constexpr auto ctrl = Qt::ControlModifier;
         Commands(abc, "1A 2C* dirty", [](auto& e) { e.ClickRow(1).Click("cmdDirRemove"); });
         Commands(abcd, "1A* 2C dirty", [](auto& e) { e.ClickRow(1).ClickRow(3, ctrl).ListKeys("Del"); });
-        Commands(abc, "1A* dirty", [](auto& e) { e.ClickRow(1).ListKeys("Shift+Down").Keys("Del"); });
-        Commands(abc, " dirty", [](auto& e) { e.ListKeys("Ctrl+A").Keys("Del"); });
         Commands(abc, "1A 2B 3C clean", [](auto& e) { e.Click("cmdDirRemove").ListKeys("Del"); });
-        Commands(abc, "1!13 2B* 3C dirty",
-                 [](auto& e) { e.ClickRow(0).Click("cmdDirInsert").ClickRow(1).Keys("Del"); });
         Commands(abc, "1A 2B 3C* dirty",
                  [](auto& e) { e.ClickRow(0).ClickRow(2, ctrl).Keys("Alt+E").ListKeys("Del"); });
         Commands(abc, "1B* dirty",
@@ -218,56 +188,36 @@ private Q_SLOTS:
             QTableView& list = editor.List();
             editor.ClickRow(3).Click("cmdDirEdit");
             CompareFields(editor);
-            for (const char* name :
-                 {"cmdDirAdd", "cmdDirInsert", "cmdDirRemove", "cmdDirUp", "cmdDirDown", "cmdDirSaveList"})
-                QVERIFY2(!editor.Find(name).isEnabled(), name);
-            list.setColumnWidth(1, 200);
-            list.setColumnWidth(3, 60);
-            QScrollBar& sideways = *list.horizontalScrollBar();
-            QTRY_VERIFY(sideways.maximum() > 40);
-            editor.ClickRow(5);
-            for (const int offset : {0, 20, 40, 0}) {
-                sideways.setValue(offset);
-                CompareFields(editor);
-            }
+            QVERIFY(!editor.Find("cmdDirUp").isEnabled());
             list.setColumnWidth(1, 30); // so that the last name can go out of sight
             list.setColumnWidth(4, 300);
+            QScrollBar& sideways = *list.horizontalScrollBar();
             QTRY_VERIFY(sideways.maximum() > 60);
-            for (const int offset : {60, 0})
+            editor.ClickRow(5);
+            for (const int offset : {0, 20, 60, 0}) {
                 sideways.setValue(offset);
-            CompareFields(editor);
+                if (offset < 60)
+                    CompareFields(editor);
+            }
             list.verticalScrollBar()->setValue(37);
-            QVERIFY(!FieldsShown(editor));
-            CompareFields(editor.ClickRow(40));
-            QTest::mousePress(list.horizontalHeader()->viewport(), Qt::LeftButton, {}, {20, 8});
-            QVERIFY(!FieldsShown(editor));
-            QTest::mouseRelease(list.horizontalHeader()->viewport(), Qt::LeftButton, {}, {20, 8});
-            editor.Click("cmdDirEdit").Click("cmdDirEdit").Click("cmdDirEdit");
-            QVERIFY(!FieldsShown(editor) && editor.Find("cmdDirUp").isEnabled());
-        });
-    }
-
-    void fieldsStayOverAPartialRow()
-    {
-        Open(u"A,"_s.repeated(60), [](Editor& editor) {
-            QWidget* list = editor.Click("cmdDirEdit").List().viewport();
-            const int row = editor.List().rowAt(list->height() - 1);
-            QVERIFY(editor.CellRect(row, 2).bottom() >= list->height());
-            QTest::mouseClick(list, Qt::LeftButton, {}, list->rect().bottomLeft() + QPoint(40, 0));
+            QVERIFY(!editor.Find("txtFirstName").isVisible());
+            const int row = list.rowAt(list.viewport()->height() - 1);
+            QVERIFY(editor.CellRect(row, 2).bottom() >= list.viewport()->height());
+            QTest::mouseClick(list.viewport(), Qt::LeftButton, {},
+                              list.viewport()->rect().bottomLeft() + QPoint(40, 0));
+            QTest::qWait(QApplication::doubleClickInterval() + 100); // the list scrolls to a clicked row that late
             QCOMPARE(editor.Selected(), {row});
-            QElapsedTimer clicked; // the list scrolls to a clicked row that late
-            clicked.start();
-            QTRY_VERIFY(clicked.elapsed() > QApplication::doubleClickInterval() + 100);
             CompareFields(editor);
+            editor.ClickHeader(1);
+            QVERIFY(!editor.Find("txtFirstName").isVisible());
+            editor.Click("cmdDirEdit").Click("cmdDirEdit").Click("cmdDirEdit");
+            QVERIFY(!editor.Find("txtFirstName").isVisible() && editor.Find("cmdDirUp").isEnabled());
         });
     }
 
     void fieldsFollowTheRow()
     {
         Follows("C", [](auto& e) { e.ClickRow(2); });
-        Follows("C", [](auto& e) { e.ListKeys("Down"); });
-        Follows("D", [](auto& e) { e.ListKeys("PgDown"); });
-        Follows("D", [](auto& e) { e.ListKeys("Ctrl+End"); });
         Follows("A", [](auto& e) { e.ListKeys("A"); });
         Follows("D", [](auto& e) { e.ListKeys("Ctrl+A"); });
         Follows("B", [](auto& e) { e.ClickRow(1, Qt::ControlModifier); });
@@ -280,72 +230,42 @@ private Q_SLOTS:
             QCoreApplication::sendEvent(list, &move);
             QTest::mouseRelease(list, Qt::LeftButton, {}, end);
         });
-        Open(abcd, [](Editor& editor) {
-            editor.ClickRow(1).Click("cmdDirEdit").ClickHeader(1);
-            QVERIFY(!FieldsShown(editor));
-        });
     }
 
     void typing()
     {
-        Typed("txtLastName", "Smith3", "1Smith Smith| dirty");
-        Typed("txtExtension", "12a4", "3124 124| dirty");
-        Typed("txtExtension", "12345678901234567", "3123456789012345 123456789012345| dirty");
-        Typed("txtPassword", "a12345678", "51234567 1234567| dirty");
-        Typed("txtAccessCode", "1x234567890", " 12345678| dirty");
-        Typed("cmbPromptNumber", "300", "430 30| clean");
-        Typed("cmbPromptNumber", "x", "41 1| clean");
-        Typed("cmbPromptNumber", "", "41 1| clean");
-        Typed("cmbMSGNodeNumber", "12x", " 12x| dirty");
-        Typed("cmbMSGNodeNumber", "x", " 1| dirty");
-        Typed("cmbMSGNodeNumber", "", " 1| dirty");
+        Fields(u"430 30| clean"_s, [](auto& e) { e.Type("cmbPromptNumber", u"300"_s); });
         Fields(u" Adams| clean"_s, [](auto& e) { e.ClickRow(0); });
         Fields(u" [Adams] clean"_s, [](auto& e) { e.ListKeys("Down").ListKeys("Up"); });
-        Fields(u"2Bo Bo| dirty"_s, [](auto& e) { e.Type("txtLastName", {}).Type("txtFirstName", u"Bo"_s); });
         Fields(u" Adams| dirty"_s, [](auto& e) { e.Type("txtLastName", {}).ClickRow(0); });
         Fields(u" [101] dirty"_s,
                [](auto& e) { e.Type("txtExtension", {}).FocusOn("txtLastName").FocusOn("txtExtension"); });
-        for (const auto& [text, expected] : {std::pair("3", u" Ad|ams dirty"_s), {"1x2", u"1Adxams Adx|ams dirty"_s}})
-            Fields(expected, [keys = text](auto& e) {
-                e.FocusOn("txtLastName").Field("txtLastName").setCursorPosition(2);
-                QTest::keyClicks(&e.Field("txtLastName"), QLatin1String(keys));
-            });
+        Fields(u"1Adxams Adx|ams dirty"_s, [](auto& e) {
+            e.FocusOn("txtLastName").Field("txtLastName").setCursorPosition(2);
+            QTest::keyClicks(&e.Field("txtLastName"), u"1x2"_s);
+        });
     }
 
-    void pastingAndComposing()
+    void pasting()
     {
-        const QString letters(29, u'W');
-        Pasted("txtLastName", u"O'Neil"_s, u"1ONeil ONeil| dirty"_s);
+        const QString letters = u"\"'\u05D0"_s + QString(26, u'W');
         Pasted("txtLastName", u"aB3"_s.repeated(3334), u"1%1 %1| dirty"_s.arg(u"aB"_s.repeated(10) + u'a'));
-        Pasted("txtLastName", u"A\U0001F600b"_s, u"1Ab Ab| dirty"_s);
-        Pasted("txtLastName", u"\u05D0\u05D1"_s, u" | dirty"_s);
-        Pasted("txtLastName", u"A\0b"_s, u"1Ab Ab| dirty"_s);
-        Pasted("txtLastName", u"Al\r\nBe\t"_s, u"1AlBe AlBe| dirty"_s);
+        Pasted("txtFirstName", u"O'N\U0001F600e\u05D0\r\nil\t"_s, u"2ONeil ONeil| dirty"_s);
         Pasted("txtExtension", u"\u0663\uFF13-7"_s, u"37 7| dirty"_s);
-        Pasted("txtDescription", u"\"O'Neil\"\u05D0"_s, u" \"O'Neil\"\u05D0| dirty"_s);
+        Pasted("txtPassword", u"a12"_s, u"512 12| dirty"_s);
+        Pasted("txtAccessCode", u"1x2"_s, u" 12| dirty"_s);
         Pasted("txtDescription", letters + u"\U0001F600"_s, u" %1| dirty"_s.arg(letters)); // no half of a character
-        Pasted("cmbPromptNumber", u"99999999999"_s, u"499 99| clean"_s);
-        Fields(u"1Muller Muller| dirty"_s, [](auto& e) {
-            e.Type("txtLastName", {});
-            for (const QString& committed : {QString(), u"Mu\u0308\u00FCller3"_s}) {
-                QInputMethodEvent event(committed.isEmpty() ? u"pre"_s : QString(), {});
-                event.setCommitString(committed);
-                QCoreApplication::sendEvent(&e.Field("txtLastName"), &event);
-            }
-        });
+        Pasted("cmbPromptNumber", u"x"_s, u"41 1| clean"_s);
+        Pasted("cmbMSGNodeNumber", u"12x"_s, u" 12x| dirty"_s);
+        Pasted("cmbMSGNodeNumber", u"x"_s, u" 1| dirty"_s);
     }
 
     void redRowsTurnBlack()
     {
         Open({}, [](Editor& editor) {
-            for (int row = 0; row < 2; ++row) { // the second one's first name comes before the last name
-                const auto fields =
-                    row == 0 ? std::pair("txtLastName", "txtFirstName") : std::pair("txtFirstName", "txtLastName");
-                editor.Click("cmdDirAdd").Click("cmdDirEdit");
-                editor.Type("txtPassword", u"12"_s).Type("txtExtension", u"12"_s).Type(fields.first, u"Ab12"_s);
-                QCOMPARE(editor.Red(row), u"-rrrr-"_s);
-                QCOMPARE(editor.Type(fields.second, u"Ab12"_s).Click("cmdDirEdit").Red(row), u"------"_s);
-            }
+            editor.Click("cmdDirAdd").Click("cmdDirEdit").Type("txtPassword", u"12"_s).Type("txtExtension", u"12"_s);
+            QCOMPARE(editor.Type("txtFirstName", u"Ab12"_s).Red(0), u"-rrrr-"_s);
+            QCOMPARE(editor.Type("txtLastName", u"Ab12"_s).Red(0), u"------"_s);
         });
     }
 };

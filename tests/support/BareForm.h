@@ -8,12 +8,11 @@ namespace qor {
 class BareForm : public EditorForm
 {
 public:
-    int activations = 0;
     bool keepLoaded = false; ///< what Form_Unload answers
 
 protected:
     void Form_Load() override {}
-    void Form_Activate() override { ++activations; }
+    void Form_Activate() override {}
     void Form_Unload(bool& cancel) override { cancel = keepLoaded; }
 };
 

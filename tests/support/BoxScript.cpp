@@ -2,7 +2,6 @@
 
 #include <QAbstractButton>
 #include <QApplication>
-#include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
@@ -15,10 +14,7 @@ namespace qor {
 bool Matches(const QString& text, const QString& pattern)
 {
     const QString expression = QRegularExpression::escape(pattern).replace(u"\\*"_s, u".*"_s);
-    return QRegularExpression(QRegularExpression::anchoredPattern(expression),
-                              QRegularExpression::DotMatchesEverythingOption)
-        .match(text)
-        .hasMatch();
+    return QRegularExpression(u"(?s)\\A"_s + expression + u"\\z"_s).match(text).hasMatch();
 }
 
 namespace {
@@ -53,23 +49,13 @@ void FailTest(const QString& reason)
 }
 
 /// A dialog whose button cannot be pressed must not stay open.
-void Press(QDialog& dialog, QAbstractButton* button)
+void Press(QDialog& dialog, QAbstractButton* button, bool isEscape)
 {
     if (button && button->isEnabled())
         return button->click();
-    FailTest(u"This dialog has no such button to press: "_s + Told(dialog));
+    if (!isEscape)
+        FailTest(u"This dialog has no such button to press: "_s + Told(dialog));
     QTest::keyClick(&dialog, Qt::Key_Escape);
-}
-
-void AnswerFiles(QDialog& dialog, const QString& fileName)
-{
-    const bool opens = static_cast<QFileDialog&>(dialog).acceptMode() == QFileDialog::AcceptOpen;
-    const auto button = fileName.isEmpty() ? QDialogButtonBox::Cancel
-                        : opens            ? QDialogButtonBox::Open
-                                           : QDialogButtonBox::Save;
-    if (!fileName.isEmpty())
-        dialog.findChild<QLineEdit*>(u"fileNameEdit"_s)->setText(fileName);
-    Press(dialog, dialog.findChild<QDialogButtonBox*>()->button(button));
 }
 
 } // namespace
@@ -89,10 +75,24 @@ ExpectedBox SaveQuestion(QMessageBox::StandardButton answer)
     return Question(u"Do you want to save changes?"_s, answer);
 }
 
-ExpectedQuestion MissingNode(int number, const QString& button)
+ExpectedDialog FileDialog(const QString& title, const QString& fileName, const QString& folder)
 {
-    return {u"MSG %1 is referenced but it does not exist.\nDo you want to auto create node 'MSG %1'?"_s.arg(number),
-            button};
+    return {Told(folder, title, fileDialog), [fileName](QDialog& dialog) {
+                if (fileName.isEmpty())
+                    return dialog.reject();
+                dialog.findChild<QLineEdit*>(u"fileNameEdit"_s)->setText(fileName);
+                dialog.accept();
+            }};
+}
+
+ExpectedDialog MissingNode(int number, const QString& button)
+{
+    const QString text =
+        u"MSG %1 is referenced but it does not exist.\nDo you want to auto create node 'MSG %1'?"_s.arg(number);
+    return {Told(text, u"Confirmation"_s, question), [button](QDialog& dialog) {
+                Press(dialog, button.isEmpty() ? nullptr : dialog.findChild<QAbstractButton*>(button),
+                      button.isEmpty());
+            }};
 }
 
 ExpectedBox ErrorReport(const QString& procedure, const QString& description)
@@ -111,31 +111,12 @@ BoxScript::BoxScript(std::initializer_list<ExpectedBox> boxes)
 
 void BoxScript::Expect(const ExpectedBox& box)
 {
-    mSteps.push_back({Told(box.text, box.title, KindOf(box.icon)), [box](QDialog& dialog) {
-                          auto& shown = static_cast<QMessageBox&>(dialog);
-                          if (box.inspect)
-                              box.inspect(shown);
-                          if (box.answer == QMessageBox::NoButton)
-                              QTest::keyClick(&shown, Qt::Key_Escape);
-                          else
-                              Press(shown, shown.button(box.answer));
-                      }});
-}
-
-void BoxScript::Expect(const ExpectedFileDialog& dialog)
-{
-    mSteps.push_back({Told(dialog.folder.isEmpty() ? u"*"_s : dialog.folder, dialog.title, fileDialog),
-                      [name = dialog.fileName](QDialog& shown) { AnswerFiles(shown, name); }});
-}
-
-void BoxScript::Expect(const ExpectedQuestion& asked)
-{
-    mSteps.push_back({Told(asked.text, u"Confirmation"_s, question), [name = asked.button](QDialog& shown) {
-                          if (name.isEmpty())
-                              QTest::keyClick(&shown, Qt::Key_Escape);
-                          else
-                              Press(shown, shown.findChild<QAbstractButton*>(name));
-                      }});
+    Expect({Told(box.text, box.title, KindOf(box.icon)), [box](QDialog& dialog) {
+                auto& shown = static_cast<QMessageBox&>(dialog);
+                if (box.inspect)
+                    box.inspect(shown);
+                Press(shown, shown.button(box.answer), box.answer == QMessageBox::NoButton);
+            }});
 }
 
 void BoxScript::ServeModalWidget()
@@ -145,14 +126,12 @@ void BoxScript::ServeModalWidget()
     if (dialog == nullptr || isForm)
         return;
     mTimer.start(1); // again, so that it comes within an answer that brings up the next box
-    const Step step = mSteps.empty() ? Step{u"none"_s, {}} : mSteps.front();
-    if (!mSteps.empty())
-        mSteps.pop_front();
-    if (const QString shown = Told(*dialog); Matches(shown, step.told)) {
-        step.answer(*dialog);
-        return;
-    }
-    FailTest(u"A dialog came: %1. Expected: %2"_s.arg(Told(*dialog), step.told));
+    const ExpectedDialog expected = mExpected.empty() ? ExpectedDialog{u"none"_s, {}} : mExpected.front();
+    if (!mExpected.empty())
+        mExpected.pop_front();
+    if (Matches(Told(*dialog), expected.told))
+        return expected.answer(*dialog);
+    FailTest(u"A dialog came: %1. Expected: %2"_s.arg(Told(*dialog), expected.told));
     QTest::keyClick(dialog, Qt::Key_Escape);
     if (dialog->isVisible())
         dialog->done(0);
@@ -160,8 +139,8 @@ void BoxScript::ServeModalWidget()
 
 void BoxScript::Verify()
 {
-    for (const Step& step : std::exchange(mSteps, {}))
-        FailTest(u"A dialog did not come: "_s + step.told);
+    for (const ExpectedDialog& expected : std::exchange(mExpected, {}))
+        FailTest(u"A dialog did not come: "_s + expected.told);
 }
 
 } // namespace qor

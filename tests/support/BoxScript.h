@@ -22,27 +22,21 @@ struct ExpectedBox
     std::function<void(QMessageBox& box)> inspect = {};   ///< called before it is answered
 };
 
-struct ExpectedFileDialog
+struct ExpectedDialog
 {
-    QString title;
-    QString fileName = {}; ///< what is typed into it; empty to cancel it
-    QString folder = {};   ///< where it starts; empty for anywhere
+    QString told; ///< a pattern for what it says
+    std::function<void(QDialog& dialog)> answer;
 };
 
-/// The question about a missing message node.
-struct ExpectedQuestion
-{
-    QString text;
-    QString button; ///< the name of the button that answers it; empty for the Escape key
-};
-
+/// A file dialog that starts in this folder; the name is typed into it, an empty one cancels it.
+ExpectedDialog FileDialog(const QString& title, const QString& fileName = {}, const QString& folder = u"*"_s);
+/// Whether this missing message node is to be made; the named button answers it, without one the Escape key.
+ExpectedDialog MissingNode(int number, const QString& button = {});
 /// The notice with the title "Information".
 ExpectedBox Notice(const QString& text);
 ExpectedBox Question(const QString& text, QMessageBox::StandardButton answer, const QString& title = u"Confirmation"_s);
 /// Whether changes are to be saved.
 ExpectedBox SaveQuestion(QMessageBox::StandardButton answer);
-/// Whether this missing message node is to be made.
-ExpectedQuestion MissingNode(int number, const QString& button);
 /// The report of an error that ended this procedure.
 ExpectedBox ErrorReport(const QString& procedure, const QString& description);
 
@@ -56,21 +50,14 @@ public:
     Q_DISABLE_COPY_MOVE(BoxScript)
 
     void Expect(const ExpectedBox& box);
-    void Expect(const ExpectedFileDialog& dialog);
-    void Expect(const ExpectedQuestion& question);
+    void Expect(const ExpectedDialog& dialog) { mExpected.push_back(dialog); }
     /// Fails the test unless every expected box and dialog came.
     void Verify();
 
 private:
-    struct Step
-    {
-        QString told; ///< a pattern for what the dialog says
-        std::function<void(QDialog& dialog)> answer;
-    };
-
     void ServeModalWidget();
 
-    std::deque<Step> mSteps;
+    std::deque<ExpectedDialog> mExpected;
     QTimer mTimer;
 };
 

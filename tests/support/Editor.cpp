@@ -6,15 +6,13 @@
 #include <QClipboard>
 #include <QComboBox>
 #include <QHeaderView>
-#include <QMouseEvent>
+#include <QKeyEvent>
 #include <QPushButton>
 #include <QTest>
 
 namespace qor {
 
 namespace {
-
-constexpr int lookEvery = 1; // ms
 
 void CallLibrary(int config, int partition, int node)
 {
@@ -48,14 +46,13 @@ void Editor::Open(int config, int partition, int node, const User& user, std::in
         timer.stop();
         opened = true;
         Editor editor(*form, boxes);
-        if (user)
-            user(editor);
+        user(editor);
         editor.Leave();
     });
-    timer.start(lookEvery);
+    timer.start(1);
     CallLibrary(config, partition, node);
     Require(DllCanUnloadNow() == S_OK, "the library counts objects that are gone");
-    Require(opened == static_cast<bool>(user), "the editor came, or did not, against what was expected");
+    Require(opened, "the editor did not come");
 }
 
 QWidget& Editor::FindControl(const char* name) const
@@ -109,15 +106,10 @@ Editor& Editor::Keys(const char* keys)
 }
 
 /// Behind a box the form becomes the active window a moment later.
-void Editor::Activate()
+Editor& Editor::FocusOn(const char* control)
 {
     mForm.activateWindow();
     Require(!IsOpen() || QTest::qWaitForWindowActive(&mForm), "the form does not become active");
-}
-
-Editor& Editor::FocusOn(const char* control)
-{
-    Activate();
     Find(control).show();
     Find(control).setFocus(Qt::TabFocusReason);
     return *this;
@@ -125,8 +117,7 @@ Editor& Editor::FocusOn(const char* control)
 
 Editor& Editor::Type(const char* field, const QString& text)
 {
-    FocusOn(field);
-    Field(field).selectAll();
+    FocusOn(field).Field(field).selectAll();
     if (text.isEmpty())
         QTest::keyClick(&Field(field), Qt::Key_Backspace);
     else
@@ -136,30 +127,14 @@ Editor& Editor::Type(const char* field, const QString& text)
 
 Editor& Editor::Paste(const char* field, const QString& text)
 {
-    FocusOn(field);
-    Field(field).selectAll();
+    FocusOn(field).Field(field).selectAll();
     QGuiApplication::clipboard()->setText(text);
     QTest::keySequence(&Field(field), QKeySequence::Paste);
     return *this;
 }
 
-Editor& Editor::Choose(const char* combo, const QString& item)
-{
-    auto& box = Find<QComboBox>(combo);
-    box.setFocus();
-    box.showPopup();
-    box.view()->setCurrentIndex(box.model()->index(box.findText(item), 0));
-    QTest::keyClick(box.view(), Qt::Key_Enter);
-    return *this;
-}
-
 Editor& Editor::QueueRemoval()
 {
-    QWidget& button = Find("cmdDirRemove");
-    const QPointF place = button.rect().center();
-    for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease})
-        QCoreApplication::postEvent(
-            &button, new QMouseEvent(type, place, button.mapToGlobal(place), Qt::LeftButton, Qt::LeftButton, {}));
     QCoreApplication::postEvent(&List(), new QKeyEvent(QEvent::KeyPress, Qt::Key_Delete, {}));
     return *this;
 }

@@ -16,7 +16,7 @@ public:
     using User = std::function<void(Editor& editor)>;
 
     /// Opens the editor and hands it to its user once it is on screen; what the user leaves open is closed without
-    /// saving. `before`: boxes that come earlier. Without a user none may come up.
+    /// saving. `before`: boxes that come earlier.
     static void Open(int config, int partition, int node, const User& user,
                      std::initializer_list<ExpectedBox> before = {});
 
@@ -42,10 +42,8 @@ public:
     /// Types or pastes over the whole text of a field; an empty text erases it.
     Editor& Type(const char* field, const QString& text);
     Editor& Paste(const char* field, const QString& text);
-    /// Takes an item from a combo box's list.
-    Editor& Choose(const char* combo, const QString& item);
     Editor& Close() { return mForm.close(), *this; }
-    /// Queues a click on cmdDirRemove and the Delete key, as from hands that do not wait for what they began.
+    /// Queues the Delete key, as from hands that do not wait for what they began.
     Editor& QueueRemoval();
 
     /// Boxes and dialogs that come next, in their order.
@@ -77,7 +75,6 @@ public:
 private:
     Editor(QDialog& form, BoxScript& boxes) : mForm(form), mBoxes(boxes) {}
     QWidget& FindControl(const char* name) const;
-    void Activate();
     void Leave();
 
     QDialog& mForm;

@@ -11,51 +11,16 @@ namespace qor {
 
 namespace {
 
-const QString connectionName = u"test"_s;
-
-QStringList ReadRows(QSqlQuery& query)
-{
-    QStringList rows;
-    while (query.next()) {
-        QStringList values;
-        for (int column = 0; column < query.record().count(); ++column)
-            values << (query.isNull(column) ? u"Null"_s : query.value(column).toString());
-        rows << values.join(u'|');
-    }
-    return rows;
-}
-
-/// A connection that stays open as long as it has this name.
-QSqlDatabase Opened(const QString& name, const QString& fileName)
-{
-    if (QSqlDatabase::contains(name))
-        return QSqlDatabase::database(name);
-    QSqlDatabase database = QSqlDatabase::addDatabase(u"QSQLITE"_s, name);
-    database.setDatabaseName(fileName);
-    database.open();
-    return database;
-}
-
-QStringList RunOn(const QSqlDatabase& database, const QString& statement)
-{
-    QSqlQuery query(database);
-    if (!query.exec(statement))
-        qFatal("%s: %s", qUtf8Printable(statement), qUtf8Printable(query.lastError().text()));
-    return ReadRows(query);
-}
-
 /// The sample as it was made, once for the test program.
-QString FreshSample()
+const QString& FreshSample()
 {
     static const QTemporaryDir folder;
-    QString fileName = folder.filePath(u"sample.mdb"_s);
-    if (QFile::exists(fileName))
-        return fileName;
-    QProcess dirDb;
-    dirDb.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    dirDb.start(QString::fromLocal8Bit(DIR_DB), {u"sample"_s, fileName});
-    if (!dirDb.waitForFinished() || dirDb.exitStatus() != QProcess::NormalExit || dirDb.exitCode() != 0)
-        qFatal("%s cannot be made", qUtf8Printable(fileName));
+    static const QString fileName = [] {
+        QString name = folder.filePath(u"sample.mdb"_s);
+        if (QProcess::execute(QString::fromLocal8Bit(DIR_DB), {u"sample"_s, name}) != 0)
+            qFatal("%s cannot be made", qUtf8Printable(name));
+        return name;
+    }();
     return fileName;
 }
 
@@ -70,6 +35,9 @@ SampleDatabase::SampleDatabase()
     QDir().mkpath(QFileInfo(FileName()).path());
     if (!QFile::copy(FreshSample(), FileName()))
         qFatal("%s cannot be made", qUtf8Printable(FileName()));
+    QSqlDatabase database = QSqlDatabase::addDatabase(u"QSQLITE"_s, FileName());
+    database.setDatabaseName(FileName());
+    database.open();
 }
 
 SampleDatabase::~SampleDatabase()
@@ -79,8 +47,16 @@ SampleDatabase::~SampleDatabase()
 
 QStringList SampleDatabase::Run(const QString& statement) const
 {
-    QStringList rows = RunOn(Opened(connectionName, FileName()), statement);
-    QSqlDatabase::removeDatabase(connectionName);
+    QSqlQuery query(QSqlDatabase::database(FileName()));
+    if (!query.exec(statement))
+        qFatal("%s: %s", qUtf8Printable(statement), qUtf8Printable(query.lastError().text()));
+    QStringList rows;
+    while (query.next()) {
+        QStringList values;
+        for (int column = 0; column < query.record().count(); ++column)
+            values << (query.isNull(column) ? u"Null"_s : query.value(column).toString());
+        rows << values.join(u'|');
+    }
     return rows;
 }
 
@@ -106,7 +82,7 @@ void SampleDatabase::SetEntries(int node, const QStringList& entries) const
 
 int SampleDatabase::DataVersion() const
 {
-    return RunOn(Opened(FileName(), FileName()), u"PRAGMA data_version"_s).first().toInt();
+    return Run(u"PRAGMA data_version"_s).first().toInt();
 }
 
 } // namespace qor

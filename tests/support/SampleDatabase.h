@@ -22,12 +22,13 @@ public:
     QString ProductFolder() const { return mFolder.filePath(u"Quorvanta/KELDAR+"_s); }
     QString FileName() const { return ProductFolder() + u"/Database/NewDB.mdb"_s; }
 
-    /// Runs one statement as another program would. The rows of its answer, their values with | in between.
+    /// Runs one statement as another program would, on a connection of its own. The rows of its answer, their values
+    /// with | in between.
     QStringList Run(const QString& statement) const;
     /// The entries of a node in partition 1 of configuration 1: "Smith|Anne|101|1|1".
     QStringList Entries(int node) const;
     void SetEntries(int node, const QStringList& entries) const;
-    /// Another number after every commit of another connection: equal ones say that nothing was written in between.
+    /// Another number after every commit that did not come through Run: equal ones say that nothing was written.
     int DataVersion() const;
 
 private:
