@@ -14,6 +14,7 @@ namespace {
 
 const QString abc = u"A,B,C"_s;
 const QString abcd = u"A,B,C,D"_s;
+constexpr auto ctrl = Qt::ControlModifier;
 
 /// "2Baker* 3!13": the number and the last name of each row, * where it is selected, ! and the prompt of a red one.
 QString ListOf(const Editor& editor)
@@ -116,7 +117,6 @@ private Q_SLOTS:
 
     void addAndInsert()
     {
-        constexpr auto ctrl = Qt::ControlModifier;
         Commands(u"A"_s, "1A 2!13 3!27 4!41* dirty",
                  [](auto& e) { e.ClickRow(0).Click("cmdDirAdd").Click("cmdDirAdd").Keys("Alt+A"); });
         Commands({}, "1!13* dirty", [](auto& e) {
@@ -157,7 +157,6 @@ private Q_SLOTS:
 
     void remove()
     {
-        constexpr auto ctrl = Qt::ControlModifier;
         Commands(abc, "1A 2C* dirty", [](auto& e) { e.ClickRow(1).Click("cmdDirRemove"); });
         Commands(abcd, "1A* 2C dirty", [](auto& e) { e.ClickRow(1).ClickRow(3, ctrl).ListKeys("Del"); });
         Commands(abc, "1A 2B 3C clean", [](auto& e) { e.Click("cmdDirRemove").ListKeys("Del"); });
@@ -220,7 +219,7 @@ private Q_SLOTS:
         Follows("C", [](auto& e) { e.ClickRow(2); });
         Follows("A", [](auto& e) { e.ListKeys("A"); });
         Follows("D", [](auto& e) { e.ListKeys("Ctrl+A"); });
-        Follows("B", [](auto& e) { e.ClickRow(1, Qt::ControlModifier); });
+        Follows("B", [](auto& e) { e.ClickRow(1, ctrl); });
         Follows("C", [](auto& e) { e.ClickRow(2, {}, Qt::RightButton); });
         Follows("D", [](Editor& e) {
             QWidget* list = e.List().viewport();
@@ -246,14 +245,16 @@ private Q_SLOTS:
         });
     }
 
+    // A text is cut to the field's length before what it may not hold is taken out.
     void pasting()
     {
         const QString letters = u"\"'\u05D0"_s + QString(26, u'W');
         Pasted("txtLastName", u"aB3"_s.repeated(3334), u"1%1 %1| dirty"_s.arg(u"aB"_s.repeated(10) + u'a'));
-        Pasted("txtFirstName", u"O'N\U0001F600e\u05D0\r\nil\t"_s, u"2ONeil ONeil| dirty"_s);
-        Pasted("txtExtension", u"\u0663\uFF13-7"_s, u"37 7| dirty"_s);
-        Pasted("txtPassword", u"a12"_s, u"512 12| dirty"_s);
-        Pasted("txtAccessCode", u"1x2"_s, u" 12| dirty"_s);
+        Pasted("txtFirstName", u"O'N\U0001F600e\u05D0\r\nil\t"_s + QString(40, u'x'),
+               u"2%1 %1| dirty"_s.arg(u"ONeil"_s + QString(19, u'x')));
+        Pasted("txtExtension", u"\u0663\uFF13-1234567890123456"_s, u"3123456789012 123456789012| dirty"_s);
+        Pasted("txtPassword", u"a12345678"_s, u"5123456 123456| dirty"_s);
+        Pasted("txtAccessCode", u"1x23456789"_s, u" 1234567| dirty"_s);
         Pasted("txtDescription", letters + u"\U0001F600"_s, u" %1| dirty"_s.arg(letters)); // no half of a character
         Pasted("cmbPromptNumber", u"x"_s, u"41 1| clean"_s);
         Pasted("cmbMSGNodeNumber", u"12x"_s, u" 12x| dirty"_s);
