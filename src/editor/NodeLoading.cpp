@@ -59,9 +59,9 @@ void BusinessRules::LoadExistingNodesInRecordSelector(EditorForm& form, qint16 n
 bool BusinessRules::LoadPromptMSGNodeNumber(EditorForm& form)
 {
     return ReportErrors(u"LoadPromptMSGNodeNumber"_s, [&] {
-        form.SetHighestMessageNode(0);
-        form.SetHighestMessageNode(HighestMessageNode(mDataBase, form.PartitionShown()).value_or(0));
-        if (form.HighestMessageNode() > 0)
+        const auto highest = HighestMessageNode(mDataBase, form.PartitionShown());
+        form.SetHighestMessageNode(highest.value_or(0));
+        if (highest)
             return true;
         Module().PendingMessage =
             u"Please check the \"Max Number of each Node\" Section for MSG Node in Partition Settings."_s;
