@@ -1,11 +1,13 @@
 // How long the editor's commands take on a full directory, and how that grows with ten times the rows: from the
 // event until the form is painted again. With --once everything runs once, which proves no more than that it runs.
 #include "Bench.h"
+#include "editor/History.h"
 #include "form/ConfirmationDialog.h"
 #include "platform/runtime/ErrorReport.h"
 #include "service/frmDIR.h"
 
 #include <cstdio>
+#include <malloc.h>
 #include <QApplication>
 #include <QItemSelection>
 #include <QKeyEvent>
@@ -30,7 +32,11 @@ class Editor
 {
 public:
     explicit Editor(int rowCount)
-        : events(form), commands(form, rules, events), commit(form, rules, commands), mRowCount(rowCount)
+        : history(form),
+          events(form, history),
+          commands(form, rules, events, history),
+          commit(form, rules, commands),
+          mRowCount(rowCount)
     {
         form.Load();
         form.SetConfigID(1);
@@ -55,6 +61,7 @@ public:
         }
         items.Append(std::move(rows));
         form.lstUniquePromptsForSaving->Clear();
+        history.Clear();
         QCoreApplication::processEvents();
     }
     void SelectEverySecondRow()
@@ -70,6 +77,17 @@ public:
         form.LVDirectory->SetSelected(mRowCount / 2, true);
         form.LVDirectory->EnsureVisible(mRowCount / 2);
     }
+    void SelectBlock() { form.LVDirectory->SelectRows(mRowCount / 4, mRowCount / 2); }
+    void RemoveEverySecondRow()
+    {
+        SelectEverySecondRow();
+        commands.cmdDirRemove_Click();
+    }
+    void UndoRemoval()
+    {
+        RemoveEverySecondRow();
+        history.Undo();
+    }
     void StartEditing()
     {
         SelectMiddleRow();
@@ -83,6 +101,7 @@ public:
 
     frmDIR form;
     BusinessRules rules;
+    History history;
     DirectoryListEvents events;
     EntryCommands commands;
     Commit commit;
@@ -114,12 +133,42 @@ const std::array figures{
     Figure{"remove every second row", &Editor::SelectEverySecondRow,
            [](Editor& it) { it.commands.cmdDirRemove_Click(); }},
     Figure{"up", &Editor::SelectMiddleRow, [](Editor& it) { it.commands.cmdDirUp_Click(); }},
+    Figure{"move a block up", &Editor::SelectBlock, [](Editor& it) { it.commands.MoveBlock(-1); }},
+    Figure{"undo a removal", &Editor::RemoveEverySecondRow, [](Editor& it) { it.history.Undo(); }},
+    Figure{"redo a removal", &Editor::UndoRemoval, [](Editor& it) { it.history.Redo(); }},
     Figure{"sort by text", {}, [](Editor& it) { it.events.LVDirectory_ColumnClick(1); }},
     Figure{"sort by number", {}, [](Editor& it) { it.events.LVDirectory_ColumnClick(3); }},
     Figure{"type a character", &Editor::StartEditing, &Editor::Type},
     Figure{"check the directory", {}, [](Editor& it) { it.commit.CheckDirectoryData(); }},
     Figure{"check the message nodes", {}, [](Editor& it) { it.rules.CheckForUnReferencedNodes(it.form); }},
 };
+
+/// In ms: what a step costs before the command that it is for.
+double TimeOfState(const Editor& editor)
+{
+    constexpr int states = 100;
+    std::size_t rows = 0;
+    const double time = TimeOf([&] {
+        for (int i = 0; i < states; ++i)
+            rows += TakeState(*editor.form.LVDirectory).rows.size();
+    });
+    if (rows == 0)
+        Fail(u"no rows"_s);
+    return time / states;
+}
+
+/// In MiB: what the history keeps after as many steps as it holds, each of which changes one row.
+double SizeOfHistory(Editor& editor)
+{
+    constexpr int steps = 100;
+    constexpr double mebibyte = 1 << 20;
+    const std::size_t before = mallinfo2().uordblks;
+    for (int i = 0; i < steps; ++i) {
+        const History::Step step(editor.history, u"Edit"_s);
+        editor.form.LVDirectory->Items().SetText(i, 1, u"Changed"_s);
+    }
+    return static_cast<double>(mallinfo2().uordblks - before) / mebibyte;
+}
 
 } // namespace
 
@@ -144,5 +193,12 @@ int main(int argc, char** argv)
         std::printf("%s, %d rows: %.2f ms (wanted: at most 16); %d rows: %.2f ms, ratio %.1f (wanted: at most 12)\n",
                     figure.name, fewRows, Median(few), manyRows, Median(many), Median(ratios));
     }
+    Editor editor(fewRows);
+    editor.Fill();
+    std::vector<double> states;
+    for (int round = 0; round < rounds; ++round)
+        states.push_back(TimeOfState(editor));
+    std::printf("taking a state of %d rows: %.3f ms (wanted: below 0.1)\n", fewRows, Median(states));
+    std::printf("history of 100 steps on %d rows: %.1f MiB (wanted: below 20)\n", fewRows, SizeOfHistory(editor));
     return 0;
 }

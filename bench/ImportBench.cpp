@@ -6,6 +6,7 @@
 #include "editor/BusinessRules.h"
 #include "editor/DirectoryListEvents.h"
 #include "editor/EntryCommands.h"
+#include "editor/History.h"
 #include "interchange/DirectoryImport.h"
 #include "interchange/SelectFilename.h"
 #include "rules/DelimitedReader.h"
@@ -73,9 +74,10 @@ std::unique_ptr<EditorForm> ShownForm()
 void Import(EditorForm& form)
 {
     BusinessRules rules;
-    DirectoryListEvents events(form);
-    EntryCommands commands(form, rules, events);
-    DirectoryImport(form, rules, commands).cmdOpenCSVFilename_Click();
+    History history(form);
+    DirectoryListEvents events(form, history);
+    EntryCommands commands(form, rules, events, history);
+    DirectoryImport(form, rules, commands, history).cmdOpenCSVFilename_Click();
 }
 
 void DoTheParts(EditorForm& form)

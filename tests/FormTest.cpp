@@ -2,6 +2,7 @@
 // show of a node.
 #include "editor/BusinessRules.h"
 #include "editor/DirectoryListEvents.h"
+#include "editor/History.h"
 #include "form/DirectoryRows.h"
 #include "form/ModuleState.h"
 #include "platform/ui/ListItems.h"
@@ -166,7 +167,8 @@ private Q_SLOTS:
     {
         const auto sorted = [](const QString& rows, std::initializer_list<int> columns) {
             BareForm form;
-            DirectoryListEvents events(form);
+            History history(form);
+            DirectoryListEvents events(form, history);
             Fill(*form.LVDirectory, rows);
             for (const int column : columns)
                 events.LVDirectory_ColumnClick(column);
@@ -185,7 +187,8 @@ private Q_SLOTS:
     {
         BareForm form;
         ListView& list = *form.LVDirectory;
-        DirectoryListEvents events(form);
+        History history(form);
+        DirectoryListEvents events(form, history);
         Fill(list, u"1,x,20,3"_s);
         events.LVDirectory_ColumnClick(1);
         const BoxScript boxes{

@@ -1,8 +1,10 @@
 #include "editor/DirectoryListEvents.h"
 
+#include "editor/History.h"
 #include "form/EditorForm.h"
 #include "platform/runtime/ErrorReport.h"
 #include "platform/ui/ListView.h"
+#include "rules/Validation.h"
 
 namespace qor {
 
@@ -20,7 +22,23 @@ bool IsSortedBy(const ListItems& items, int column)
 
 } // namespace
 
-DirectoryListEvents::DirectoryListEvents(EditorForm& form) : mForm(form), LVDirectory(*form.LVDirectory) {}
+DirectoryListEvents::DirectoryListEvents(EditorForm& form, History& history)
+    : mForm(form), mHistory(history), LVDirectory(*form.LVDirectory)
+{
+    LVDirectory.Items().SetRowNote([this](int row) { return NoteOn(row); });
+}
+
+/// Why a row is red.
+QString DirectoryListEvents::NoteOn(int row) const
+{
+    if (LVDirectory.Items().ForeColor(row, static_cast<int>(DirectoryColumn::LastName)) != invalidRowColour)
+        return {};
+    const DirectoryEntry entry = EntryAt(LVDirectory, row);
+    QStringList faults = ValidateData(entry.lastName, entry.firstName, entry.extension).split(u"\r\n"_s);
+    for (QString& fault : faults)
+        fault = fault.trimmed();
+    return u"Incomplete: "_s + faults.join(u", "_s);
+}
 
 void DirectoryListEvents::LVDirectory_ItemClick(int row)
 {
@@ -32,6 +50,7 @@ void DirectoryListEvents::LVDirectory_ItemClick(int row)
         LVDirectory.EnsureVisible(row);
         mForm.LayEntryEditors(row);
         mForm.FillEntryEditors(row);
+        mHistory.BeginVisit(row);
         mForm.txtLastName->setFocus();
     });
 }
@@ -56,6 +75,7 @@ void DirectoryListEvents::LVDirectory_HorizontalScroll()
 void DirectoryListEvents::LVDirectory_ColumnClick(int column)
 {
     ReportErrors(u"LVDirectory_ColumnClick"_s, [&] {
+        const History::Step step(mHistory, u"Sort"_s);
         switch (static_cast<DirectoryColumn>(column)) {
         case DirectoryColumn::LastName:
         case DirectoryColumn::FirstName:

@@ -1,15 +1,18 @@
 // The list view's own events: a row chosen, a column header clicked, Ctrl+A.
 #pragma once
 
+#include "platform/runtime/Text.h"
+
 namespace qor {
 
 class EditorForm;
+class History;
 class ListView;
 
 class DirectoryListEvents
 {
 public:
-    explicit DirectoryListEvents(EditorForm& form);
+    DirectoryListEvents(EditorForm& form, History& history);
 
     /// In edit mode the in-place fields are laid over the row and show its texts.
     void LVDirectory_ItemClick(int row);
@@ -24,10 +27,12 @@ public:
     void LVDirectory_KeyPress(int character);
 
 private:
+    QString NoteOn(int row) const;
     void SortByText(int column);
     void SortByNumber(int column);
 
     EditorForm& mForm;
+    History& mHistory;
     ListView& LVDirectory;
 };
 

@@ -2,18 +2,29 @@
 
 #include "editor/BusinessRules.h"
 #include "editor/DirectoryListEvents.h"
+#include "editor/History.h"
 #include "form/EditorForm.h"
 #include "form/ModuleState.h"
 #include "platform/runtime/ErrorReport.h"
 #include "platform/ui/MsgBox.h"
 #include "platform/ui/Screen.h"
 
+#include <algorithm>
 #include <QPushButton>
 
 namespace qor {
 
-EntryCommands::EntryCommands(EditorForm& form, BusinessRules& rules, DirectoryListEvents& listEvents)
-    : mForm(form), mRules(rules), mListEvents(listEvents), LVDirectory(*form.LVDirectory)
+namespace {
+
+QString CountedEntries(std::size_t count)
+{
+    return count == 1 ? u"1 Entry"_s : u"%1 Entries"_s.arg(count);
+}
+
+} // namespace
+
+EntryCommands::EntryCommands(EditorForm& form, BusinessRules& rules, DirectoryListEvents& listEvents, History& history)
+    : mForm(form), mRules(rules), mListEvents(listEvents), mHistory(history), LVDirectory(*form.LVDirectory)
 {
 }
 
@@ -39,6 +50,7 @@ void EntryCommands::cmdDirAdd_Click()
         if (!MayAddEntry())
             return;
         const HourglassPointer hourglass;
+        const History::Step step(mHistory, u"Add 1 Entry"_s);
         InsertNewRow(LVDirectory.Items().RowCount());
     });
 }
@@ -58,6 +70,7 @@ void EntryCommands::cmdDirInsert_Click()
         const int position = LVDirectory.SelectedRows().front();
         index = position + 1;
         number = LVDirectory.Items().RowCount() + 1;
+        const History::Step step(mHistory, u"Insert 1 Entry"_s);
         InsertNewRow(position);
     } catch (...) {
         ShowErrorReport(CurrentRuntimeError(),
@@ -93,20 +106,24 @@ void EntryCommands::cmdDirRemove_Click()
 {
     ReportErrors(u"cmdDirRemove_Click"_s, [&] {
         Module().DirectoryChanged = true;
-        const int selectedCount = GetSelectedCount(LVDirectory);
-        if (selectedCount == 0)
-            return;
-        const HourglassPointer hourglass;
-        ListItems& items = LVDirectory.Items();
-        const std::vector<int> selected = LVDirectory.SelectedRows();
-        const int next = selectedCount == 1 ? selected.front() : 0;
-        ClearSelectionFrom(LVDirectory, 0);
-        items.Remove(selected);
-        Renumber();
-        if (items.RowCount() > 0)
-            SelectAndShow(qMin(next, items.RowCount() - 1));
-        mForm.MarkChanged();
+        if (GetSelectedCount(LVDirectory) > 0)
+            RemoveSelected(u"Remove"_s);
     });
+}
+
+void EntryCommands::RemoveSelected(const QString& stepText)
+{
+    const HourglassPointer hourglass;
+    ListItems& items = LVDirectory.Items();
+    const std::vector<int> selected = LVDirectory.SelectedRows();
+    const History::Step step(mHistory, stepText + u' ' + CountedEntries(selected.size()));
+    const int next = selected.size() == 1 ? selected.front() : 0;
+    ClearSelectionFrom(LVDirectory, 0);
+    items.Remove(selected);
+    Renumber();
+    if (items.RowCount() > 0)
+        SelectAndShow(qMin(next, items.RowCount() - 1));
+    mForm.MarkChanged();
 }
 
 /// Numbers the rows in their order. The keys in between keep every step from giving a key that another row
@@ -137,6 +154,7 @@ void EntryCommands::MoveSelected(int distance)
     if (GetSelectedCount(LVDirectory) != 1)
         return;
     const HourglassPointer hourglass;
+    const History::Step step(mHistory, distance < 0 ? u"Move Up"_s : u"Move Down"_s);
     Renumber();
     const int row = LVDirectory.SelectedRows().front();
     const int other = row + distance;
@@ -144,6 +162,31 @@ void EntryCommands::MoveSelected(int distance)
         SwapEntries(row, other);
         LVDirectory.SetSelected(row, false);
         SelectAndShow(other);
+    }
+    mForm.MarkChanged();
+}
+
+void EntryCommands::MoveBlock(int distance)
+{
+    std::vector<int> rows = LVDirectory.SelectedRows();
+    if (rows.empty())
+        return;
+    const HourglassPointer hourglass;
+    const History::Step step(mHistory,
+                             u"Move %1 %2"_s.arg(CountedEntries(rows.size()), distance < 0 ? u"Up"_s : u"Down"_s));
+    Renumber();
+    const int current = LVDirectory.SelectedItem();
+    if (distance < 0 ? rows.front() > 0 : rows.back() < LVDirectory.Items().RowCount() - 1) {
+        if (distance > 0)
+            std::reverse(rows.begin(), rows.end()); // the place that a row goes to is free of the block by then
+        for (int& row : rows) {
+            SwapEntries(row, row + distance);
+            row += distance;
+        }
+        std::sort(rows.begin(), rows.end());
+        LVDirectory.SelectOnly(rows);
+        LVDirectory.SetSelectedItem(current + distance);
+        LVDirectory.EnsureVisible(current + distance);
     }
     mForm.MarkChanged();
 }
@@ -191,7 +234,9 @@ void EntryCommands::LeaveEditMode()
 
 void EntryCommands::EndEditMode()
 {
+    mHistory.EndVisit();
     LVDirectory.SetMultiSelect(true);
+    LVDirectory.SetTypeToFind(true);
     mForm.HideEntryEditors();
     EnableListCommands(true);
     mForm.SetEditMode(false);
@@ -201,6 +246,7 @@ void EntryCommands::StartEditMode()
 {
     const std::vector<int> selected = LVDirectory.SelectedRows();
     LVDirectory.SetMultiSelect(false);
+    LVDirectory.SetTypeToFind(false); // a letter would go to another person and the next ones into that name
     EnableListCommands(false);
     mForm.SetEditMode(true);
     if (selected.empty())

@@ -8,12 +8,13 @@ namespace qor {
 class BusinessRules;
 class DirectoryListEvents;
 class EditorForm;
+class History;
 class ListView;
 
 class EntryCommands
 {
 public:
-    EntryCommands(EditorForm& form, BusinessRules& rules, DirectoryListEvents& listEvents);
+    EntryCommands(EditorForm& form, BusinessRules& rules, DirectoryListEvents& listEvents, History& history);
 
     void cmdDirAdd_Click();
     /// Inserts before the one selected row; without exactly one it adds.
@@ -24,6 +25,10 @@ public:
     void LeaveEditMode();
     void cmdDirUp_Click();
     void cmdDirDown_Click();
+    /// Moves all selected rows one place, up for -1 and down for 1; at the end of the list none moves.
+    void MoveBlock(int distance);
+    /// Takes the selected rows out, in a step of this name.
+    void RemoveSelected(const QString& stepText);
     /// The Delete key removes as the button does, where the button can be pressed.
     void LVDirectory_KeyDown(int key);
 
@@ -41,6 +46,7 @@ private:
     EditorForm& mForm;
     BusinessRules& mRules;
     DirectoryListEvents& mListEvents;
+    History& mHistory;
     ListView& LVDirectory;
 };
 

@@ -3,14 +3,16 @@
 #include "editor/BusinessRules.h"
 #include "editor/Commit.h"
 #include "editor/EntryCommands.h"
+#include "editor/History.h"
 #include "form/EditorForm.h"
 #include "platform/runtime/ErrorReport.h"
 #include "platform/ui/MsgBox.h"
 
 namespace qor {
 
-RecordNavigation::RecordNavigation(EditorForm& form, BusinessRules& rules, EntryCommands& entryCommands, Commit& commit)
-    : mForm(form), mRules(rules), mEntryCommands(entryCommands), mCommit(commit)
+RecordNavigation::RecordNavigation(EditorForm& form, BusinessRules& rules, EntryCommands& entryCommands, Commit& commit,
+                                   History& history)
+    : mForm(form), mRules(rules), mEntryCommands(entryCommands), mCommit(commit), mHistory(history)
 {
 }
 
@@ -63,6 +65,7 @@ void RecordNavigation::cmbNode_Click()
             return;
         }
         mRules.LoadData(mForm, chosen);
+        mHistory.Clear();
         mForm.MarkUnchanged();
         mForm.SetNodeNumber(chosen);
     });

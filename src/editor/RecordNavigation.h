@@ -9,11 +9,13 @@ class BusinessRules;
 class Commit;
 class EditorForm;
 class EntryCommands;
+class History;
 
 class RecordNavigation
 {
 public:
-    RecordNavigation(EditorForm& form, BusinessRules& rules, EntryCommands& entryCommands, Commit& commit);
+    RecordNavigation(EditorForm& form, BusinessRules& rules, EntryCommands& entryCommands, Commit& commit,
+                     History& history);
 
     void cmdFirst_Click();
     void cmdPrevious_Click();
@@ -31,6 +33,7 @@ private:
     BusinessRules& mRules;
     EntryCommands& mEntryCommands;
     Commit& mCommit;
+    History& mHistory;
 };
 
 } // namespace qor

@@ -44,12 +44,6 @@ double NumberIn(const ListItems& items, int row, DirectoryColumn column)
                            .arg(text.left(40)));
 }
 
-void DropSortColumn(ListItems& items)
-{
-    if (items.ColumnCount() > ownColumnCount)
-        items.RemoveLastColumn();
-}
-
 } // namespace
 
 QString RowKey(int number)
@@ -116,22 +110,33 @@ void ClearSelectionFrom(ListView& list, int first)
     list.DeselectFrom(first);
 }
 
+void AddSortColumn(ListView& list)
+{
+    list.AddColumn(u"dummy column"_s, 0);
+}
+
+void DropSortColumn(ListView& list)
+{
+    if (list.Items().ColumnCount() > ownColumnCount)
+        list.Items().RemoveLastColumn();
+}
+
 void ForgetSort(ListView& list)
 {
     ListItems& items = list.Items();
     items.SetSorted(false);
     items.SetSortKey(0);
     items.SetOrder(ListItems::SortOrder::Ascending);
-    DropSortColumn(items);
+    DropSortColumn(list);
 }
 
 void SortListByNumber(ListView& list, DirectoryColumn column, ListItems::SortOrder order)
 {
     constexpr int sortKey = static_cast<int>(DirectoryColumn::SortKey);
     ListItems& items = list.Items();
-    DropSortColumn(items);
+    DropSortColumn(list);
     items.SetSorted(false);
-    list.AddColumn(u"dummy column"_s, 0);
+    AddSortColumn(list);
     for (int row = 0; row < items.RowCount(); ++row)
         items.SetText(row, sortKey, ZeroPaddedNumber(NumberIn(items, row, column)));
     items.SetSortKey(sortKey);

@@ -41,6 +41,11 @@ void PaintRow(ListView& list, int row, const QColor& colour);
 /// The list view's settings and its six columns; rows that are in the list stay.
 void ResetDirectoryListView(ListView& list);
 
+/// The hidden "dummy column" that a numeric sort sorts by.
+void AddSortColumn(ListView& list);
+/// Nothing where there is none.
+void DropSortColumn(ListView& list);
+
 /// Forgets what the list is sorted by; its rows stay where they are.
 void ForgetSort(ListView& list);
 

@@ -2,6 +2,7 @@
 
 #include "editor/BusinessRules.h"
 #include "editor/EntryCommands.h"
+#include "editor/History.h"
 #include "form/EditorForm.h"
 #include "form/LongOperation.h"
 #include "interchange/SelectFilename.h"
@@ -66,8 +67,8 @@ void TellReport(const ListReport& report)
 
 } // namespace
 
-DirectoryImport::DirectoryImport(EditorForm& form, BusinessRules& rules, EntryCommands& entryCommands)
-    : mForm(form), mRules(rules), mEntryCommands(entryCommands)
+DirectoryImport::DirectoryImport(EditorForm& form, BusinessRules& rules, EntryCommands& entryCommands, History& history)
+    : mForm(form), mRules(rules), mEntryCommands(entryCommands), mHistory(history)
 {
 }
 
@@ -78,6 +79,7 @@ void DirectoryImport::cmdOpenCSVFilename_Click()
         QString fileName;
         if (SelectOpenFilename(mForm, fileName)) {
             mForm.txtCSVFilename->setText(fileName);
+            const History::Step step(mHistory, u"Import"_s);
             if (!PrepareList())
                 return;
             TellReport(ReadFile(fileName));

@@ -8,12 +8,13 @@ namespace qor {
 class BusinessRules;
 class EditorForm;
 class EntryCommands;
+class History;
 struct ListReport;
 
 class DirectoryImport
 {
 public:
-    DirectoryImport(EditorForm& form, BusinessRules& rules, EntryCommands& entryCommands);
+    DirectoryImport(EditorForm& form, BusinessRules& rules, EntryCommands& entryCommands, History& history);
 
     void cmdOpenCSVFilename_Click();
 
@@ -24,6 +25,7 @@ private:
     EditorForm& mForm;
     BusinessRules& mRules;
     EntryCommands& mEntryCommands;
+    History& mHistory;
 };
 
 } // namespace qor

@@ -4,8 +4,10 @@
 #include "platform/ui/Events.h"
 #include "platform/ui/MsgBox.h"
 #include "platform/ui/Screen.h"
+#include "service/FormActions.h"
 #include "service/ListViewHook.h"
 
+#include <tuple>
 #include <utility>
 
 namespace qor {
@@ -18,13 +20,15 @@ constexpr qint16 colouredSubItems = 4; // LastName, FirstName, Extension, Prompt
 } // namespace
 
 frmDIR::Handlers::Handlers(EditorForm& form)
-    : listEvents(form),
-      entryCommands(form, rules, listEvents),
+    : history(form),
+      listEvents(form, history),
+      entryCommands(form, rules, listEvents, history),
+      entryKeys(form, entryCommands, listEvents, history),
       entryFields(form),
       headerFields(form),
       commit(form, rules, entryCommands),
-      navigation(form, rules, entryCommands, commit),
-      directoryImport(form, rules, entryCommands),
+      navigation(form, rules, entryCommands, commit, history),
+      directoryImport(form, rules, entryCommands, history),
       directoryExport(form)
 {
 }
@@ -44,6 +48,7 @@ void frmDIR::ConnectEvents()
     ConnectCommit();
     ConnectNavigation();
     ConnectInterchange();
+    ConnectActions();
 }
 
 void frmDIR::ConnectList()
@@ -115,6 +120,78 @@ void frmDIR::ConnectInterchange()
     OnEvent(cmdOpenCSVFilename, &QPushButton::clicked, &mHandlers->directoryImport,
             &DirectoryImport::cmdOpenCSVFilename_Click);
     OnEvent(cmdDirSaveList, &QPushButton::clicked, &mHandlers->directoryExport, &DirectoryExport::cmdDirSaveList_Click);
+}
+
+void frmDIR::ConnectActions()
+{
+    mActions = new FormActions(*this);
+    AddHistoryActions();
+    AddListActions();
+    AddEntryKeys();
+    OnEvent(LVDirectory, &ListView::ContextMenu, mActions, &FormActions::ShowMenu);
+}
+
+void frmDIR::AddHistoryActions()
+{
+    History& history = mHandlers->history;
+    EntryKeys& keys = mHandlers->entryKeys;
+    mActions->Add({.text = u"Undo"_s,
+                   .keys = {Qt::CTRL | Qt::Key_Z},
+                   .where = {this},
+                   .run = [&keys] { keys.Undo(); },
+                   .isUseful = [&history] { return history.CanUndo(); },
+                   .currentText = [&history] { return history.UndoText(); }});
+    mActions->Add({.text = u"Redo"_s,
+                   .keys = {Qt::CTRL | Qt::Key_Y, Qt::CTRL | Qt::SHIFT | Qt::Key_Z},
+                   .where = {this},
+                   .run = [&keys] { keys.Redo(); },
+                   .isUseful = [&history] { return history.CanRedo(); },
+                   .currentText = [&history] { return history.RedoText(); }});
+}
+
+void frmDIR::AddListActions()
+{
+    EntryCommands& commands = mHandlers->entryCommands;
+    DirectoryListEvents& events = mHandlers->listEvents;
+    const auto hasSelection = [this] { return cmdDirRemove->isEnabled() && GetSelectedCount(*LVDirectory) > 0; };
+    mActions->Add({.text = u"Remove"_s,
+                   .keys = {Qt::Key_Delete},
+                   .where = {LVDirectory},
+                   .run = [&commands] { commands.LVDirectory_KeyDown(Qt::Key_Delete); },
+                   .isUseful = hasSelection,
+                   .listHandlesKey = true});
+    for (const auto& [text, key, distance] :
+         {std::tuple(u"Move Up"_s, Qt::Key_Up, -1), {u"Move Down"_s, Qt::Key_Down, 1}})
+        mActions->Add({.text = text,
+                       .keys = {Qt::ALT | key},
+                       .where = {LVDirectory},
+                       .run = [&commands, distance = distance] { commands.MoveBlock(distance); },
+                       .isUseful = hasSelection});
+    mActions->Add({.text = u"Select All"_s,
+                   .keys = {Qt::CTRL | Qt::Key_A},
+                   .where = {LVDirectory},
+                   .run = [&events] { events.LVDirectory_KeyPress(ctrlA); },
+                   .isUseful = [this] { return !InEditMode() && LVDirectory->Items().RowCount() > 0; },
+                   .listHandlesKey = true});
+}
+
+void frmDIR::AddEntryKeys()
+{
+    EntryKeys& keys = mHandlers->entryKeys;
+    QList<QWidget*> textFields;
+    for (const EntryEditor& editor : EntryEditors()) {
+        if (editor.Text())
+            textFields << editor.control;
+    }
+    for (const auto& [key, distance] : {std::pair(Qt::Key_Up, -1), {Qt::Key_Down, 1}}) {
+        const auto walk = [&keys, distance = distance] { keys.WalkFields(distance); };
+        mActions->Add({.keys = {key}, .where = textFields, .run = walk});
+        mActions->Add({.keys = {Qt::CTRL | key}, .where = {cmbPromptNumber}, .run = walk});
+    }
+    mActions->Add({.keys = {Qt::Key_F2}, .where = {LVDirectory}, .run = [this] { cmdDirEdit->click(); }});
+    mActions->Add({.keys = {Qt::CTRL | Qt::Key_Return, Qt::CTRL | Qt::Key_Enter},
+                   .where = textFields + QList<QWidget*>{LVDirectory, cmbPromptNumber},
+                   .run = [&keys] { keys.AddAndEdit(); }});
 }
 
 void frmDIR::Form_Load()

@@ -6,7 +6,9 @@
 #include "editor/DirectoryListEvents.h"
 #include "editor/EntryCommands.h"
 #include "editor/EntryFields.h"
+#include "editor/EntryKeys.h"
 #include "editor/HeaderFields.h"
+#include "editor/History.h"
 #include "editor/RecordNavigation.h"
 #include "form/EditorForm.h"
 #include "interchange/DirectoryExport.h"
@@ -15,6 +17,8 @@
 #include <memory>
 
 namespace qor {
+
+class FormActions;
 
 class frmDIR : public EditorForm
 {
@@ -34,8 +38,10 @@ private:
         explicit Handlers(EditorForm& form);
 
         BusinessRules rules;
+        History history;
         DirectoryListEvents listEvents;
         EntryCommands entryCommands;
+        EntryKeys entryKeys;
         EntryFields entryFields;
         HeaderFields headerFields;
         Commit commit;
@@ -52,8 +58,13 @@ private:
     void ConnectCommit();
     void ConnectNavigation();
     void ConnectInterchange();
+    void ConnectActions();
+    void AddHistoryActions();
+    void AddListActions();
+    void AddEntryKeys();
 
     std::unique_ptr<Handlers> mHandlers;
+    FormActions* mActions = nullptr; ///< the form's own
 };
 
 } // namespace qor

@@ -2,6 +2,7 @@
 
 #include "platform/runtime/RuntimeError.h"
 #include "platform/ui/NumberListModel.h"
+#include "platform/ui/TextBox.h"
 
 #include <QLineEdit>
 #include <QListView>
@@ -22,6 +23,7 @@ void ComboBox::SetDropdownCombo(bool editable)
     setEditable(editable);
     if (!editable)
         return;
+    setLineEdit(new TextBox(this));
     setCompleter(nullptr); // it would type the rest of a number by itself
     connect(lineEdit(), &QLineEdit::textEdited, this, &ComboBox::Edit_Typed);
 }

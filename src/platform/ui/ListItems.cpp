@@ -176,34 +176,34 @@ void ListItems::RemoveLastColumn()
 
 void ListItems::SetSorted(bool sorted)
 {
-    mSorted = sorted;
+    mSort.sorted = sorted;
     Sort();
 }
 
 void ListItems::SetSortKey(int subItem)
 {
-    mSortKey = subItem;
+    mSort.key = subItem;
     Sort();
 }
 
 void ListItems::SetOrder(SortOrder order)
 {
-    mOrder = order;
+    mSort.order = order;
     Sort();
 }
 
 void ListItems::Sort()
 {
-    if (!mSorted || mRows.empty())
+    if (!mSort.sorted || mRows.empty())
         return;
     std::vector<QString> keys;
     keys.reserve(mRows.size());
     for (const ListRow& row : mRows)
-        keys.push_back(row.texts.value(mSortKey).toCaseFolded());
+        keys.push_back(row.texts.value(mSort.key).toCaseFolded());
 
     std::vector<std::size_t> order(mRows.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
-    const bool ascending = mOrder == SortOrder::Ascending;
+    const bool ascending = mSort.order == SortOrder::Ascending;
     std::stable_sort(order.begin(), order.end(), [&](std::size_t left, std::size_t right) {
         return ascending ? keys[left] < keys[right] : keys[right] < keys[left];
     });
@@ -226,6 +226,17 @@ void ListItems::Sort()
     Q_EMIT layoutChanged({}, VerticalSortHint);
 }
 
+void ListItems::Restore(std::vector<ListRow> rows, const SortSettings& sort)
+{
+    beginResetModel();
+    mRows = std::move(rows);
+    mSort = sort;
+    mKeys.clear();
+    for (const ListRow& row : mRows)
+        mKeys.insert(row.key);
+    endResetModel();
+}
+
 int ListItems::rowCount(const QModelIndex& parent) const
 {
     return parent.isValid() ? 0 : RowCount();
@@ -246,6 +257,8 @@ QVariant ListItems::data(const QModelIndex& index, int role) const
         const auto colour = ForeColor(index.row(), index.column());
         return colour ? QVariant(*colour) : QVariant();
     }
+    if ((role == Qt::ToolTipRole || role == Qt::AccessibleDescriptionRole) && mRowNote)
+        return mRowNote(index.row());
     return {};
 }
 

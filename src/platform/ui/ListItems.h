@@ -3,6 +3,7 @@
 
 #include "platform/runtime/Text.h"
 
+#include <functional>
 #include <optional>
 #include <QAbstractTableModel>
 #include <QColor>
@@ -19,6 +20,20 @@ struct ListRow
     QString key;
     QStringList texts;
     std::vector<std::optional<QColor>> colours;
+
+    bool operator==(const ListRow&) const = default;
+};
+
+enum class SortOrder { Ascending = 0, Descending = 1 };
+
+/// What a list is sorted by.
+struct SortSettings
+{
+    bool sorted = false;
+    int key = 0;
+    SortOrder order = SortOrder::Ascending;
+
+    bool operator==(const SortSettings&) const = default;
 };
 
 /// Rows and columns count from 0; column 0 shows a row's own text, column i its sub-item i.
@@ -29,7 +44,7 @@ class ListItems : public QAbstractTableModel
 public:
     using QAbstractTableModel::QAbstractTableModel;
 
-    enum class SortOrder { Ascending = 0, Descending = 1 };
+    using SortOrder = qor::SortOrder;
 
     int RowCount() const { return static_cast<int>(mRows.size()); }
     void Clear();
@@ -60,12 +75,20 @@ public:
 
     /// While it is sorted, setting it sorted, its key or its order sorts once: stably and without regard to
     /// case. Rows added or changed later stay where they were put.
-    bool Sorted() const { return mSorted; }
+    bool Sorted() const { return mSort.sorted; }
     void SetSorted(bool sorted);
-    int SortKey() const { return mSortKey; }
+    int SortKey() const { return mSort.key; }
     void SetSortKey(int subItem);
-    SortOrder Order() const { return mOrder; }
+    SortOrder Order() const { return mSort.order; }
     void SetOrder(SortOrder order);
+
+    const std::vector<ListRow>& Rows() const { return mRows; }
+    const SortSettings& Sorting() const { return mSort; }
+    /// Puts rows and settings back as they were once taken from here; nothing is sorted.
+    void Restore(std::vector<ListRow> rows, const SortSettings& sort);
+
+    /// What a row's tool tip and a screen reader say of it; empty for nothing.
+    void SetRowNote(std::function<QString(int row)> note) { mRowNote = std::move(note); }
 
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
@@ -82,9 +105,8 @@ private:
     std::vector<ListRow> mRows;
     QSet<QString> mKeys;
     QStringList mColumns;
-    bool mSorted = false;
-    int mSortKey = 0;
-    SortOrder mOrder = SortOrder::Ascending;
+    SortSettings mSort;
+    std::function<QString(int row)> mRowNote;
 };
 
 } // namespace qor

@@ -1,9 +1,11 @@
 #include "platform/ui/ListView.h"
 
+#include "platform/ui/AltLetter.h"
 #include "platform/ui/ListItems.h"
 #include "platform/ui/Screen.h"
 
 #include <algorithm>
+#include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QScrollBar>
@@ -143,6 +145,19 @@ void ListView::DeselectFrom(int first)
                              QItemSelectionModel::Deselect | QItemSelectionModel::Rows);
 }
 
+void ListView::SelectOnly(const std::vector<int>& rows)
+{
+    QItemSelection selection;
+    for (auto first = rows.begin(); first != rows.end();) { // neighbours as one range
+        auto last = first;
+        while (std::next(last) != rows.end() && *std::next(last) == *last + 1)
+            ++last;
+        selection.append(QItemSelectionRange(RowIndex(*first), RowIndex(*last)));
+        first = std::next(last);
+    }
+    selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+}
+
 std::vector<int> ListView::SelectedRows() const
 {
     std::vector<int> rows;
@@ -168,6 +183,16 @@ void ListView::SetSelectedItem(int row)
 void ListView::EnsureVisible(int row)
 {
     scrollTo(RowIndex(row));
+}
+
+int ListView::TopRow() const
+{
+    return rowAt(0);
+}
+
+void ListView::SetTopRow(int row)
+{
+    verticalScrollBar()->setValue(row); // rows scroll one by one
 }
 
 QRect ListView::RowRect(int row) const
@@ -198,6 +223,10 @@ QItemSelectionModel::SelectionFlags ListView::selectionCommand(const QModelIndex
 
 void ListView::keyPressEvent(QKeyEvent* event)
 {
+    if (IsAltLetter(*event)) {
+        event->ignore();
+        return;
+    }
     Q_EMIT KeyDown(event->key());
     const int before = currentIndex().row();
     if (event->matches(QKeySequence::SelectAll))
@@ -205,6 +234,29 @@ void ListView::keyPressEvent(QKeyEvent* event)
     else
         QTableView::keyPressEvent(event);
     TellRowChange(before);
+}
+
+void ListView::keyboardSearch(const QString& text)
+{
+    if (mTypeToFind)
+        QTableView::keyboardSearch(text);
+}
+
+/// The toolkit's Home and End go to the first and last column.
+QModelIndex ListView::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers)
+{
+    const int lastRow = mItems->RowCount() - 1;
+    if (lastRow >= 0 && action == MoveHome)
+        return RowIndex(0);
+    if (lastRow >= 0 && action == MoveEnd)
+        return RowIndex(lastRow);
+    return QTableView::moveCursor(action, modifiers);
+}
+
+void ListView::contextMenuEvent(QContextMenuEvent* event)
+{
+    const bool atRow = event->reason() == QContextMenuEvent::Keyboard && SelectedItem() >= 0;
+    Q_EMIT ContextMenu(atRow ? mapToGlobal(RowRect(SelectedItem()).bottomLeft()) : event->globalPos());
 }
 
 void ListView::mousePressEvent(QMouseEvent* event)

@@ -30,6 +30,8 @@ public:
 
     /// Whether several rows can be selected at once.
     void SetMultiSelect(bool multiple);
+    /// Whether letters choose the next row whose text in the current column begins with them.
+    void SetTypeToFind(bool on) { mTypeToFind = on; }
 
     bool IsSelected(int row) const;
     /// Selects a row, which becomes the chosen one, or deselects it. Where only one can be selected,
@@ -39,6 +41,8 @@ public:
     void SelectRows(int first, int last);
     /// Deselects every row from `first` to the last one.
     void DeselectFrom(int first);
+    /// Selects these rows and no others; the chosen row stays.
+    void SelectOnly(const std::vector<int>& rows);
     /// The selected rows in ascending order.
     std::vector<int> SelectedRows() const;
 
@@ -47,6 +51,9 @@ public:
     /// Makes a row the chosen one without selecting it, or none with -1.
     void SetSelectedItem(int row);
     void EnsureVisible(int row);
+    /// The first row in view; -1 for an empty list.
+    int TopRow() const;
+    void SetTopRow(int row);
     /// The row's top edge and height in the view's own coordinates.
     QRect RowRect(int row) const;
 
@@ -58,12 +65,17 @@ Q_SIGNALS:
     void KeyDown(int key);   ///< a Qt::Key, before the list itself acts on it
     void KeyPress(int character);
     void MouseUp();
+    /// A menu is asked for, at a place on screen: where the mouse is, or at the chosen row.
+    void ContextMenu(const QPoint& position);
 
 protected:
     MessageResult HandleMessage(quint32 message, quintptr wParam, qintptr lParam) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
     QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index, const QEvent* event) const override;
     void keyPressEvent(QKeyEvent* event) override;
+    void keyboardSearch(const QString& text) override;
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
 
@@ -76,6 +88,7 @@ private:
 
     ListItems* mItems;
     int mRowBeforePress = -1;
+    bool mTypeToFind = true;
     bool mClicked = false; ///< the button that went down last came up on the same row
 };
 

@@ -1,6 +1,8 @@
 #include "platform/ui/TextBox.h"
 
-#include <QFocusEvent>
+#include "platform/ui/AltLetter.h"
+
+#include <QKeyEvent>
 #include <QSignalBlocker>
 #include <QValidator>
 
@@ -50,6 +52,14 @@ void TextBox::Fill(const QString& text)
 {
     const QSignalBlocker quiet(this);
     setText(text);
+}
+
+void TextBox::keyPressEvent(QKeyEvent* event)
+{
+    if (IsAltLetter(*event))
+        event->ignore();
+    else
+        QLineEdit::keyPressEvent(event);
 }
 
 void TextBox::focusInEvent(QFocusEvent* event)

@@ -1,5 +1,6 @@
 // A text box: Change on every change of its text, by typing or by code, and not when the text stays the same; Fill
-// alone raises none. Its maximum length cuts what code assigns, too, and never leaves half a character.
+// alone raises none. Its maximum length cuts what code assigns, too, and never leaves half a character. A letter with
+// Alt is for the buttons and is not typed.
 #pragma once
 
 #include <QLineEdit>
@@ -23,6 +24,7 @@ Q_SIGNALS:
     void LostFocus();
 
 protected:
+    void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
 };
