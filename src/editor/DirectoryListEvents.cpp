@@ -72,6 +72,11 @@ void DirectoryListEvents::LVDirectory_HorizontalScroll()
         mForm.LayEntryEditors(LVDirectory.SelectedItem());
 }
 
+void DirectoryListEvents::LVDirectory_Resized()
+{
+    mForm.KeepEntryEditors([] {});
+}
+
 void DirectoryListEvents::LVDirectory_ColumnClick(int column)
 {
     ReportErrors(u"LVDirectory_ColumnClick"_s, [&] {

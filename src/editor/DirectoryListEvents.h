@@ -20,6 +20,7 @@ public:
     void LVDirectory_MouseUp();
     /// Keeps the in-place fields over their columns.
     void LVDirectory_HorizontalScroll();
+    void LVDirectory_Resized();
 
     /// Text columns sort ascending, then descending in turn; number columns sort descending at every click.
     void LVDirectory_ColumnClick(int column);

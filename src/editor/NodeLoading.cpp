@@ -37,7 +37,7 @@ void RequireUsable(const DirectoryNodeNumbers& nodes)
 
 void ShowPosition(EditorForm& form)
 {
-    form.lblRecordPosition->setText(u"%1 of %2"_s.arg(form.cmbNode->ListIndex() + 1).arg(form.cmbNode->ListCount()));
+    form.ShowPosition(u"%1 of %2"_s.arg(form.cmbNode->ListIndex() + 1).arg(form.cmbNode->ListCount()));
     form.EnableNavigationButtons();
 }
 

@@ -13,6 +13,7 @@
 #include "ui_frmDIR.h"
 
 #include <array>
+#include <functional>
 
 namespace qor {
 
@@ -61,6 +62,9 @@ public:
     void LayEntryEditors(int row);
     /// Lets the in-place fields show the texts of a row, which stays as it is.
     void FillEntryEditors(int row);
+    /// Runs what may scroll the rows, which hides the in-place fields; where they were shown they come back over their
+    /// row, with the focus.
+    void KeepEntryEditors(const std::function<void()>& change);
     /// Hides the five fields that are laid over a row to edit it in place.
     void HideEntryEditors();
     /// Whether any of them shows; one whose column is scrolled out sideways does not.
@@ -72,28 +76,46 @@ public:
     /// and would move on with an arrow key.
     void MarkUnchanged();
 
+    /// The first control in tab order that can be used gets the focus; otherwise a form that opens gives it to its
+    /// default button.
+    void FocusFirstControl();
+
+    /// Shows or hides the line at the list's lower edge; the list makes room for it.
+    void ShowFindLine(bool shown);
+
     void HideNavigation();
     /// Moves what stands below the hidden navigation row up into its place and makes the form that much
     /// shorter.
     void CompactLayoutWithoutNavigation();
+    /// "3 of 12", narrowed where it needs more than its label's width.
+    void ShowPosition(const QString& position);
     /// Enables the navigation buttons that lead anywhere from the selector's position.
     void EnableNavigationButtons();
 
 protected:
     QAbstractButton* CancelButton() const override { return cmdCancel; }
     void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
     void SetUpFonts();
     void SetUpIcons();
     void SetUpColours();
-    void FixSize(int height);
+    void RestoreSize();
+    void SaveSize() const;
+    void FollowEdges(const QSize& growth);
+    void WidenNames(int before, int after);
     void LayOver(const EntryEditor& editor, int row);
 
     qint16 mConfigID = 0;
     qint16 mPartitionID = 0;
     qint16 mNodeNumber = 0;
     int mHighestMessageNode = 0;
+    QSize mLaidSize; ///< what the controls are laid out for
+    QSize mOpenedSize;
+    int mHiddenHeight = 0; ///< by how much the form is shorter without its navigation
     std::array<EntryEditor, 5> mEntryEditors;
 };
 

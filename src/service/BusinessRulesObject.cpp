@@ -93,6 +93,7 @@ void BusinessRulesObject::RunEditor(std::int16_t configId, std::int16_t partitio
             form->Unload();
             return;
         }
+        form->FocusFirstControl();
         form->ShowModal();
         if (form->IsLoaded())
             TellHost(u"the host has ended its event loop"_s);

@@ -24,6 +24,7 @@ frmDIR::Handlers::Handlers(EditorForm& form)
       listEvents(form, history),
       entryCommands(form, rules, listEvents, history),
       entryKeys(form, entryCommands, listEvents, history),
+      findEntries(form, listEvents),
       entryFields(form),
       headerFields(form),
       commit(form, rules, entryCommands),
@@ -57,6 +58,7 @@ void frmDIR::ConnectList()
     OnEvent(LVDirectory, &ListView::ItemClick, events, &DirectoryListEvents::LVDirectory_ItemClick);
     OnEvent(LVDirectory, &ListView::MouseUp, events, &DirectoryListEvents::LVDirectory_MouseUp);
     OnEvent(LVDirectory, &ListView::HorizontalScroll, events, &DirectoryListEvents::LVDirectory_HorizontalScroll);
+    OnEvent(LVDirectory, &ListView::Resized, events, &DirectoryListEvents::LVDirectory_Resized);
     OnEvent(LVDirectory, &ListView::ColumnClick, events, &DirectoryListEvents::LVDirectory_ColumnClick);
     OnEvent(LVDirectory, &ListView::KeyPress, events, &DirectoryListEvents::LVDirectory_KeyPress);
     OnEvent(LVDirectory, &ListView::KeyDown, &mHandlers->entryCommands, &EntryCommands::LVDirectory_KeyDown);
@@ -127,6 +129,7 @@ void frmDIR::ConnectActions()
     mActions = new FormActions(*this);
     AddHistoryActions();
     AddListActions();
+    AddFind();
     AddEntryKeys();
     OnEvent(LVDirectory, &ListView::ContextMenu, mActions, &FormActions::ShowMenu);
 }
@@ -173,6 +176,19 @@ void frmDIR::AddListActions()
                    .run = [&events] { events.LVDirectory_KeyPress(ctrlA); },
                    .isUseful = [this] { return !InEditMode() && LVDirectory->Items().RowCount() > 0; },
                    .listHandlesKey = true});
+}
+
+void frmDIR::AddFind()
+{
+    FindEntries* find = &mHandlers->findEntries;
+    OnEvent(fraFind, &FindLine::TextChanged, find, &FindEntries::TextChanged);
+    OnEvent(fraFind, &FindLine::Next, find, &FindEntries::FindNext);
+    OnEvent(fraFind, &FindLine::Previous, find, &FindEntries::FindPrevious);
+    OnEvent(fraFind, &FindLine::Closed, find, &FindEntries::Close);
+    mActions->Add(
+        {.text = u"Find..."_s, .keys = {Qt::CTRL | Qt::Key_F}, .where = {this}, .run = [find] { find->Open(); }});
+    mActions->Add({.keys = {Qt::Key_F3}, .where = {this}, .run = [find] { find->FindNext(); }});
+    mActions->Add({.keys = {Qt::SHIFT | Qt::Key_F3}, .where = {this}, .run = [find] { find->FindPrevious(); }});
 }
 
 void frmDIR::AddEntryKeys()

@@ -7,6 +7,7 @@
 #include "editor/EntryCommands.h"
 #include "editor/EntryFields.h"
 #include "editor/EntryKeys.h"
+#include "editor/FindEntries.h"
 #include "editor/HeaderFields.h"
 #include "editor/History.h"
 #include "editor/RecordNavigation.h"
@@ -42,6 +43,7 @@ private:
         DirectoryListEvents listEvents;
         EntryCommands entryCommands;
         EntryKeys entryKeys;
+        FindEntries findEntries;
         EntryFields entryFields;
         HeaderFields headerFields;
         Commit commit;
@@ -62,6 +64,7 @@ private:
     void AddHistoryActions();
     void AddListActions();
     void AddEntryKeys();
+    void AddFind();
 
     std::unique_ptr<Handlers> mHandlers;
     FormActions* mActions = nullptr; ///< the form's own

@@ -73,6 +73,8 @@ def read(window):
     check(wait_for(lambda: table.nRows == before + 1, 5), "Add makes a new row")
     last = row_texts(table, before)
     check("1" in last, f"the new row reads {last}")
+    why = table.getAccessibleAt(before, 1).description
+    check(why == "Incomplete: No Data in LastName, No Data in FirstName", f"the new row is red because {why}")
 
 
 editor = subprocess.Popen([sys.argv[1], "--data", sys.argv[2], "--node", "7"])

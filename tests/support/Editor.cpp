@@ -161,7 +161,7 @@ QList<int> Editor::Selected() const
 {
     QList<int> rows;
     for (int row = 0; row < RowCount(); ++row) {
-        if (List().selectionModel()->isRowSelected(row))
+        if (List().selectionModel()->isSelected(List().model()->index(row, 1)))
             rows << row;
     }
     return rows;

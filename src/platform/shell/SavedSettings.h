@@ -8,5 +8,7 @@ namespace qor {
 /// A saved text of an application, or the empty text where it is not set. Kept in the user's configuration
 /// folder, in the file Quorvanta/<application>.ini.
 QString GetSetting(const QString& application, const QString& section, const QString& key);
+/// Saves a text there; where it cannot be written, nothing happens.
+void SaveSetting(const QString& application, const QString& section, const QString& key, const QString& text);
 
 } // namespace qor

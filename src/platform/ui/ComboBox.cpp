@@ -2,6 +2,7 @@
 
 #include "platform/runtime/RuntimeError.h"
 #include "platform/ui/NumberListModel.h"
+#include "platform/ui/Screen.h"
 #include "platform/ui/TextBox.h"
 
 #include <QLineEdit>
@@ -24,7 +25,8 @@ void ComboBox::SetDropdownCombo(bool editable)
     if (!editable)
         return;
     setLineEdit(new TextBox(this));
-    setCompleter(nullptr); // it would type the rest of a number by itself
+    lineEdit()->setTextMargins(-2, 0, -2, 0); // the box has a border of its own
+    setCompleter(nullptr);                    // it would type the rest of a number by itself
     connect(lineEdit(), &QLineEdit::textEdited, this, &ComboBox::Edit_Typed);
 }
 
@@ -118,6 +120,12 @@ void ComboBox::FillText(const QString& text)
 void ComboBox::MoveCaretToEnd()
 {
     lineEdit()->end(false);
+}
+
+void ComboBox::NarrowFor(const QString& longestText)
+{
+    if (const auto* box = qobject_cast<TextBox*>(lineEdit()))
+        lineEdit()->setFont(NarrowedToFit(font(), longestText, box->TextWidth()));
 }
 
 void ComboBox::Edit_Typed()

@@ -44,6 +44,8 @@ public:
     /// The same without Change.
     void FillText(const QString& text);
     void MoveCaretToEnd();
+    /// Writes the text of a dropdown combo as narrow as it must be for this one to be seen whole.
+    void NarrowFor(const QString& longestText);
 
     void showPopup() override;
 

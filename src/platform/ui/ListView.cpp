@@ -147,15 +147,16 @@ void ListView::DeselectFrom(int first)
 
 void ListView::SelectOnly(const std::vector<int>& rows)
 {
+    const int lastColumn = mItems->ColumnCount() - 1;
     QItemSelection selection;
     for (auto first = rows.begin(); first != rows.end();) { // neighbours as one range
         auto last = first;
         while (std::next(last) != rows.end() && *std::next(last) == *last + 1)
             ++last;
-        selection.append(QItemSelectionRange(RowIndex(*first), RowIndex(*last)));
+        selection.append(QItemSelectionRange(mItems->index(*first, 0), mItems->index(*last, lastColumn)));
         first = std::next(last);
     }
-    selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect); // whole rows: Rows would widen each range
 }
 
 std::vector<int> ListView::SelectedRows() const
@@ -251,6 +252,12 @@ QModelIndex ListView::moveCursor(CursorAction action, Qt::KeyboardModifiers modi
     if (lastRow >= 0 && action == MoveEnd)
         return RowIndex(lastRow);
     return QTableView::moveCursor(action, modifiers);
+}
+
+void ListView::resizeEvent(QResizeEvent* event)
+{
+    QTableView::resizeEvent(event);
+    Q_EMIT Resized();
 }
 
 void ListView::contextMenuEvent(QContextMenuEvent* event)

@@ -62,6 +62,7 @@ Q_SIGNALS:
     void ItemClick(int row);
     void ColumnClick(int column);
     void HorizontalScroll(); ///< the columns moved sideways
+    void Resized();          ///< the rows have more or less room, as when a scroll bar comes or goes
     void KeyDown(int key);   ///< a Qt::Key, before the list itself acts on it
     void KeyPress(int character);
     void MouseUp();
@@ -75,6 +76,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     void keyboardSearch(const QString& text) override;
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
+    void resizeEvent(QResizeEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;

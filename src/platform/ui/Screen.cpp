@@ -6,6 +6,7 @@
 #include <QCursor>
 #include <QFont>
 #include <QFontDatabase>
+#include <QFontMetrics>
 #include <QGuiApplication>
 
 namespace qor {
@@ -63,6 +64,16 @@ QFont FormFont(qreal points, bool bold)
     font.setPixelSize(qRound(points * pixelsPerPoint));
     font.setBold(bold);
     return font;
+}
+
+QFont NarrowedToFit(const QFont& font, const QString& text, int width)
+{
+    const int ownStretch = font.stretch() == QFont::AnyStretch ? QFont::Unstretched : font.stretch();
+    QFont narrowed = font;
+    for (int stretch = ownStretch - 1;
+         stretch >= ownStretch / 2 && QFontMetrics(narrowed).size(Qt::TextSingleLine, text).width() > width; --stretch)
+        narrowed.setStretch(stretch);
+    return narrowed;
 }
 
 } // namespace qor

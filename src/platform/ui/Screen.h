@@ -43,4 +43,7 @@ QColor ReadableOn(const QColor& background, const QColor& wanted);
 /// The face of the forms: Tahoma where it is installed, else the nearest condensed sans.
 QFont FormFont(qreal points, bool bold = false);
 
+/// The font, drawn as much narrower as the text needs to fit into this width; at most to half of its own.
+QFont NarrowedToFit(const QFont& font, const QString& text, int width);
+
 } // namespace qor

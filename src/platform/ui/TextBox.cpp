@@ -2,8 +2,10 @@
 
 #include "platform/ui/AltLetter.h"
 
-#include <QKeyEvent>
+#include <QHelpEvent>
 #include <QSignalBlocker>
+#include <QStyleOptionFrame>
+#include <QToolTip>
 #include <QValidator>
 
 namespace qor {
@@ -52,6 +54,31 @@ void TextBox::Fill(const QString& text)
 {
     const QSignalBlocker quiet(this);
     setText(text);
+}
+
+bool TextBox::event(QEvent* event)
+{
+    const auto* help = event->type() == QEvent::ToolTip ? dynamic_cast<QHelpEvent*>(event) : nullptr;
+    if (!help || !IsCut())
+        return QLineEdit::event(event);
+    const QString plain = Qt::mightBeRichText(text()) ? Qt::convertFromPlainText(text()) : text();
+    QToolTip::showText(help->globalPos(), plain, this);
+    return true;
+}
+
+bool TextBox::IsCut() const
+{
+    return fontMetrics().horizontalAdvance(text()) > TextWidth();
+}
+
+int TextBox::TextWidth() const
+{
+    constexpr int caretWidth = 1;
+    constexpr int ownMargins = 2 * 2; // which the toolkit leaves beside the text, whatever the style
+    QStyleOptionFrame option;
+    initStyleOption(&option);
+    const QRect contents = style()->subElementRect(QStyle::SE_LineEditContents, &option, this);
+    return (contents - textMargins()).width() - ownMargins - caretWidth;
 }
 
 void TextBox::keyPressEvent(QKeyEvent* event)

@@ -1,6 +1,6 @@
 // A text box: Change on every change of its text, by typing or by code, and not when the text stays the same; Fill
 // alone raises none. Its maximum length cuts what code assigns, too, and never leaves half a character. A letter with
-// Alt is for the buttons and is not typed.
+// Alt is for the buttons and is not typed. A text that does not fit can be read in the tool tip.
 #pragma once
 
 #include <QLineEdit>
@@ -15,6 +15,8 @@ public:
 
     /// Sets the text as a loader does, without Change.
     void Fill(const QString& text);
+    /// How wide a text may be and be seen whole, with the caret behind it.
+    int TextWidth() const;
 
 Q_SIGNALS:
     void Change();
@@ -24,9 +26,13 @@ Q_SIGNALS:
     void LostFocus();
 
 protected:
+    bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
+
+private:
+    bool IsCut() const;
 };
 
 } // namespace qor

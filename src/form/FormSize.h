@@ -1,0 +1,12 @@
+// The size that the form was last used at, kept with the user's settings.
+#pragma once
+
+#include <QSize>
+
+namespace qor {
+
+/// An empty size where none is saved.
+QSize SavedFormSize();
+void SaveFormSize(const QSize& size);
+
+} // namespace qor
