@@ -179,16 +179,16 @@ private Q_SLOTS:
     void rowsComeAndGo()
     {
         FiveRows items;
-        items.Insert(0, RowOf(u"6x"_s));
-        items.Insert(3, RowOf(u"7x"_s));
-        items.Insert(7, RowOf(u"8x"_s));
+        items.Insert(0, {RowOf(u"6x"_s)});
+        items.Insert(3, {RowOf(u"7x"_s)});
+        items.Insert(7, {RowOf(u"8x"_s)});
         QCOMPARE(Keys(items), u"61273458"_s);
         items.Remove({1, 2, 3});
         items.Remove({0, 2, 4});
         QCOMPARE(Keys(items), u"35"_s);
         items.Append(RowsOf(u"6x 1x"_s)); // keys that went are free again
         items.SetKey(0, u"9"_s);
-        items.Insert(0, RowOf(u"3x"_s));
+        items.Insert(0, {RowOf(u"3x"_s)});
         QCOMPARE(Keys(items), u"39561"_s);
         items.Clear();
         items.Append(RowsOf(u"9x"_s));
@@ -205,7 +205,7 @@ private Q_SLOTS:
         QCOMPARE(Keys(items), u"52314"_s);
         items.SetOrder(ListItems::SortOrder::Descending);
         items.Append(RowsOf(u"6a"_s));
-        items.Insert(0, RowOf(u"7z"_s));
+        items.Insert(0, {RowOf(u"7z"_s)});
         items.SetText(1, 1, u"z"_s);
         QCOMPARE(Keys(items), u"7142356"_s);
     }
@@ -217,11 +217,11 @@ private Q_SLOTS:
             const QString number = RaisedBy(change).section(u':', 0, 0);
             return number + u' ' + Keys(items);
         };
-        QCOMPARE(raised([&] { items.Insert(0, RowOf(u"5x"_s)); }), u"457 12345"_s);
+        QCOMPARE(raised([&] { items.Insert(0, {RowOf(u"5x"_s)}); }), u"457 12345"_s);
         QCOMPARE(raised([&] { items.SetKey(0, u"5"_s); }), u"457 12345"_s);
         for (const QString& rows : {u"6x 5x"_s, u"6x 6x"_s})
             QCOMPARE(raised([&] { items.Append(RowsOf(rows)); }), u"457 12345"_s);
-        QCOMPARE(raised([&] { items.Insert(6, RowOf(u"6x"_s)); }), u"91 12345"_s);
+        QCOMPARE(raised([&] { items.Insert(6, {RowOf(u"6x"_s)}); }), u"91 12345"_s);
         QCOMPARE(raised([&] { items.Remove({0, 5}); }), u"91 12345"_s);
         for (const int row : {-1, 5})
             QCOMPARE(raised([&] { items.SetText(row, 1, u"x"_s); }), u"91 12345"_s);

@@ -60,7 +60,8 @@ class NewRowPrompts
 public:
     NewRowPrompts(EditorForm& form, BusinessRules& rules) : mForm(form), mRules(rules) {}
 
-    /// The next free number, or "1" when there is none. An empty list restarts the count.
+    /// The next free number, or "1" when there is none. For a list that is empty before its first row the count
+    /// restarts.
     QString Next();
 
 private:

@@ -14,14 +14,16 @@
 
 namespace qor {
 
-namespace {
-
 QString CountedEntries(std::size_t count)
 {
     return count == 1 ? u"1 Entry"_s : u"%1 Entries"_s.arg(count);
 }
 
-} // namespace
+void TellDirectoryFull()
+{
+    MsgBox(u"Limited to %1 names in Directory list "_s.arg(highestEntryCount), MsgBoxStyle::Information,
+           u"Information"_s);
+}
 
 EntryCommands::EntryCommands(EditorForm& form, BusinessRules& rules, DirectoryListEvents& listEvents, History& history)
     : mForm(form), mRules(rules), mListEvents(listEvents), mHistory(history), LVDirectory(*form.LVDirectory)
@@ -37,8 +39,7 @@ bool EntryCommands::MayAddEntry()
     }
     // Equality on purpose: an import may have left more rows, and those are not stopped here.
     if (LVDirectory.Items().RowCount() == highestEntryCount) {
-        MsgBox(u"Limited to %1 names in Directory list "_s.arg(highestEntryCount), MsgBoxStyle::Information,
-               u"Information"_s);
+        TellDirectoryFull();
         return false;
     }
     return true;
@@ -87,7 +88,7 @@ void EntryCommands::InsertNewRow(int position)
     mForm.cmbPromptNumber->SetListIndex(0);
     ListItems& items = LVDirectory.Items();
     const int number = items.RowCount() + 1;
-    items.Insert(position, EntryRow(number, {{}, {}, u"1"_s, NewRowPrompts(mForm, mRules).Next(), u"1"_s}));
+    items.Insert(position, {EntryRow(number, {{}, {}, u"1"_s, NewRowPrompts(mForm, mRules).Next(), u"1"_s})});
 
     const int row = items.RowOfKey(RowKey(number));
     SelectAndShow(row);

@@ -11,11 +11,19 @@ class EditorForm;
 class History;
 class ListView;
 
+/// "1 Entry", "3 Entries"
+QString CountedEntries(std::size_t count);
+
+/// The notice that the directory takes no more entries.
+void TellDirectoryFull();
+
 class EntryCommands
 {
 public:
     EntryCommands(EditorForm& form, BusinessRules& rules, DirectoryListEvents& listEvents, History& history);
 
+    /// Whether there are prompts and the directory is not full; says so where not.
+    bool MayAddEntry();
     void cmdDirAdd_Click();
     /// Inserts before the one selected row; without exactly one it adds.
     void cmdDirInsert_Click();
@@ -33,7 +41,6 @@ public:
     void LVDirectory_KeyDown(int key);
 
 private:
-    bool MayAddEntry();
     void InsertNewRow(int position);
     void SelectAndShow(int row);
     void Renumber();

@@ -5,6 +5,8 @@
 #include "platform/runtime/ErrorReport.h"
 #include "platform/ui/Screen.h"
 
+#include <utility>
+
 namespace qor {
 
 namespace {
@@ -62,13 +64,13 @@ std::optional<MessageNodeNumbers> BusinessRules::ReadUsedNumbers(EditorForm& for
 
 QString NewRowPrompts::Next()
 {
-    if (!mHaveRead)
+    if (!std::exchange(mHaveRead, true)) {
         mUsed = mRules.ReadUsedNumbers(mForm);
-    mHaveRead = true;
+        if (mUsed && mForm.LVDirectory->Items().RowCount() == 0)
+            mRules.GetNextAvailableMSGNODENUMBER(mForm, true);
+    }
     if (!mUsed)
         return u"1"_s;
-    if (mForm.LVDirectory->Items().RowCount() == 0)
-        mRules.GetNextAvailableMSGNODENUMBER(mForm, true);
     const qint16 number = mRules.GetNextAvailableMSGNODENUMBER(mForm, false, &*mUsed);
     return QString::number(number == 0 ? 1 : number);
 }

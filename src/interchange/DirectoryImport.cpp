@@ -1,71 +1,17 @@
 #include "interchange/DirectoryImport.h"
 
-#include "editor/BusinessRules.h"
 #include "editor/EntryCommands.h"
 #include "editor/History.h"
 #include "form/EditorForm.h"
-#include "form/LongOperation.h"
+#include "interchange/IncomingEntries.h"
 #include "interchange/SelectFilename.h"
-#include "platform/runtime/DateText.h"
 #include "platform/runtime/ErrorReport.h"
-#include "platform/shell/ReplaceFile.h"
 #include "platform/ui/MsgBox.h"
-#include "platform/ui/Screen.h"
-#include "rules/EntryList.h"
-#include "store/KELDARPlusFilesAndFolders.h"
 
-#include <QDate>
-#include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 namespace qor {
-
-namespace {
-
-const QString lineBreak = u"\r\n"_s;
-
-/// Appends the entries of a list as new rows.
-ListReport AppendEntries(EditorForm& form, BusinessRules& rules, QIODevice& device)
-{
-    ListItems& items = form.LVDirectory->Items();
-    NewRowPrompts prompts(form, rules);
-    const auto append = [&](DirectoryEntry entry) {
-        entry.prompt = prompts.Next();
-        entry.password = u"1"_s;
-        items.Insert(items.RowCount(), EntryRow(items.RowCount() + 1, entry));
-    };
-    return ReadEntryList(device, static_cast<std::size_t>(items.RowCount()), append);
-}
-
-/// The report replaces the one before it in one step. Failing to write it is not told.
-void WriteReportFile(const QString& errorList)
-{
-    const QString record = ShortDateText(QDate::currentDate()) + lineBreak + u"============================"_s +
-                           lineBreak + errorList + lineBreak + lineBreak;
-    try {
-        QDir().mkpath(GetMiscFolder());
-        ReplaceFile(GetMiscFolder() + u"DIRNodeError.txt"_s, record.toUtf8());
-    } catch (const RuntimeError&) {
-        // The report is on screen.
-    }
-}
-
-void TellReport(const ListReport& report)
-{
-    if (report.limitReached) {
-        MsgBox(u"Limited to %1 names in Directory list "_s.arg(highestEntryCount), MsgBoxStyle::Information,
-               u"Information"_s);
-    }
-    if (report.broken) {
-        const QString gathered = report.hadErrors ? lineBreak + lineBreak + report.errorList : QString();
-        MsgBox(u"Invalid csv file format."_s + gathered, MsgBoxStyle::Exclamation, u"Error"_s);
-    } else if (report.hadErrors) {
-        MsgBox(report.errorList, MsgBoxStyle::Exclamation, u"Error"_s);
-        WriteReportFile(report.errorList);
-    }
-}
-
-} // namespace
 
 DirectoryImport::DirectoryImport(EditorForm& form, BusinessRules& rules, EntryCommands& entryCommands, History& history)
     : mForm(form), mRules(rules), mEntryCommands(entryCommands), mHistory(history)
@@ -103,17 +49,19 @@ bool DirectoryImport::PrepareList()
 
 ListReport DirectoryImport::ReadFile(const QString& fileName)
 {
-    const HourglassPointer hourglass;
-    const LongOperation running(mForm);
-    mForm.StatusBar1->SetPanelText(u"Loading ... Please wait."_s);
+    const Loading loading(mForm);
     QFile file(fileName);
-    ListReport report;
     // Anything but a file, a pipe for one, may never end.
     if (QFileInfo(fileName).isFile() && file.open(QIODevice::ReadOnly))
-        report = AppendEntries(mForm, mRules, file);
-    else
-        report.broken = true;
-    mForm.StatusBar1->SetPanelText(QString());
+        return AppendEntries(file);
+    return {.broken = true};
+}
+
+ListReport DirectoryImport::AppendEntries(QIODevice& device)
+{
+    IncomingRows rows(mForm, mRules);
+    const ListReport report = rows.Read(device);
+    mForm.LVDirectory->Items().Append(rows.Take());
     return report;
 }
 

@@ -3,6 +3,8 @@
 
 #include "platform/runtime/Text.h"
 
+class QIODevice;
+
 namespace qor {
 
 class BusinessRules;
@@ -21,6 +23,7 @@ public:
 private:
     bool PrepareList();
     ListReport ReadFile(const QString& fileName);
+    ListReport AppendEntries(QIODevice& device);
 
     EditorForm& mForm;
     BusinessRules& mRules;

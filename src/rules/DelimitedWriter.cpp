@@ -8,22 +8,23 @@ namespace qor {
 
 namespace {
 
-bool NeedsQuotes(const QString& field)
+bool NeedsQuotes(const QString& field, QChar separator)
 {
     return field.trimmed() != field || field.startsWith(QChar::ByteOrderMark) ||
-           std::any_of(field.begin(), field.end(), [](QChar c) { return c == u',' || c == u'"' || c < u' '; });
+           std::any_of(field.begin(), field.end(),
+                       [separator](QChar c) { return c == separator || c == u'"' || c < u' '; });
 }
 
 } // namespace
 
-QString DelimitedLine(const QStringList& fields, Quoting quoting)
+QString DelimitedLine(const QStringList& fields, Quoting quoting, QChar separator)
 {
     QStringList written;
     for (QString field : fields) {
-        const bool quoted = quoting == Quoting::Always || NeedsQuotes(field);
+        const bool quoted = quoting == Quoting::Always || NeedsQuotes(field, separator);
         written << (quoted ? u'"' + field.replace(u'"', u"\"\""_s) + u'"' : field);
     }
-    return written.join(u',');
+    return written.join(separator);
 }
 
 } // namespace qor

@@ -1,4 +1,4 @@
-// Writes records that DelimitedReader reads back.
+// Writes records that DelimitedReader reads back, or TabularReader with tabs between the fields.
 #pragma once
 
 #include <QStringList>
@@ -10,7 +10,7 @@ enum class Quoting {
     WhereNeeded, ///< only fields that would not be read back without
 };
 
-/// One record without its line end: the fields with commas between, in double quotes, those inside doubled.
-QString DelimitedLine(const QStringList& fields, Quoting quoting = Quoting::Always);
+/// One record without its line end: the fields with separators between, in double quotes, those inside doubled.
+QString DelimitedLine(const QStringList& fields, Quoting quoting = Quoting::Always, QChar separator = u',');
 
 } // namespace qor

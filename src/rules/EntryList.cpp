@@ -28,18 +28,22 @@ void AddRejected(ListReport& report, const DirectoryEntry& entry, const QString&
                         message + lineBreak;
 }
 
-void ReadEntries(QIODevice& device, std::size_t entryCount,
-                 const std::function<void(const DirectoryEntry& entry)>& take, ListReport& report)
+ListReport EmptyReport()
 {
-    DelimitedReader reader(device);
+    return {.errorList = u"CSV File format: (LastName,FirstName,Extension)"_s + lineBreak + lineBreak +
+                         u"ERROR IN FOLLOWING ENTRIES:"_s + lineBreak};
+}
+
+void ReadEntries(const EntrySource& source, std::size_t entryCount, const EntryTaker& take, ListReport& report)
+{
     int errorCount = 0;
-    while (!reader.AtEnd()) {
+    while (!source.atEnd()) {
         // Equality, as for the commands: a directory that was loaded longer is not stopped here.
         if (entryCount == highestEntryCount) {
             report.limitReached = true;
             return;
         }
-        const DirectoryEntry entry = ReadEntry(reader);
+        const DirectoryEntry entry = source.next();
         const QString message = ValidateData(entry.lastName, entry.firstName, entry.extension);
         if (message.isEmpty()) {
             take(entry);
@@ -56,14 +60,20 @@ void ReadEntries(QIODevice& device, std::size_t entryCount,
 
 } // namespace
 
-ListReport ReadEntryList(QIODevice& device, std::size_t entryCount,
-                         const std::function<void(const DirectoryEntry& entry)>& take)
+ListReport ReadEntryList(const EntrySource& source, std::size_t entryCount, const EntryTaker& take)
 {
-    ListReport report;
-    report.errorList = u"CSV File format: (LastName,FirstName,Extension)"_s + lineBreak + lineBreak +
-                       u"ERROR IN FOLLOWING ENTRIES:"_s + lineBreak;
+    ListReport report = EmptyReport();
+    ReadEntries(source, entryCount, take, report);
+    return report;
+}
+
+ListReport ReadEntryList(QIODevice& device, std::size_t entryCount, const EntryTaker& take)
+{
+    DelimitedReader reader(device);
+    const EntrySource source{.atEnd = [&] { return reader.AtEnd(); }, .next = [&] { return ReadEntry(reader); }};
+    ListReport report = EmptyReport();
     try {
-        ReadEntries(device, entryCount, take, report);
+        ReadEntries(source, entryCount, take, report);
     } catch (...) {
         report.broken = true;
     }

@@ -30,7 +30,8 @@ frmDIR::Handlers::Handlers(EditorForm& form)
       commit(form, rules, entryCommands),
       navigation(form, rules, entryCommands, commit, history),
       directoryImport(form, rules, entryCommands, history),
-      directoryExport(form)
+      directoryExport(form),
+      clipboard(form, rules, entryCommands, history)
 {
 }
 
@@ -128,6 +129,7 @@ void frmDIR::ConnectActions()
 {
     mActions = new FormActions(*this);
     AddHistoryActions();
+    AddClipboardActions();
     AddListActions();
     AddFind();
     AddEntryKeys();
@@ -150,6 +152,27 @@ void frmDIR::AddHistoryActions()
                    .run = [&keys] { keys.Redo(); },
                    .isUseful = [&history] { return history.CanRedo(); },
                    .currentText = [&history] { return history.RedoText(); }});
+}
+
+void frmDIR::AddClipboardActions()
+{
+    DirectoryClipboard& clipboard = mHandlers->clipboard;
+    const auto canCopy = [&clipboard] { return clipboard.CanCopy(); };
+    mActions->Add({.text = u"Cut"_s,
+                   .keys = {Qt::CTRL | Qt::Key_X},
+                   .where = {this},
+                   .run = [&clipboard] { clipboard.Cut(); },
+                   .isUseful = canCopy});
+    mActions->Add({.text = u"Copy"_s,
+                   .keys = {Qt::CTRL | Qt::Key_C},
+                   .where = {this},
+                   .run = [&clipboard] { clipboard.Copy(); },
+                   .isUseful = canCopy});
+    mActions->Add({.text = u"Paste"_s,
+                   .keys = {Qt::CTRL | Qt::Key_V},
+                   .where = {this},
+                   .run = [&clipboard] { clipboard.Paste(); },
+                   .isUseful = [&clipboard] { return clipboard.CanPaste(); }});
 }
 
 void frmDIR::AddListActions()

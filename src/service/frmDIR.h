@@ -12,6 +12,7 @@
 #include "editor/History.h"
 #include "editor/RecordNavigation.h"
 #include "form/EditorForm.h"
+#include "interchange/DirectoryClipboard.h"
 #include "interchange/DirectoryExport.h"
 #include "interchange/DirectoryImport.h"
 
@@ -50,6 +51,7 @@ private:
         RecordNavigation navigation;
         DirectoryImport directoryImport;
         DirectoryExport directoryExport;
+        DirectoryClipboard clipboard;
     };
 
     void ConnectEvents();
@@ -62,6 +64,7 @@ private:
     void ConnectInterchange();
     void ConnectActions();
     void AddHistoryActions();
+    void AddClipboardActions();
     void AddListActions();
     void AddEntryKeys();
     void AddFind();

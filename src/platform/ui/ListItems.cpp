@@ -44,26 +44,18 @@ void ListItems::Clear()
     endResetModel();
 }
 
-void ListItems::Append(std::vector<ListRow> rows)
+void ListItems::Insert(int position, std::vector<ListRow> rows)
 {
+    if (position != RowCount())
+        RequireRow(position);
     if (rows.empty())
         return;
     QSet<QString> keys = mKeys; // a copy, so that a refused call changes nothing
     for (const ListRow& row : rows)
         AddUniqueKey(keys, row.key);
     mKeys = std::move(keys);
-    beginInsertRows({}, RowCount(), RowCount() + static_cast<int>(rows.size()) - 1);
-    mRows.insert(mRows.end(), std::make_move_iterator(rows.begin()), std::make_move_iterator(rows.end()));
-    endInsertRows();
-}
-
-void ListItems::Insert(int position, ListRow row)
-{
-    if (position != RowCount())
-        RequireRow(position);
-    AddUniqueKey(mKeys, row.key);
-    beginInsertRows({}, position, position);
-    mRows.insert(mRows.begin() + position, std::move(row));
+    beginInsertRows({}, position, position + static_cast<int>(rows.size()) - 1);
+    mRows.insert(mRows.begin() + position, std::make_move_iterator(rows.begin()), std::make_move_iterator(rows.end()));
     endInsertRows();
 }
 

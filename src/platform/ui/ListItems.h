@@ -9,6 +9,7 @@
 #include <QColor>
 #include <QSet>
 #include <QStringList>
+#include <utility>
 #include <vector>
 
 namespace qor {
@@ -49,9 +50,9 @@ public:
     int RowCount() const { return static_cast<int>(mRows.size()); }
     void Clear();
     /// Appends rows in one step.
-    void Append(std::vector<ListRow> rows);
-    /// Puts a row before the row at `position`, or at the end for the row count.
-    void Insert(int position, ListRow row);
+    void Append(std::vector<ListRow> rows) { Insert(RowCount(), std::move(rows)); }
+    /// Puts rows before the row at `position`, or at the end for the row count, in one step.
+    void Insert(int position, std::vector<ListRow> rows);
     /// Removes these rows, given in ascending order without repetition. Scattered rows reset the model.
     void Remove(const std::vector<int>& rows);
 
