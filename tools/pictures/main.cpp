@@ -4,11 +4,14 @@
 #include <deque>
 #include <functional>
 #include <QAbstractButton>
+#include <QAction>
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QDialog>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMessageBox>
 #include <QPainter>
 #include <QStyleFactory>
@@ -47,6 +50,7 @@ public:
         : mFolder(std::move(folder)), mPrefix(std::move(prefix)), mCsvFile(std::move(csvFile))
     {
         PlanEditor();
+        PlanMenuAndFind();
         PlanCommit();
         PlanImport();
         constexpr int lookEvery = 120; // ms
@@ -59,7 +63,8 @@ public:
 private:
     void Look()
     {
-        QWidget* modal = QApplication::activeModalWidget();
+        QWidget* popup = QApplication::activePopupWidget();
+        QWidget* modal = popup ? popup : QApplication::activeModalWidget();
         if (!modal || mSteps.empty() || !mSteps.front().isFor(*modal))
             return;
         const Step step = std::move(mSteps.front());
@@ -68,6 +73,7 @@ private:
     }
 
     static bool IsEditor(QWidget& window) { return window.windowTitle() == u"DIR Editor"_s; }
+    static bool IsMenu(QWidget& window) { return qobject_cast<QMenu*>(&window) != nullptr; }
     static bool IsBox(QWidget& window) { return qobject_cast<QMessageBox*>(&window) != nullptr; }
     static bool IsFileDialog(QWidget& window) { return qobject_cast<QFileDialog*>(&window) != nullptr; }
     static bool IsQuestion(QWidget& window) { return window.findChild<QAbstractButton*>(u"cmdYesToAll"_s) != nullptr; }
@@ -110,6 +116,32 @@ private:
         Then(IsEditor, [this](QWidget& editor) {
             Take(editor, u"edit-mode"_s);
             Click(editor, u"cmdDirEdit"_s);
+        });
+    }
+
+    void PlanMenuAndFind()
+    {
+        Then(IsEditor, [](QWidget& editor) {
+            QCoreApplication::postEvent(List(editor).viewport(),
+                                        new QContextMenuEvent(QContextMenuEvent::Keyboard, {}, {}));
+        });
+        Then(IsMenu, [this](QWidget& menu) {
+            Take(menu, u"menu"_s);
+            menu.close();
+        });
+        Then(IsEditor, [](QWidget& editor) {
+            for (QAction* action : editor.findChildren<QAction*>()) {
+                if (action->text().startsWith(u"Find..."))
+                    action->trigger();
+            }
+        });
+        Then(IsEditor, [this](QWidget& editor) {
+            editor.findChild<QLineEdit*>(u"txtFind"_s)->setText(u"an"_s);
+            editor.resize(editor.width() + 150, editor.height() + 120);
+            Take(editor, u"find-larger"_s);
+            QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, {});
+            QCoreApplication::sendEvent(editor.findChild<QLineEdit*>(u"txtFind"_s), &escape);
+            editor.resize(editor.minimumSize());
         });
     }
 
