@@ -28,6 +28,12 @@ DirectoryListEvents::DirectoryListEvents(EditorForm& form, History& history)
     LVDirectory.Items().SetRowNote([this](int row) { return NoteOn(row); });
 }
 
+/// The list outlives its handlers.
+DirectoryListEvents::~DirectoryListEvents()
+{
+    LVDirectory.Items().SetRowNote({});
+}
+
 /// Why a row is red.
 QString DirectoryListEvents::NoteOn(int row) const
 {

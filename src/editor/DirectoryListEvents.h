@@ -13,6 +13,9 @@ class DirectoryListEvents
 {
 public:
     DirectoryListEvents(EditorForm& form, History& history);
+    ~DirectoryListEvents();
+    DirectoryListEvents(const DirectoryListEvents&) = delete;
+    DirectoryListEvents& operator=(const DirectoryListEvents&) = delete;
 
     /// In edit mode the in-place fields are laid over the row and show its texts.
     void LVDirectory_ItemClick(int row);
