@@ -196,6 +196,7 @@ int main(int argc, char** argv)
     Editor editor(fewRows);
     editor.Fill();
     std::vector<double> states;
+    states.reserve(static_cast<std::size_t>(rounds));
     for (int round = 0; round < rounds; ++round)
         states.push_back(TimeOfState(editor));
     std::printf("taking a state of %d rows: %.3f ms (wanted: below 0.1)\n", fewRows, Median(states));

@@ -59,6 +59,7 @@ void AddPartition(const SampleDatabase& database)
 void WriteEntries()
 {
     std::vector<DirectoryEntry> entries;
+    entries.reserve(entryCount);
     for (int i = 0; i < entryCount; ++i)
         entries.push_back({u"Lastname"_s, u"Firstname"_s, QString::number(1000 + i), {}, {}});
     QGuiApplication::clipboard()->setText(TabularText(entries));

@@ -40,11 +40,6 @@ void EntryFields::ClearMarkOfSoundRow()
         PaintRow(*mForm.LVDirectory, row, soundRowColour);
 }
 
-void EntryFields::GotFocus(const EntryEditor& editor)
-{
-    ReportErrors(ProcedureOf(editor, u"GotFocus"_s), [&] { editor.Text()->selectAll(); });
-}
-
 void EntryFields::LostFocus(const EntryEditor& editor)
 {
     ReportErrors(ProcedureOf(editor, u"LostFocus"_s), [&] {

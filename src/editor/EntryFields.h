@@ -12,8 +12,6 @@ public:
     explicit EntryFields(EditorForm& form) : mForm(form) {}
 
     void Change(const EntryEditor& editor);
-    /// Selects the whole text.
-    void GotFocus(const EntryEditor& editor);
     /// A field that is left empty gets the row's text back.
     void LostFocus(const EntryEditor& editor);
 

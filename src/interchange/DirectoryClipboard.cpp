@@ -49,7 +49,7 @@ bool DirectoryClipboard::CanCopy() const
 bool DirectoryClipboard::CanPaste() const
 {
     const QMimeData* data = QGuiApplication::clipboard()->mimeData();
-    return !mForm.InEditMode() && data && data->hasText();
+    return !mForm.InEditMode() && data != nullptr && data->hasText();
 }
 
 void DirectoryClipboard::Copy()

@@ -60,7 +60,7 @@ ListReport DirectoryImport::ReadFile(const QString& fileName)
 ListReport DirectoryImport::AppendEntries(QIODevice& device)
 {
     IncomingRows rows(mForm, mRules);
-    const ListReport report = rows.Read(device);
+    ListReport report = rows.Read(device);
     mForm.LVDirectory->Items().Append(rows.Take());
     return report;
 }

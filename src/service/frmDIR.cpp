@@ -80,9 +80,9 @@ void frmDIR::ConnectEntryFields()
 {
     auto* fields = &mHandlers->entryFields;
     for (const EntryEditor& editor : EntryEditors()) {
-        if (const TextBox* box = editor.Text()) {
+        if (TextBox* box = editor.Text()) {
             OnEvent(box, &TextBox::Change, fields, &EntryFields::Change, editor);
-            OnEvent(box, &TextBox::GotFocus, fields, &EntryFields::GotFocus, editor);
+            OnEvent(box, &TextBox::GotFocus, box, &QLineEdit::selectAll);
             OnEvent(box, &TextBox::LostFocus, fields, &EntryFields::LostFocus, editor);
         }
     }

@@ -6,7 +6,8 @@ namespace qor {
 
 bool CommandButton::event(QEvent* event)
 {
-    if (event->type() != QEvent::Shortcut || static_cast<QShortcutEvent*>(event)->isAmbiguous())
+    const auto* shortcut = dynamic_cast<QShortcutEvent*>(event);
+    if (!shortcut || shortcut->isAmbiguous())
         return QPushButton::event(event);
     click();
     return true;

@@ -46,8 +46,8 @@ public:
 private:
     bool BelongsToWindow(const QObject* object) const
     {
-        if (object->isWidgetType())
-            return static_cast<const QWidget*>(object)->window() == &mWindow;
+        if (const auto* widget = qobject_cast<const QWidget*>(object))
+            return widget->window() == &mWindow;
         return object == mWindow.windowHandle();
     }
 
