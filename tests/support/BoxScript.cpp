@@ -112,7 +112,7 @@ BoxScript::BoxScript(std::initializer_list<ExpectedBox> boxes)
 void BoxScript::Expect(const ExpectedBox& box)
 {
     Expect({Told(box.text, box.title, KindOf(box.icon)), [box](QDialog& dialog) {
-                auto& shown = static_cast<QMessageBox&>(dialog);
+                auto& shown = dynamic_cast<QMessageBox&>(dialog);
                 if (box.inspect)
                     box.inspect(shown);
                 Press(shown, shown.button(box.answer), box.answer == QMessageBox::NoButton);

@@ -181,7 +181,7 @@ QString Editor::Red(int row) const
 void Editor::Leave()
 {
     Expected();
-    Require(!QGuiApplication::overrideCursor(), "the pointer is not as it was");
+    Require(QGuiApplication::overrideCursor() == nullptr, "the pointer is not as it was");
     if (!IsOpen())
         return;
     Require(Find("Frame1").isEnabled() && Find("StatusBar1").isHidden(), "the form is left as in a long operation");
