@@ -203,7 +203,7 @@ private Q_SLOTS:
         QCOMPARE(Keys(items), u"12345"_s);
         items.SetSortKey(1);
         QCOMPARE(Keys(items), u"52314"_s);
-        items.SetOrder(ListItems::SortOrder::Descending);
+        items.SetOrder(SortOrder::Descending);
         items.Append(RowsOf(u"6a"_s));
         items.Insert(0, {RowOf(u"7z"_s)});
         items.SetText(1, 1, u"z"_s);

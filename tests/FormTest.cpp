@@ -51,7 +51,7 @@ QString StateOf(const ListView& list)
     QStringList texts;
     for (int row = 0; row < items.RowCount(); ++row)
         texts << EntryText(list, row, DirectoryColumn::LastName);
-    const QString order = items.Order() == ListItems::SortOrder::Ascending ? u"up"_s : u"down"_s;
+    const QString order = items.Order() == SortOrder::Ascending ? u"up"_s : u"down"_s;
     const QString sorted = items.Sorted() ? u"%1 by %2"_s.arg(order).arg(items.SortKey()) : u"unsorted"_s;
     return u"%1 %2 of %3"_s.arg(texts.join(u','), sorted).arg(items.ColumnCount());
 }
@@ -196,7 +196,7 @@ private Q_SLOTS:
         events.LVDirectory_ColumnClick(3);
         QCOMPARE(StateOf(list), u"1,20,3,x unsorted of 7"_s);
         list.Items().SetText(3, 3, u"2"_s);
-        SortListByNumber(list, DirectoryColumn::Extension, ListItems::SortOrder::Ascending);
+        SortListByNumber(list, DirectoryColumn::Extension, SortOrder::Ascending);
         QCOMPARE(StateOf(list), u"1,x,3,20 up by 6 of 7"_s);
         for (const int hidden : {0, 5, 6})
             QCOMPARE(list.columnWidth(hidden), 0);

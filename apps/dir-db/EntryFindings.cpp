@@ -12,6 +12,7 @@
 #include <map>
 #include <QSet>
 #include <set>
+#include <tuple>
 
 namespace qor {
 
@@ -87,8 +88,11 @@ public:
 
     bool Has(const Partition& partition, const QString& prompt)
     {
-        return std::ranges::binary_search(Numbers(partition), prompt.toInt()) &&
-               IsNodeExisted(mDataBase, partition, NODE_TYPE_MSG, prompt);
+        const auto [place, isNew] = mFound.try_emplace({partition.config, partition.number, prompt});
+        if (isNew) // many entries name the same prompts
+            place->second = std::ranges::binary_search(Numbers(partition), prompt.toInt()) &&
+                            IsNodeExisted(mDataBase, partition, NODE_TYPE_MSG, prompt);
+        return place->second;
     }
 
 private:
@@ -102,6 +106,7 @@ private:
 
     DataBase& mDataBase;
     std::map<std::pair<qint16, qint16>, MessageNodeNumbers> mNumbers; ///< of the partitions met so far
+    std::map<std::tuple<qint16, qint16, QString>, bool> mFound;       ///< for the prompts met so far
 };
 
 Finding MissingMessages(DataBase& dataBase, const StoredDirectories& directories)

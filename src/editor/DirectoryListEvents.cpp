@@ -10,9 +10,9 @@ namespace qor {
 
 namespace {
 
-ListItems::SortOrder Flipped(ListItems::SortOrder order)
+SortOrder Flipped(SortOrder order)
 {
-    return static_cast<ListItems::SortOrder>(1 - static_cast<int>(order));
+    return static_cast<SortOrder>(1 - static_cast<int>(order));
 }
 
 bool IsSortedBy(const ListItems& items, int column)
@@ -107,7 +107,7 @@ void DirectoryListEvents::LVDirectory_ColumnClick(int column)
 void DirectoryListEvents::SortByText(int column)
 {
     ListItems& items = LVDirectory.Items();
-    const auto order = IsSortedBy(items, column) ? Flipped(items.Order()) : ListItems::SortOrder::Ascending;
+    const auto order = IsSortedBy(items, column) ? Flipped(items.Order()) : SortOrder::Ascending;
     items.SetSorted(false); // so that the list is sorted once, with both settings
     items.SetOrder(order);
     items.SetSortKey(column);
@@ -119,7 +119,7 @@ void DirectoryListEvents::SortByNumber(int column)
     // A numeric sort leaves its key on the dummy column, so a second click finds the list sorted by another
     // key and sorts descending again.
     const ListItems& items = LVDirectory.Items();
-    const auto order = IsSortedBy(items, column) ? Flipped(items.Order()) : ListItems::SortOrder::Descending;
+    const auto order = IsSortedBy(items, column) ? Flipped(items.Order()) : SortOrder::Descending;
     SortListByNumber(LVDirectory, static_cast<DirectoryColumn>(column), order);
 }
 

@@ -152,19 +152,8 @@ void EntryCommands::cmdDirDown_Click()
 
 void EntryCommands::MoveSelected(int distance)
 {
-    if (GetSelectedCount(LVDirectory) != 1)
-        return;
-    const HourglassPointer hourglass;
-    const History::Step step(mHistory, distance < 0 ? u"Move Up"_s : u"Move Down"_s);
-    Renumber();
-    const int row = LVDirectory.SelectedRows().front();
-    const int other = row + distance;
-    if (other >= 0 && other < LVDirectory.Items().RowCount()) {
-        SwapEntries(row, other);
-        LVDirectory.SetSelected(row, false);
-        SelectAndShow(other);
-    }
-    mForm.MarkChanged();
+    if (GetSelectedCount(LVDirectory) == 1)
+        MoveBlock(distance);
 }
 
 void EntryCommands::MoveBlock(int distance)
@@ -176,20 +165,26 @@ void EntryCommands::MoveBlock(int distance)
     const History::Step step(mHistory,
                              u"Move %1 %2"_s.arg(CountedEntries(rows.size()), distance < 0 ? u"Up"_s : u"Down"_s));
     Renumber();
-    const int current = LVDirectory.SelectedItem();
-    if (distance < 0 ? rows.front() > 0 : rows.back() < LVDirectory.Items().RowCount() - 1) {
-        if (distance > 0)
-            std::reverse(rows.begin(), rows.end()); // the place that a row goes to is free of the block by then
-        for (int& row : rows) {
-            SwapEntries(row, row + distance);
-            row += distance;
-        }
-        std::sort(rows.begin(), rows.end());
-        LVDirectory.SelectOnly(rows);
-        LVDirectory.SetSelectedItem(current + distance);
-        LVDirectory.EnsureVisible(current + distance);
-    }
+    if (distance < 0 ? rows.front() > 0 : rows.back() < LVDirectory.Items().RowCount() - 1)
+        SwapOnward(rows, distance);
     mForm.MarkChanged();
+}
+
+/// The selection and the chosen row go with the entries.
+void EntryCommands::SwapOnward(std::vector<int> rows, int distance)
+{
+    const bool isChosen = std::find(rows.begin(), rows.end(), LVDirectory.SelectedItem()) != rows.end();
+    const int chosen = (isChosen ? LVDirectory.SelectedItem() : rows.front()) + distance;
+    if (distance > 0)
+        std::reverse(rows.begin(), rows.end()); // the place that a row goes to is free of the block by then
+    for (int& row : rows) {
+        SwapEntries(row, row + distance);
+        row += distance;
+    }
+    std::sort(rows.begin(), rows.end());
+    LVDirectory.SelectOnly(rows);
+    LVDirectory.SetSelectedItem(chosen);
+    LVDirectory.EnsureVisible(chosen);
 }
 
 void EntryCommands::SwapEntries(int row, int other)

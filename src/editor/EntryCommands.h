@@ -3,6 +3,8 @@
 
 #include "platform/runtime/Text.h"
 
+#include <vector>
+
 namespace qor {
 
 class BusinessRules;
@@ -45,6 +47,7 @@ private:
     void SelectAndShow(int row);
     void Renumber();
     void MoveSelected(int distance);
+    void SwapOnward(std::vector<int> rows, int distance);
     void SwapEntries(int row, int other);
     void StartEditMode();
     void EndEditMode();

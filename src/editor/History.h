@@ -29,8 +29,6 @@ public:
         Step(const Step&) = delete;
         Step& operator=(const Step&) = delete;
 
-        void SetText(const QString& text) { mText = text; }
-
     private:
         History& mHistory;
         QString mText;

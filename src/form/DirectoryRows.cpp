@@ -126,11 +126,11 @@ void ForgetSort(ListView& list)
     ListItems& items = list.Items();
     items.SetSorted(false);
     items.SetSortKey(0);
-    items.SetOrder(ListItems::SortOrder::Ascending);
+    items.SetOrder(SortOrder::Ascending);
     DropSortColumn(list);
 }
 
-void SortListByNumber(ListView& list, DirectoryColumn column, ListItems::SortOrder order)
+void SortListByNumber(ListView& list, DirectoryColumn column, SortOrder order)
 {
     constexpr int sortKey = static_cast<int>(DirectoryColumn::SortKey);
     ListItems& items = list.Items();

@@ -57,6 +57,6 @@ void ClearSelectionFrom(ListView& list, int first);
 
 /// Sorts by the numbers in a column, through zero-padded texts in a hidden "dummy column". A text that is not
 /// a number raises RuntimeError; the list is then not sorted and the dummy column is there.
-void SortListByNumber(ListView& list, DirectoryColumn column, ListItems::SortOrder order);
+void SortListByNumber(ListView& list, DirectoryColumn column, SortOrder order);
 
 } // namespace qor

@@ -45,8 +45,6 @@ class ListItems : public QAbstractTableModel
 public:
     using QAbstractTableModel::QAbstractTableModel;
 
-    using SortOrder = qor::SortOrder;
-
     int RowCount() const { return static_cast<int>(mRows.size()); }
     void Clear();
     /// Appends rows in one step.
