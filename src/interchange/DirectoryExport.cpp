@@ -37,7 +37,7 @@ std::vector<int> DirectoryExport::WriteFile(const QString& fileName)
     const LongOperation running(mForm);
     mForm.StatusBar1->SetPanelText(u"Saving entries... Please wait."_s);
     const ListText list = WriteEntryList(EntriesOf(*mForm.LVDirectory));
-    ReplaceFile(fileName, list.text);
+    ReplaceFile(fileName, list.text, {.followsLink = true});
     for (const int row : list.skippedRows)
         PaintRow(*mForm.LVDirectory, row, invalidRowColour);
     mForm.StatusBar1->SetPanelText(QString());

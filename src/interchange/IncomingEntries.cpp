@@ -24,7 +24,7 @@ void WriteReportFile(const QString& errorList)
                            lineBreak + errorList + lineBreak + lineBreak;
     try {
         QDir().mkpath(GetMiscFolder());
-        ReplaceFile(GetMiscFolder() + u"DIRNodeError.txt"_s, record.toUtf8());
+        ReplaceFile(GetMiscFolder() + u"DIRNodeError.txt"_s, record.toUtf8(), {});
     } catch (const RuntimeError&) {
         // The report is on screen.
     }

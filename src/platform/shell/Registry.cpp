@@ -48,7 +48,7 @@ QByteArray Encoded(const QString& text, const QByteArray& before)
 void WriteRegistryFile(const QByteArray& bytes)
 {
     try {
-        ReplaceFile(RegistryFileName(), bytes);
+        ReplaceFile(RegistryFileName(), bytes, {.readers = Readers::Everybody, .followsLink = true});
     } catch (const RuntimeError& error) {
         throw RuntimeError(error.Number(), u"The registry file "_s + error.Description());
     }

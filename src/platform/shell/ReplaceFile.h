@@ -7,8 +7,19 @@ class QByteArray;
 
 namespace qor {
 
+enum class Readers { Owner, Everybody };
+
+/// What holds of the new file.
+struct Replacement
+{
+    Readers readers = Readers::Owner; ///< whatever the older file and the umask allow
+    bool followsLink = false;         ///< else a link makes way for the file
+    bool synced = true;               ///< it outlives a power loss; unsynced it outlives the process
+};
+
 /// Puts the contents in place of the file, or makes it. Raises RuntimeError when any of them cannot be written; the
-/// older file stays as it was then.
-void ReplaceFile(const QString& fileName, const QByteArray& contents);
+/// older file stays as it was then. A process that is killed leaves one or the other; beside it may stay a file of that
+/// name with a point and six characters behind it.
+void ReplaceFile(const QString& fileName, const QByteArray& contents, const Replacement& how);
 
 } // namespace qor
