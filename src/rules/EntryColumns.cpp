@@ -19,6 +19,12 @@ QString PromptText(const QVariant& stored)
     return prompt >= 1 && prompt <= highestPrompt ? QString::number(prompt) : QString();
 }
 
+QString TextOrDefault(const EntryColumn& column, const QVariant& stored)
+{
+    const QString text = column.shownText(stored);
+    return text.isEmpty() ? QString::fromLatin1(column.whenMissing) : text;
+}
+
 } // namespace
 
 const std::array<EntryColumn, 5> entryColumns{
@@ -28,6 +34,13 @@ const std::array<EntryColumn, 5> entryColumns{
     EntryColumn{"NamePrompt", &DirectoryEntry::prompt, "1", PromptText},
     EntryColumn{"Password", &DirectoryEntry::password, "1", StoredText},
 };
+
+DirectoryEntry AsRead(DirectoryEntry entry)
+{
+    for (const EntryColumn& column : entryColumns)
+        entry.*column.field = TextOrDefault(column, entry.*column.field);
+    return entry;
+}
 
 EntryReader::EntryReader(const Recordset& rows)
 {
@@ -40,10 +53,7 @@ DirectoryEntry EntryReader::Read(const Recordset& rows) const
     DirectoryEntry entry;
     for (std::size_t i = 0; i < entryColumns.size(); ++i) {
         const EntryColumn& column = entryColumns[i];
-        QString& text = entry.*column.field;
-        text = column.shownText(rows.Field(mIndexes[i]));
-        if (text.isEmpty())
-            text = QString::fromLatin1(column.whenMissing);
+        entry.*column.field = TextOrDefault(column, rows.Field(mIndexes[i]));
     }
     return entry;
 }

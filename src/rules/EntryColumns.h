@@ -19,6 +19,9 @@ struct EntryColumn
 
 extern const std::array<EntryColumn, 5> entryColumns;
 
+/// The entry that is read where this one was stored: every missing value replaced.
+DirectoryEntry AsRead(DirectoryEntry entry);
+
 /// Reads the entries that a recordset has in its rows.
 class EntryReader
 {

@@ -10,13 +10,18 @@ namespace qor {
 
 namespace {
 
+QString StartingPrompt(const QVariant& stored, int highestMessageNode)
+{
+    const int prompt = WholeNumber(stored).value_or(0);
+    return QString::number(prompt >= 1 && prompt <= highestMessageNode ? prompt : 1);
+}
+
 NodeHeader ReadHeader(const Recordset& node, int highestMessageNode)
 {
-    const int prompt = WholeNumber(node.Field(u"StartingPromptNumber"_s)).value_or(0);
     return {.description = node.Field(u"NodeDescription"_s).toString(),
             .accessCode = Admitted(node.Field(u"AccessCode"_s).toString(), IsDigit),
             .usePasswords = WholeNumber(node.Field(u"UsePasswords"_s)) == 1,
-            .startingPrompt = QString::number(prompt >= 1 && prompt <= highestMessageNode ? prompt : 1)};
+            .startingPrompt = StartingPrompt(node.Field(u"StartingPromptNumber"_s), highestMessageNode)};
 }
 
 std::vector<DirectoryEntry> ReadEntries(Recordset& rows)
@@ -61,6 +66,15 @@ std::optional<DirectoryNode> LoadNode(DataBase& dataBase, const NodeIdentity& id
         return std::nullopt;
     Recordset entries = dataBase.Open(CommandId::Get_DIR_DetailsNode, ValuesOf(identity));
     return DirectoryNode{identity, ReadHeader(node, highestMessageNode), ReadEntries(entries)};
+}
+
+DirectoryNode AsLoaded(DirectoryNode node, int highestMessageNode)
+{
+    node.header.accessCode = Admitted(node.header.accessCode, IsDigit);
+    node.header.startingPrompt = StartingPrompt(node.header.startingPrompt, highestMessageNode);
+    for (DirectoryEntry& entry : node.entries)
+        entry = AsRead(std::move(entry));
+    return node;
 }
 
 } // namespace qor

@@ -3,13 +3,27 @@
 
 #include "rules/DirectoryNode.h"
 
+#include <optional>
+
 namespace qor {
 
 class DataBase;
 
 /// Removes the node's entries, writes its row and its general-pool row and then its entries, numbered from 1 in their
 /// order. Every command commits by itself and no transaction holds them together: a failure, which raises RuntimeError,
-/// leaves what ran before it. Everything written is on disk when it returns.
+/// leaves what ran before it, and its sentence says how many entries the database holds then. Everything written is on
+/// disk when it returns.
 void SaveNode(DataBase& dataBase, const DirectoryNode& node);
+
+/// Raises RuntimeError when the disk may be full before a save is done. Ask before a save that has no list to fall back
+/// on: it removes the stored entries first.
+void RequireRoomForSave(const QString& databaseFolder);
+
+/// Keeps what is stored of the node as an earlier version in the Misc folder, saves it, and gives what is stored then,
+/// as LoadNode reads it: nothing when it cannot be read, or when the node has no row. One save of a node runs at a
+/// time: others wait. Raises RuntimeError as SaveNode does; a version that cannot be kept is told on standard error,
+/// once.
+std::optional<DirectoryNode> SaveNodeKeepingVersion(DataBase& dataBase, const DirectoryNode& node,
+                                                    const QString& miscFolder, int highestMessageNode);
 
 } // namespace qor

@@ -1,0 +1,25 @@
+// What differs between two lists of entries.
+#pragma once
+
+#include "rules/DirectoryNode.h"
+
+namespace qor {
+
+struct EntryDifferences
+{
+    int added = 0;
+    int removed = 0;
+    int changed = 0;        ///< the same name with another extension, prompt or password; or the same prompt and
+                            ///< extension with another name
+    bool reordered = false; ///< the same entries in another order
+
+    bool operator==(const EntryDifferences&) const = default;
+};
+
+/// From `before` to `after`.
+EntryDifferences CompareEntries(const std::vector<DirectoryEntry>& before, const std::vector<DirectoryEntry>& after);
+
+/// "+12 -3 ~4"; "+0 -0 ~0, other order" for entries that only changed their places.
+QString DifferencesText(const EntryDifferences& differences);
+
+} // namespace qor
