@@ -230,7 +230,7 @@ private Q_SLOTS:
         QTEST(ShownOn(form), "expected");
         const BoxScript boxes{Notice(u"DIR 8 doesn't exist."_s)};
         QVERIFY(!rules.LoadData(form, 8));
-        QTEST(ShownOn(form), "expected");
+        QVERIFY(!form.ShowsNode() && !form.cmdOK->isEnabled() && form.LVDirectory->Items().RowCount() == 0);
         QCOMPARE(form.cmdFirst->isHidden(), node == 0);
         QCOMPARE(form.lblLabel->y() == form.cmdFirst->y(), node == 0);
         form.show();

@@ -27,8 +27,8 @@ public:
     /// message, when the partition has no such maximum.
     bool LoadPromptMSGNodeNumber(EditorForm& form);
 
-    /// Fills the form with a directory node. False, after a notice, when the node does not exist; the form then shows
-    /// what it showed.
+    /// Fills the form with a directory node. False, after a notice, when the node does not exist or cannot be read; the
+    /// form then shows no node.
     bool LoadData(EditorForm& form, qint16 nodeNumber);
 
     /// A free message-node number, or 0 when there is none. Successive calls count up from the starting prompt and
@@ -44,11 +44,13 @@ public:
     /// last text.
     void CheckForUnReferencedNodes(EditorForm& form);
 
-    /// Writes the form's node, its general-pool row and all its entries under this number. What ran before a
-    /// failure stays written; everything written is on disk when it returns.
+    /// Writes the form's node, its general-pool row and all its entries under this number, and remembers on the form
+    /// what is stored then. What ran before a failure stays written; everything written is on disk when it returns.
     void SaveChanges(EditorForm& form, qint16 nodeNumber);
 
 private:
+    bool ShowStoredNode(EditorForm& form, qint16 nodeNumber);
+
     DataBase mDataBase;
     PromptNumbers mPromptNumbers;
 };

@@ -7,6 +7,8 @@
 #include "platform/ui/MsgBox.h"
 #include "platform/ui/Screen.h"
 
+#include <QScopeGuard>
+
 namespace qor {
 
 namespace {
@@ -72,17 +74,28 @@ bool BusinessRules::LoadPromptMSGNodeNumber(EditorForm& form)
 bool BusinessRules::LoadData(EditorForm& form, qint16 nodeNumber)
 {
     return ReportErrors(u"LoadData"_s, [&] {
-        std::optional<HourglassPointer> hourglass(std::in_place);
-        auto node = LoadNode(mDataBase, {form.PartitionShown(), nodeNumber}, form.HighestMessageNode());
-        if (!node) {
-            hourglass.reset();
-            MsgBox(u"DIR %1 doesn't exist."_s.arg(nodeNumber), MsgBoxStyle::Information, u"Information"_s);
-            return false;
-        }
-        ShowNode(form, std::move(*node));
-        ShowPosition(form);
-        return true;
+        if (ShowStoredNode(form, nodeNumber))
+            return true;
+        MsgBox(u"DIR %1 doesn't exist."_s.arg(nodeNumber), MsgBoxStyle::Information, u"Information"_s);
+        return false;
     });
+}
+
+/// What the form showed before goes whatever happens: under the new number it would be saved as that node.
+bool BusinessRules::ShowStoredNode(EditorForm& form, qint16 nodeNumber)
+{
+    const HourglassPointer hourglass;
+    auto showNone = qScopeGuard([&form] {
+        ShowNoNode(form);
+        ShowPosition(form);
+    });
+    auto node = LoadNode(mDataBase, {form.PartitionShown(), nodeNumber}, form.HighestMessageNode());
+    if (!node)
+        return false;
+    showNone.dismiss();
+    ShowNode(form, std::move(*node));
+    ShowPosition(form);
+    return true;
 }
 
 } // namespace qor

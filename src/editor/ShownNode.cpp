@@ -4,8 +4,6 @@
 
 namespace qor {
 
-namespace {
-
 void ShowHeader(EditorForm& form, const NodeHeader& header)
 {
     form.txtDescription->Fill(header.description);
@@ -25,8 +23,6 @@ void ShowEntries(EditorForm& form, std::vector<DirectoryEntry> entries)
     form.LVDirectory->Items().Append(std::move(rows));
 }
 
-} // namespace
-
 DirectoryNode NodeOn(const EditorForm& form, qint16 number)
 {
     return {.identity = {form.PartitionShown(), number},
@@ -39,8 +35,18 @@ DirectoryNode NodeOn(const EditorForm& form, qint16 number)
 
 void ShowNode(EditorForm& form, DirectoryNode node)
 {
+    form.SetShowsNode(true);
+    form.SetStored(node);
     ShowHeader(form, node.header);
     ShowEntries(form, std::move(node.entries));
+}
+
+void ShowNoNode(EditorForm& form)
+{
+    form.SetStored({});
+    ShowHeader(form, {});
+    ShowEntries(form, {});
+    form.SetShowsNode(false);
 }
 
 } // namespace qor

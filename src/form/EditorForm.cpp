@@ -209,6 +209,16 @@ void EditorForm::ShowFindLine(bool shown)
     });
 }
 
+void EditorForm::SetShowsNode(bool shown)
+{
+    mShowsNode = shown;
+    for (QWidget* control :
+         std::initializer_list<QWidget*>{fraDirectory, txtDescription, txtAccessCode, cmbMSGNodeNumber, cmdOK})
+        control->setEnabled(shown);
+    if (!shown)
+        MarkUnchanged();
+}
+
 void EditorForm::SetHighestMessageNode(int number)
 {
     mHighestMessageNode = number;

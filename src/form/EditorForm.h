@@ -14,6 +14,7 @@
 
 #include <array>
 #include <functional>
+#include <optional>
 
 namespace qor {
 
@@ -44,6 +45,15 @@ public:
     qint16 NodeNumber() const { return mNodeNumber; }
     void SetNodeNumber(qint16 number) { mNodeNumber = number; }
     Partition PartitionShown() const { return {mConfigID, mPartitionID}; }
+    NodeIdentity NodeShown() const { return {PartitionShown(), mNodeNumber}; }
+
+    /// Whether the form shows a node; without one its fields, its list, OK and Apply cannot be used.
+    bool ShowsNode() const { return mShowsNode; }
+    void SetShowsNode(bool shown);
+    /// What the database held of the node on display when it was last read; nothing while that is not known, as after
+    /// a save that failed.
+    const std::optional<DirectoryNode>& Stored() const { return mStored; }
+    void SetStored(std::optional<DirectoryNode> node) { mStored = std::move(node); }
 
     /// The highest number of the partition's message nodes, which both number lists go up to; 0 until it is known.
     int HighestMessageNode() const { return mHighestMessageNode; }
@@ -112,6 +122,8 @@ private:
     qint16 mConfigID = 0;
     qint16 mPartitionID = 0;
     qint16 mNodeNumber = 0;
+    bool mShowsNode = true;
+    std::optional<DirectoryNode> mStored;
     int mHighestMessageNode = 0;
     QSize mLaidSize; ///< what the controls are laid out for
     QSize mOpenedSize;

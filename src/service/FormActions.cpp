@@ -8,11 +8,16 @@
 
 namespace qor {
 
-FormActions::FormActions(QWidget& form) : QObject(&form), mForm(form) {}
+FormActions::FormActions(QWidget& form, const QWidget& directory) : QObject(&form), mForm(form), mDirectory(directory)
+{
+}
 
 void FormActions::Add(FormAction action)
 {
-    const auto run = [run = action.run] { GuardEvent(run); };
+    const auto run = [this, run = action.run] {
+        if (mDirectory.isEnabled())
+            GuardEvent(run);
+    };
     if (!action.listHandlesKey) {
         for (QWidget* widget : action.where) {
             for (const QKeySequence& key : action.keys) {

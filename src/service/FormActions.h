@@ -26,12 +26,12 @@ struct FormAction
     bool listHandlesKey = false;               ///< the key is the list's own; the menu only shows it
 };
 
-/// Keeps the actions for the life of the form.
+/// Keeps the actions for the life of the form. Nothing is done while what they are for is disabled.
 class FormActions : public QObject
 {
     Q_OBJECT
 public:
-    explicit FormActions(QWidget& form);
+    FormActions(QWidget& form, const QWidget& directory);
 
     void Add(FormAction action);
     /// Shows those that have a text; what does nothing now is disabled there. A key that does nothing is taken all the
@@ -46,6 +46,7 @@ private:
     };
 
     QWidget& mForm;
+    const QWidget& mDirectory;
     std::vector<Entry> mEntries;
 };
 

@@ -127,7 +127,7 @@ void frmDIR::ConnectInterchange()
 
 void frmDIR::ConnectActions()
 {
-    mActions = new FormActions(*this);
+    mActions = new FormActions(*this, *fraDirectory);
     AddHistoryActions();
     AddClipboardActions();
     AddListActions();

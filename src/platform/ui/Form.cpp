@@ -5,6 +5,7 @@
 #include <QAbstractButton>
 #include <QCloseEvent>
 #include <QScopedValueRollback>
+#include <utility>
 
 namespace qor {
 
@@ -54,9 +55,20 @@ void Form::reject()
 bool Form::event(QEvent* event)
 {
     const bool handled = QDialog::event(event);
-    if (event->type() == QEvent::WindowActivate)
+    if (event->type() == QEvent::WindowActivate) {
+        TellShown();
         GuardEvent([this] { Form_Activate(); });
+    }
     return handled;
+}
+
+/// Queued: a box that comes up then finds the form as the active window.
+void Form::TellShown()
+{
+    if (std::exchange(mShown, true))
+        return;
+    QMetaObject::invokeMethod(
+        this, [this] { GuardEvent([this] { Form_Shown(); }); }, Qt::QueuedConnection);
 }
 
 void Form::closeEvent(QCloseEvent* event)

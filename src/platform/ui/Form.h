@@ -30,6 +30,8 @@ public:
 protected:
     virtual void Form_Load() = 0;
     virtual void Form_Activate() = 0;
+    /// Comes once, when the form is on screen and has been activated.
+    virtual void Form_Shown() {}
     /// Setting cancel keeps the form loaded.
     virtual void Form_Unload(bool& cancel) = 0;
     virtual QAbstractButton* CancelButton() const = 0;
@@ -38,6 +40,9 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
+    void TellShown();
+
+    bool mShown = false;
     bool mLoaded = false;
     bool mUnloading = false;
 };
