@@ -35,7 +35,8 @@ public:
         : history(form),
           events(form, history),
           commands(form, rules, events, history),
-          commit(form, rules, commands),
+          drafts(form, history),
+          commit(form, rules, commands, drafts),
           mRowCount(rowCount)
     {
         form.Load();
@@ -104,6 +105,7 @@ public:
     History history;
     DirectoryListEvents events;
     EntryCommands commands;
+    Drafts drafts;
     Commit commit;
 
 private:

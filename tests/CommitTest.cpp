@@ -4,11 +4,7 @@
 #include "support/Files.h"
 #include "support/SampleDatabase.h"
 
-#include <iostream>
-#include <QApplication>
 #include <QLocale>
-#include <QProcess>
-#include <QRandomGenerator>
 #include <QTemporaryFile>
 #include <QTest>
 
@@ -71,19 +67,6 @@ template <typename... Questions>
 void Save(Editor& editor, const Questions&... questions)
 {
     editor.Expect(questions...).Type(label, u"x"_s).Click("cmdApply").Expected();
-}
-
-/// Saves the 500 entries of node 12 until the process is killed.
-int SaveWithoutEnd()
-{
-    Editor::Open(1, 1, 12, [](Editor& editor) {
-        for (int round = 0;; ++round) {
-            editor.Field(label).setText(u"Round %1"_s.arg(round));
-            std::cout << "saving" << std::endl;
-            editor.Click("cmdApply");
-        }
-    });
-    return 1;
 }
 
 } // namespace
@@ -305,43 +288,7 @@ private Q_SLOTS:
         }
         QCOMPARE(mSample->DataVersion(), before);
     }
-
-    void killedWhileSaving()
-    {
-        const QString given = qEnvironmentVariable("QOR_KILL_SEED");
-        const quint32 seed = given.isEmpty() ? QRandomGenerator::global()->bounded(1000000U) : given.toUInt();
-        qInfo("QOR_KILL_SEED=%u", seed);
-        QRandomGenerator moments(seed);
-        mSample->Run(u"UPDATE Detail_DIR SET NamePrompt = SequenceNo WHERE NodeMasterID = 12"_s);
-        mSample->Run(u"INSERT OR IGNORE INTO Node_General_Pool SELECT 1, 1, 0, NamePrompt, 'MSG', '', '' FROM "
-                     "Detail_DIR WHERE NodeMasterID = 12"_s);
-        const QStringList entries = mSample->Entries(12);
-        int cutShort = 0;
-        // On a slow machine the first twenty moments may all come before the save has begun to write.
-        for (int i = 0; i < 20 || (cutShort == 0 && i < 200); ++i) {
-            QProcess child;
-            child.start(QCoreApplication::applicationFilePath(), {u"--save"_s});
-            QVERIFY(child.waitForReadyRead() && child.readAll().startsWith("saving"));
-            QTest::qSleep(static_cast<int>(moments.bounded(60 + 10 * i)));
-            child.kill();
-            QVERIFY(child.waitForFinished());
-            QCOMPARE(Value(u"PRAGMA integrity_check"_s), u"ok"_s);
-            const QStringList left = mSample->Entries(12);
-            QCOMPARE(left, entries.first(left.size()));
-            cutShort += left.size() < entries.size() ? 1 : 0;
-            mSample->SetEntries(12, entries);
-        }
-        QVERIFY(cutShort > 0);
-    }
 };
 
-int main(int argc, char** argv)
-{
-    QApplication application(argc, argv);
-    if (QCoreApplication::arguments().contains(u"--save"_s))
-        return SaveWithoutEnd();
-    CommitTest test;
-    return QTest::qExec(&test, argc, argv);
-}
-
+QTEST_MAIN(CommitTest)
 #include "CommitTest.moc"

@@ -289,7 +289,7 @@ private Q_SLOTS:
             QCoreApplication::sendEvent(editor.List().viewport(), &event);
             QCOMPARE(items.join(u';'),
                      u"Undo Add 1 Entry Ctrl+Z;-Redo Ctrl+Y;Cut Ctrl+X;Copy Ctrl+C;-Paste Ctrl+V;Remove Del;"
-                     "Move Up Alt+Up;Move Down Alt+Down;Select All Ctrl+A;Find... Ctrl+F"_s);
+                     "Move Up Alt+Up;Move Down Alt+Down;Select All Ctrl+A;Find... Ctrl+F;-Earlier Versions... "_s);
             editor.ListKeys("Ctrl+F");
             QCOMPARE(editor.Focus(), u"txtFind"_s);
             const auto read = [&](const char* name) {

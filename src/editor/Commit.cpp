@@ -1,6 +1,7 @@
 #include "editor/Commit.h"
 
 #include "editor/BusinessRules.h"
+#include "editor/Drafts.h"
 #include "editor/EntryCommands.h"
 #include "editor/HeaderFields.h"
 #include "editor/LabelCheck.h"
@@ -8,7 +9,9 @@
 #include "form/LongOperation.h"
 #include "platform/runtime/ErrorReport.h"
 #include "platform/ui/MsgBox.h"
+#include "rules/NodeSaving.h"
 #include "rules/Validation.h"
+#include "store/KELDARPlusFilesAndFolders.h"
 
 namespace qor {
 
@@ -25,8 +28,8 @@ bool Meet(ListBox& list, const QString& text)
 
 } // namespace
 
-Commit::Commit(EditorForm& form, BusinessRules& rules, EntryCommands& entryCommands)
-    : mForm(form), mRules(rules), mEntryCommands(entryCommands)
+Commit::Commit(EditorForm& form, BusinessRules& rules, EntryCommands& entryCommands, Drafts& drafts)
+    : mForm(form), mRules(rules), mEntryCommands(entryCommands), mDrafts(drafts)
 {
 }
 
@@ -64,6 +67,8 @@ MsgBoxAnswer Commit::AskToSaveChanges()
         return MsgBoxAnswer::No;
     const MsgBoxAnswer answer =
         MsgBox(u"Do you want to save changes?"_s, MsgBoxStyle::YesNoCancel | MsgBoxStyle::Question, u"Confirmation"_s);
+    if (answer == MsgBoxAnswer::No)
+        mDrafts.Drop();
     if (answer != MsgBoxAnswer::Yes)
         return answer;
     const Outcome outcome = RunSequence();
@@ -82,8 +87,11 @@ Commit::Outcome Commit::RunSequence()
         return Outcome::DirectoryRefused;
     if (!LabelMayBeSaved())
         return Outcome::LabelRefused;
+    if (!mDrafts.KeepForSave())
+        RequireRoomForSave(GetDatabaseFolder());
     mRules.SaveChanges(mForm, mForm.NodeNumber());
     mForm.MarkUnchanged();
+    mDrafts.DropIfSaved();
     return Outcome::Saved;
 }
 

@@ -9,6 +9,7 @@
 namespace qor {
 
 class BusinessRules;
+class Drafts;
 class EditorForm;
 class EntryCommands;
 enum class MsgBoxAnswer;
@@ -23,7 +24,7 @@ struct DirectoryFault
 class Commit
 {
 public:
-    Commit(EditorForm& form, BusinessRules& rules, EntryCommands& entryCommands);
+    Commit(EditorForm& form, BusinessRules& rules, EntryCommands& entryCommands, Drafts& drafts);
 
     void cmdApply_Click();
     void cmdOK_Click();
@@ -47,6 +48,7 @@ private:
     EditorForm& mForm;
     BusinessRules& mRules;
     EntryCommands& mEntryCommands;
+    Drafts& mDrafts;
 };
 
 } // namespace qor

@@ -37,7 +37,7 @@ DirectoryListEvents::~DirectoryListEvents()
 /// Why a row is red.
 QString DirectoryListEvents::NoteOn(int row) const
 {
-    if (LVDirectory.Items().ForeColor(row, static_cast<int>(DirectoryColumn::LastName)) != invalidRowColour)
+    if (!IsMarkedInvalid(LVDirectory, row))
         return {};
     const DirectoryEntry entry = EntryAt(LVDirectory, row);
     QStringList faults = ValidateData(entry.lastName, entry.firstName, entry.extension).split(u"\r\n"_s);

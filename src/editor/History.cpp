@@ -94,6 +94,7 @@ void History::Push(ListState before, const QString& text)
     auto start = follows ? mLatest : std::make_shared<const ListState>(std::move(before));
     mLatest = after;
     mStack.push(new ListChange(*this, std::move(start), std::move(after), text));
+    mAfterStep();
 }
 
 bool History::HasVisitChanged() const
@@ -141,6 +142,7 @@ void History::Restore(const ListState& state)
 {
     PutState(*mForm.LVDirectory, state);
     mForm.MarkChanged();
+    mAfterStep();
 }
 
 } // namespace qor

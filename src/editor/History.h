@@ -3,6 +3,7 @@
 
 #include "editor/ListState.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <QUndoStack>
@@ -45,6 +46,9 @@ public:
     QString UndoText() const;
     QString RedoText() const;
 
+    /// What happens behind each step, undone and done again ones included.
+    void SetAfterStep(std::function<void()> afterStep) { mAfterStep = std::move(afterStep); }
+
     /// Both mark the form as changed.
     void Undo();
     void Redo();
@@ -65,6 +69,7 @@ private:
 
     EditorForm& mForm;
     QUndoStack mStack;
+    std::function<void()> mAfterStep = [] {};
     bool mInStep = false;
     std::optional<Visit> mVisit;
     std::shared_ptr<const ListState> mLatest; ///< what the last step led to, which the next one mostly starts from

@@ -2,6 +2,7 @@
 
 #include "editor/BusinessRules.h"
 #include "editor/Commit.h"
+#include "editor/Drafts.h"
 #include "editor/EntryCommands.h"
 #include "editor/History.h"
 #include "form/EditorForm.h"
@@ -11,8 +12,8 @@
 namespace qor {
 
 RecordNavigation::RecordNavigation(EditorForm& form, BusinessRules& rules, EntryCommands& entryCommands, Commit& commit,
-                                   History& history)
-    : mForm(form), mRules(rules), mEntryCommands(entryCommands), mCommit(commit), mHistory(history)
+                                   History& history, Drafts& drafts)
+    : mForm(form), mRules(rules), mEntryCommands(entryCommands), mCommit(commit), mHistory(history), mDrafts(drafts)
 {
 }
 
@@ -58,7 +59,7 @@ void RecordNavigation::cmbNode_Click()
     ReportErrors(u"cmbNode_Click"_s, [&] {
         mEntryCommands.LeaveEditMode();
         const qint16 chosen = NodeNumberAt(mForm.cmbNode->ListIndex());
-        if (chosen == mForm.NodeNumber())
+        if (chosen == mForm.NodeNumber() && mForm.ShowsNode())
             return;
         if (mCommit.AskToSaveChanges() == MsgBoxAnswer::Cancel) {
             SelectNodeOnDisplay();
@@ -68,6 +69,7 @@ void RecordNavigation::cmbNode_Click()
         mHistory.Clear();
         mForm.MarkUnchanged();
         mForm.SetNodeNumber(chosen);
+        mDrafts.Offer();
     });
 }
 

@@ -7,6 +7,7 @@ namespace qor {
 
 class BusinessRules;
 class Commit;
+class Drafts;
 class EditorForm;
 class EntryCommands;
 class History;
@@ -15,13 +16,14 @@ class RecordNavigation
 {
 public:
     RecordNavigation(EditorForm& form, BusinessRules& rules, EntryCommands& entryCommands, Commit& commit,
-                     History& history);
+                     History& history, Drafts& drafts);
 
     void cmdFirst_Click();
     void cmdPrevious_Click();
     void cmdNext_Click();
     void cmdLast_Click();
-    /// Loads the chosen node; after Cancel the selector goes back to the node on display.
+    /// Loads the chosen node; after Cancel the selector goes back to the node on display. Where no node is on display
+    /// the same one can be tried again.
     void cmbNode_Click();
 
 private:
@@ -34,6 +36,7 @@ private:
     EntryCommands& mEntryCommands;
     Commit& mCommit;
     History& mHistory;
+    Drafts& mDrafts;
 };
 
 } // namespace qor

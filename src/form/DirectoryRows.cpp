@@ -85,6 +85,11 @@ std::vector<DirectoryEntry> EntriesOf(const ListView& list)
     return entries;
 }
 
+bool IsMarkedInvalid(const ListView& list, int row)
+{
+    return list.Items().ForeColor(row, static_cast<int>(DirectoryColumn::LastName)) == invalidRowColour;
+}
+
 void PaintRow(ListView& list, int row, const QColor& colour)
 {
     for (int subItem = 1; subItem <= Module().DirectorySubItemCount; ++subItem)

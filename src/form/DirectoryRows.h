@@ -35,6 +35,7 @@ DirectoryEntry EntryAt(const ListView& list, int row);
 /// All entries in the order of their rows.
 std::vector<DirectoryEntry> EntriesOf(const ListView& list);
 
+bool IsMarkedInvalid(const ListView& list, int row);
 /// Gives the cells that carry the mark of an invalid row this colour.
 void PaintRow(ListView& list, int row, const QColor& colour);
 

@@ -23,15 +23,28 @@ void DirectoryImport::cmdOpenCSVFilename_Click()
     ReportErrors(u"cmdOpenCSVFilename_Click"_s, [&] {
         mEntryCommands.LeaveEditMode();
         QString fileName;
+        std::optional<ListReport> report;
         if (SelectOpenFilename(mForm, fileName)) {
             mForm.txtCSVFilename->setText(fileName);
-            const History::Step step(mHistory, u"Import"_s);
-            if (!PrepareList())
+            report = Import(fileName);
+            if (!report)
                 return;
-            TellReport(ReadFile(fileName));
         }
         mForm.MarkChanged();
+        if (report)
+            TellReport(*report);
     });
+}
+
+/// One step; it ends before people read the report. Nothing when the import is called off.
+std::optional<ListReport> DirectoryImport::Import(const QString& fileName)
+{
+    const History::Step step(mHistory, u"Import"_s);
+    if (!PrepareList())
+        return std::nullopt;
+    ListReport report = ReadFile(fileName);
+    mForm.MarkChanged();
+    return report;
 }
 
 /// Asks whether the rows in the list make way; false when the import is called off.

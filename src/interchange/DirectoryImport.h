@@ -3,6 +3,8 @@
 
 #include "platform/runtime/Text.h"
 
+#include <optional>
+
 class QIODevice;
 
 namespace qor {
@@ -21,6 +23,7 @@ public:
     void cmdOpenCSVFilename_Click();
 
 private:
+    std::optional<ListReport> Import(const QString& fileName);
     bool PrepareList();
     ListReport ReadFile(const QString& fileName);
     ListReport AppendEntries(QIODevice& device);

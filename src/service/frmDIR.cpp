@@ -27,8 +27,10 @@ frmDIR::Handlers::Handlers(EditorForm& form)
       findEntries(form, listEvents),
       entryFields(form),
       headerFields(form),
-      commit(form, rules, entryCommands),
-      navigation(form, rules, entryCommands, commit, history),
+      drafts(form, history),
+      versions(form, entryCommands, history),
+      commit(form, rules, entryCommands, drafts),
+      navigation(form, rules, entryCommands, commit, history, drafts),
       directoryImport(form, rules, entryCommands, history),
       directoryExport(form),
       clipboard(form, rules, entryCommands, history)
@@ -98,6 +100,8 @@ void frmDIR::ConnectHeaderFields()
     OnEvent(txtAccessCode, &TextBox::Change, header, &HeaderFields::txtAccessCode_Change);
     OnEvent(cmbMSGNodeNumber, &ComboBox::Change, header, &HeaderFields::cmbMSGNodeNumber_Change);
     OnEvent(cmbMSGNodeNumber, &ComboBox::Click, header, &HeaderFields::cmbMSGNodeNumber_Click);
+    for (TextBox* field : {txtDescription, txtAccessCode, qobject_cast<TextBox*>(cmbMSGNodeNumber->lineEdit())})
+        OnEvent(field, &TextBox::LostFocus, &mHandlers->drafts, &Drafts::Keep);
 }
 
 void frmDIR::ConnectCommit()
@@ -132,6 +136,7 @@ void frmDIR::ConnectActions()
     AddClipboardActions();
     AddListActions();
     AddFind();
+    AddVersions();
     AddEntryKeys();
     OnEvent(LVDirectory, &ListView::ContextMenu, mActions, &FormActions::ShowMenu);
 }
@@ -214,6 +219,16 @@ void frmDIR::AddFind()
     mActions->Add({.keys = {Qt::SHIFT | Qt::Key_F3}, .where = {this}, .run = [find] { find->FindPrevious(); }});
 }
 
+void frmDIR::AddVersions()
+{
+    Versions& versions = mHandlers->versions;
+    mActions->Add({.text = u"Earlier Versions..."_s,
+                   .keys = {},
+                   .where = {},
+                   .run = [&versions] { versions.Show(); },
+                   .isUseful = [&versions] { return versions.CanShow(); }});
+}
+
 void frmDIR::AddEntryKeys()
 {
     EntryKeys& keys = mHandlers->entryKeys;
@@ -252,6 +267,11 @@ void frmDIR::Form_Activate()
     const QString message = std::exchange(Module().PendingMessage, {});
     if (!message.isEmpty())
         MsgBox(message, MsgBoxStyle::Information, u"Information"_s);
+}
+
+void frmDIR::Form_Shown()
+{
+    mHandlers->drafts.Offer();
 }
 
 void frmDIR::Form_Unload(bool& cancel)

@@ -4,6 +4,7 @@
 #include "editor/BusinessRules.h"
 #include "editor/Commit.h"
 #include "editor/DirectoryListEvents.h"
+#include "editor/Drafts.h"
 #include "editor/EntryCommands.h"
 #include "editor/EntryFields.h"
 #include "editor/EntryKeys.h"
@@ -11,6 +12,7 @@
 #include "editor/HeaderFields.h"
 #include "editor/History.h"
 #include "editor/RecordNavigation.h"
+#include "editor/Versions.h"
 #include "form/EditorForm.h"
 #include "interchange/DirectoryClipboard.h"
 #include "interchange/DirectoryExport.h"
@@ -31,6 +33,7 @@ public:
 protected:
     void Form_Load() override;
     void Form_Activate() override;
+    void Form_Shown() override;
     void Form_Unload(bool& cancel) override;
 
 private:
@@ -47,6 +50,8 @@ private:
         FindEntries findEntries;
         EntryFields entryFields;
         HeaderFields headerFields;
+        Drafts drafts;
+        Versions versions;
         Commit commit;
         RecordNavigation navigation;
         DirectoryImport directoryImport;
@@ -68,6 +73,7 @@ private:
     void AddListActions();
     void AddEntryKeys();
     void AddFind();
+    void AddVersions();
 
     std::unique_ptr<Handlers> mHandlers;
     FormActions* mActions = nullptr; ///< the form's own

@@ -7,6 +7,7 @@
 #include <QComboBox>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QPushButton>
 #include <QTest>
 
@@ -34,17 +35,21 @@ void Require(bool condition, const char* reason)
 
 } // namespace
 
+/// Twice: when a box has just been answered, what asked it goes on before the next time.
 void Editor::Open(int config, int partition, int node, const User& user, std::initializer_list<ExpectedBox> before)
 {
     BoxScript boxes(before);
-    bool opened = false;
+    int seen = 0;
     QTimer timer;
     QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
         auto* form = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-        if (!form || !form->inherits("qor::Form") || !form->isActiveWindow())
+        const bool isForm = form && form->inherits("qor::Form");
+        seen = isForm && form->isActiveWindow() ? seen + 1 : 0;
+        if (isForm && seen == 0)
+            form->activateWindow(); // as a window manager does behind a box
+        if (seen < 2)
             return;
         timer.stop();
-        opened = true;
         Editor editor(*form, boxes);
         user(editor);
         editor.Leave();
@@ -52,7 +57,7 @@ void Editor::Open(int config, int partition, int node, const User& user, std::in
     timer.start(1);
     CallLibrary(config, partition, node);
     Require(DllCanUnloadNow() == S_OK, "the library counts objects that are gone");
-    Require(opened, "the editor did not come");
+    Require(!timer.isActive(), "the editor did not come");
 }
 
 QWidget& Editor::FindControl(const char* name) const
@@ -130,6 +135,26 @@ Editor& Editor::Paste(const char* field, const QString& text)
     FocusOn(field).Field(field).selectAll();
     QGuiApplication::clipboard()->setText(text);
     QTest::keySequence(&Field(field), QKeySequence::Paste);
+    return *this;
+}
+
+Editor& Editor::ChooseInMenu(const QString& text)
+{
+    QTimer timer;
+    timer.callOnTimeout([&] {
+        auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        if (!menu)
+            return;
+        timer.stop();
+        for (QAction* action : menu->actions()) {
+            if (action->text() == text)
+                menu->setActiveAction(action);
+        }
+        QTest::keyClick(menu, menu->activeAction() ? Qt::Key_Return : Qt::Key_Escape);
+    });
+    timer.start(1);
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, {}, {});
+    QCoreApplication::sendEvent(List().viewport(), &event);
     return *this;
 }
 
