@@ -3,6 +3,8 @@
 // proves no more than that it runs.
 #include "Bench.h"
 #include "editor/BusinessRules.h"
+#include "editor/Drafts.h"
+#include "editor/History.h"
 #include "form/ConfirmationDialog.h"
 #include "platform/runtime/ErrorReport.h"
 #include "support/BareForm.h"
@@ -42,21 +44,34 @@ constexpr std::array directorySizes{50, 500, 5000};
 class Editor
 {
 public:
-    explicit Editor(int size) : mNode(NodeOfSize(size))
+    explicit Editor(int size) : mNode(NodeOfSize(size)), mHistory(mForm), mDrafts(mForm, mHistory)
     {
+        mForm.SetNodeNumber(mNode);
         mForm.SetConfigID(1);
         mForm.SetPartitionID(1);
         ResetDirectoryListView(*mForm.LVDirectory);
         if (!mRules.LoadPromptMSGNodeNumber(mForm) || !mRules.LoadData(mForm, mNode))
             Fail(u"no node"_s);
     }
-    void Save() { mRules.SaveChanges(mForm, mNode); }
+    void Save()
+    {
+        mDrafts.KeepForSave();
+        mRules.SaveChanges(mForm, mNode);
+        mDrafts.DropIfSaved();
+    }
+    void KeepDraft()
+    {
+        mForm.MarkChanged();
+        mDrafts.Keep();
+    }
     const ListView& List() const { return *mForm.LVDirectory; }
 
 private:
     qint16 mNode;
     BareForm mForm;
     BusinessRules mRules;
+    History mHistory;
+    Drafts mDrafts;
 };
 
 /// The other side: the statements of a save, prepared once.

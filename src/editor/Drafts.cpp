@@ -67,10 +67,7 @@ bool Drafts::Write(bool synced)
 
 bool Drafts::IsStored(const DirectoryNode& node) const
 {
-    if (!mForm.Stored())
-        return false;
-    const DirectoryNode loaded = AsLoaded(node, mForm.HighestMessageNode());
-    return loaded.header == mForm.Stored()->header && loaded.entries == mForm.Stored()->entries;
+    return mForm.Stored() && IsLoadedFrom(*mForm.Stored(), node, mForm.HighestMessageNode());
 }
 
 void Drafts::DropIfSaved()

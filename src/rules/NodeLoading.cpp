@@ -6,6 +6,8 @@
 #include "rules/TypedText.h"
 #include "store/DataBase.h"
 
+#include <algorithm>
+
 namespace qor {
 
 namespace {
@@ -68,13 +70,16 @@ std::optional<DirectoryNode> LoadNode(DataBase& dataBase, const NodeIdentity& id
     return DirectoryNode{identity, ReadHeader(node, highestMessageNode), ReadEntries(entries)};
 }
 
-DirectoryNode AsLoaded(DirectoryNode node, int highestMessageNode)
+bool IsLoadedFrom(const DirectoryNode& loaded, const DirectoryNode& node, int highestMessageNode)
 {
-    node.header.accessCode = Admitted(node.header.accessCode, IsDigit);
-    node.header.startingPrompt = StartingPrompt(node.header.startingPrompt, highestMessageNode);
-    for (DirectoryEntry& entry : node.entries)
-        entry = AsRead(std::move(entry));
-    return node;
+    NodeHeader header = node.header;
+    header.accessCode = Admitted(header.accessCode, IsDigit);
+    header.startingPrompt = StartingPrompt(header.startingPrompt, highestMessageNode);
+    return loaded.header == header &&
+           std::equal(loaded.entries.begin(), loaded.entries.end(), node.entries.begin(), node.entries.end(),
+                      [](const DirectoryEntry& read, const DirectoryEntry& written) {
+                          return read == written || read == AsRead(written);
+                      });
 }
 
 } // namespace qor

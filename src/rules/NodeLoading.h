@@ -27,7 +27,7 @@ std::optional<qint16> HighestMessageNode(DataBase& dataBase, const Partition& pa
 /// shown; a starting prompt that is not from 1 to highestMessageNode becomes 1.
 std::optional<DirectoryNode> LoadNode(DataBase& dataBase, const NodeIdentity& identity, int highestMessageNode);
 
-/// What LoadNode gives where this node is stored.
-DirectoryNode AsLoaded(DirectoryNode node, int highestMessageNode);
+/// Whether LoadNode gives this where that node is stored.
+bool IsLoadedFrom(const DirectoryNode& loaded, const DirectoryNode& node, int highestMessageNode);
 
 } // namespace qor
