@@ -10,6 +10,7 @@
 #include "support/Cases.h"
 
 #include <QAbstractItemModelTester>
+#include <QAccessible>
 #include <QHeaderView>
 #include <QPushButton>
 
@@ -102,6 +103,16 @@ class ControlsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void hiddenColumnsAreNotRead()
+    {
+        ListView list;
+        Show(list);
+        QAccessibleTableInterface* table = QAccessible::queryAccessibleInterface(&list)->tableInterface();
+        const auto read = [&](int column) { return table->cellAt(3, column)->text(QAccessible::Name); };
+        QCOMPARE(read(0) + u'|' + read(1), u"|98"_s);
+        QCOMPARE(list.Items().index(3, 0).data(plainTextRole), QVariant(u"3"_s));
+    }
+
     // A box with the numbers 1 to 250 of which 5 is chosen: the events that come, and text@index at the end.
     void comboBoxEvents()
     {

@@ -68,6 +68,7 @@ def read(window):
     table = shown["table", "Directory"].queryTable()
     first = row_texts(table, 0)
     check({"Smith", "Anne", "101"} <= set(first), f"the first row reads {first}")
+    check(not first[0] and not first[5], "the columns that are not shown are not read")
     before = table.nRows
     shown["push button", "Add"].queryAction().doAction(0)
     check(wait_for(lambda: table.nRows == before + 1, 5), "Add makes a new row")

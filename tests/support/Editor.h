@@ -2,6 +2,7 @@
 // controls, keys and clicks go in.
 #pragma once
 
+#include "platform/ui/ListItems.h"
 #include "support/BoxScript.h"
 
 #include <QDialog>
@@ -65,7 +66,10 @@ public:
     /// The name of the control that has the focus.
     QString Focus() const { return mForm.focusWidget() ? mForm.focusWidget()->objectName() : QString(); }
     int RowCount() const { return List().model()->rowCount(); }
-    QString Cell(int row, int column) const { return List().model()->index(row, column).data().toString(); }
+    QString Cell(int row, int column) const
+    {
+        return List().model()->index(row, column).data(plainTextRole).toString();
+    }
     QRect CellRect(int row, int column) const { return List().visualRect(List().model()->index(row, column)); }
     bool IsInView(int row) const { return List().viewport()->rect().contains(CellRect(row, 1).center()); }
     /// "Smith|Anne|101|1|1" of each row.

@@ -152,10 +152,10 @@ void ListItems::ClearColumns()
     endRemoveColumns();
 }
 
-void ListItems::AddColumn(const QString& text)
+void ListItems::AddColumn(const QString& text, bool isShown)
 {
     beginInsertColumns({}, ColumnCount(), ColumnCount());
-    mColumns << text;
+    mColumns << Column{text, isShown};
     endInsertColumns();
 }
 
@@ -243,7 +243,8 @@ QVariant ListItems::data(const QModelIndex& index, int role) const
 {
     if (!index.isValid())
         return {};
-    if (role == Qt::DisplayRole)
+    // Reading a cell aloud falls back to the text for display where an accessible text is empty.
+    if (role == plainTextRole || (role == Qt::DisplayRole && IsShown(index.column())))
         return Text(index.row(), index.column());
     if (role == Qt::ForegroundRole) {
         const auto colour = ForeColor(index.row(), index.column());
@@ -259,7 +260,7 @@ QVariant ListItems::headerData(int section, Qt::Orientation orientation, int rol
     if (orientation != Qt::Horizontal || section < 0 || section >= ColumnCount())
         return {};
     if (role == Qt::DisplayRole)
-        return mColumns[section];
+        return IsShown(section) ? mColumns[section].text : QString();
     return role == Qt::TextAlignmentRole ? QVariant(Qt::AlignLeft | Qt::AlignVCenter) : QVariant();
 }
 

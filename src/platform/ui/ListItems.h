@@ -25,6 +25,9 @@ struct ListRow
     bool operator==(const ListRow&) const = default;
 };
 
+/// The text of a cell, whether its column is shown or not.
+inline constexpr int plainTextRole = Qt::UserRole;
+
 enum class SortOrder { Ascending = 0, Descending = 1 };
 
 /// What a list is sorted by.
@@ -69,7 +72,9 @@ public:
 
     int ColumnCount() const { return static_cast<int>(mColumns.size()); }
     void ClearColumns();
-    void AddColumn(const QString& text);
+    /// What stands in a column that is not shown, and its header, is not given out for display: a screen reader would
+    /// read it.
+    void AddColumn(const QString& text, bool isShown = true);
     void RemoveLastColumn();
 
     /// While it is sorted, setting it sorted, its key or its order sorts once: stably and without regard to
@@ -103,7 +108,15 @@ private:
 
     std::vector<ListRow> mRows;
     QSet<QString> mKeys;
-    QStringList mColumns;
+    struct Column
+    {
+        QString text;
+        bool isShown;
+    };
+
+    bool IsShown(int column) const { return column < ColumnCount() && mColumns[column].isShown; }
+
+    QList<Column> mColumns;
     SortSettings mSort;
     std::function<QString(int row)> mRowNote;
 };

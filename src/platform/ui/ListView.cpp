@@ -74,7 +74,7 @@ void ListView::SetUpHeaders()
 
 void ListView::AddColumn(const QString& text, int width)
 {
-    mItems->AddColumn(text);
+    mItems->AddColumn(text, width > 0);
     const int column = mItems->ColumnCount() - 1;
     setColumnHidden(column, width == 0);
     if (width > 0)
