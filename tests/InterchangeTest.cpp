@@ -246,8 +246,8 @@ private Q_SLOTS:
         Saves(u"text.txt"_s, {Question(replaceText, QMessageBox::Yes)}, "names.csv text.txt.csv*");
         Saves(u"text.txt"_s, {Question(replaceText, QMessageBox::No)}, "names.csv text.txt.csv");
         const ExpectedBox full{
-            u"ERROR in saving entries... \nDESCRIPTION:*/names.csv cannot be written: *. Choose another "
-            "folder or free some space.\nLocation: [cmdDirSaveList]"_s,
+            u"ERROR in saving entries... \nDESCRIPTION:*/names.csv cannot be written: File too large. Choose "
+            "another folder or free some space.\nLocation: [cmdDirSaveList]"_s,
             u"ERROR"_s, QMessageBox::Warning};
         Saves(u"names"_s, {replace, full}, "names.csv text.txt.csv", 100);
     }

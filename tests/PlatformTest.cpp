@@ -3,7 +3,9 @@
 #include "platform/data/Connection.h"
 #include "platform/runtime/ErrorReport.h"
 #include "platform/runtime/Numbers.h"
+#include "platform/shell/ReadFile.h"
 #include "platform/shell/Registry.h"
+#include "platform/shell/ReplaceFile.h"
 #include "store/KELDARPlusFilesAndFolders.h"
 #include "support/Cases.h"
 #include "support/Files.h"
@@ -203,6 +205,38 @@ private Q_SLOTS:
         // The second one opens, but its first bytes cannot be read.
         for (const QString& fileName : {mFolder->path(), u"/proc/self/mem"_s})
             QVERIFY(raisedFor(fileName).contains(fileName + u" cannot be read"_s));
+    }
+
+    void filesThatMakeWay()
+    {
+        const QString link = Path(u"link"_s);
+        WriteFile(mFile, "older");
+        QVERIFY(QFile::link(Path(u"second"_s), link) && QFile::link(mFile, Path(u"second"_s)));
+        ReplaceFile(link, "1", {.followsLink = true});
+        QVERIFY(QFileInfo(link).isSymLink() && ReadFile(mFile) == "1");
+        QVERIFY(QFile::remove(mFile));
+        ReplaceFile(link, "2", {.followsLink = true}); // a link that leads nowhere yet
+        QVERIFY(QFileInfo(Path(u"second"_s)).isSymLink() && ReadFile(mFile) == "2");
+        ReplaceFile(link, "3", {.synced = false});
+        QVERIFY(!QFileInfo(link).isSymLink() && ReadFile(mFile) == "2" && ReadFile(link) == "3");
+
+        const QString pipe = Path(u"pipe"_s);
+        QCOMPARE(mkfifo(QFile::encodeName(pipe), 0600), 0);
+        QVERIFY(QFile::link(pipe, Path(u"to-pipe"_s)) && QDir(mFolder->path()).mkdir(u"folder"_s));
+        const QStringList before = EntriesOf(mFolder->path());
+        for (const QString& name : {u"pipe"_s, u"to-pipe"_s, u"folder"_s}) {
+            QVERIFY(RaisedBy([&] { ReplaceFile(Path(name), "4", {.followsLink = true}); }).contains(u"not a file"_s));
+            QVERIFY(RaisedBy([&] { ReadWholeFile(Path(name), 9); }).contains(u"not a file"_s));
+        }
+        QVERIFY(!ReadWholeFile(Path(u"none"_s), 9) && !ReadWholeFile(mFile + u"/none"_s, 9));
+        SetModes(0, 0555);
+        if (!RunAsOrdinaryUser([&] {
+                for (const QString& raised :
+                     {RaisedBy([&] { ReplaceFile(mFile, "4", {}); }), RaisedBy([&] { ReadWholeFile(mFile, 9); })})
+                    QVERIFY2(raised.contains(mFile) && raised.contains(u"Permission denied"_s), qPrintable(raised));
+            }))
+            QSKIP("cannot become an ordinary user");
+        QCOMPARE(EntriesOf(mFolder->path()), before);
     }
 
     void folders()

@@ -9,7 +9,6 @@
 #include "store/KELDARPlusFilesAndFolders.h"
 
 #include <QDate>
-#include <QDir>
 
 namespace qor {
 
@@ -23,7 +22,7 @@ void WriteReportFile(const QString& errorList)
     const QString record = ShortDateText(QDate::currentDate()) + lineBreak + u"============================"_s +
                            lineBreak + errorList + lineBreak + lineBreak;
     try {
-        QDir().mkpath(GetMiscFolder());
+        MakeFolder(GetMiscFolder(), Readers::Owner);
         ReplaceFile(GetMiscFolder() + u"DIRNodeError.txt"_s, record.toUtf8(), {});
     } catch (const RuntimeError&) {
         // The report is on screen.

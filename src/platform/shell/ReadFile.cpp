@@ -6,7 +6,9 @@
 #include <cstring>
 #include <fcntl.h>
 #include <QFile>
+#include <QScopeGuard>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace qor {
 
@@ -17,28 +19,38 @@ namespace {
     throw RuntimeError(ErrorNumber::FileAccess, u"%1 cannot be read: %2"_s.arg(fileName, why));
 }
 
-bool IsRegular(const QFile& file)
+/// Nothing where none is there.
+std::optional<int> Open(const QString& fileName)
+{
+    // Opening a pipe would wait for a writer, and a terminal could become this process's own.
+    const int descriptor = open(QFile::encodeName(fileName).constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    if (descriptor >= 0)
+        return descriptor;
+    if (errno == ENOENT || errno == ENOTDIR)
+        return std::nullopt;
+    Fail(fileName, QString::fromLocal8Bit(std::strerror(errno)) + u'.');
+}
+
+bool IsRegular(int descriptor)
 {
     struct stat status
     {
     };
-    return fstat(file.handle(), &status) == 0 && S_ISREG(status.st_mode);
+    return fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
 }
 
 } // namespace
 
 std::optional<QByteArray> ReadWholeFile(const QString& fileName, qint64 highestSize)
 {
-    // Opening a pipe would wait for a writer.
-    const int descriptor = open(QFile::encodeName(fileName).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    if (descriptor < 0 && errno == ENOENT)
+    const std::optional<int> descriptor = Open(fileName);
+    if (!descriptor)
         return std::nullopt;
-    if (descriptor < 0)
-        Fail(fileName, QString::fromLocal8Bit(std::strerror(errno)) + u'.');
-    QFile file;
-    file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle);
-    if (!IsRegular(file))
+    const auto guard = qScopeGuard([&] { close(*descriptor); });
+    if (!IsRegular(*descriptor))
         Fail(fileName, u"it is not a file."_s);
+    QFile file;
+    file.open(*descriptor, QIODevice::ReadOnly);
     QByteArray bytes = file.read(highestSize + 1);
     if (bytes.size() > highestSize)
         Fail(fileName, u"it is larger than %1 bytes."_s.arg(highestSize));

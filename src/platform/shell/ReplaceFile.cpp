@@ -6,9 +6,11 @@
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryFile>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace qor {
@@ -32,11 +34,17 @@ QFileDevice::Permissions PermissionsFor(Readers readers)
     return readers == Readers::Owner ? owner : owner | QFileDevice::ReadGroup | QFileDevice::ReadOther;
 }
 
-/// Flushes first: a failure in the last block is told nowhere else.
-bool WriteAll(QTemporaryFile& file, const QByteArray& contents, const Replacement& how)
+/// By the system's own call: the toolkit reports a write that came to an end half way without its cause. False leaves
+/// the cause in errno.
+bool WriteAll(int descriptor, const QByteArray& contents)
 {
-    return file.open() && file.setPermissions(PermissionsFor(how.readers)) && file.write(contents) == contents.size() &&
-           file.flush();
+    for (qsizetype at = 0; at < contents.size();) {
+        const ssize_t written = write(descriptor, contents.constData() + at, static_cast<size_t>(contents.size() - at));
+        if (written < 0 && errno != EINTR)
+            return false;
+        at += written < 0 ? 0 : written;
+    }
+    return true;
 }
 
 void SyncFolder(const QString& folder)
@@ -48,13 +56,26 @@ void SyncFolder(const QString& folder)
     close(descriptor);
 }
 
-/// The name that the file has in the end; a link that leads nowhere yet counts as well.
+/// The name that the file has in the end, also behind a link that leads nowhere yet.
 QString FinalName(const QString& fileName, const Replacement& how)
 {
-    const QFileInfo info(fileName);
-    if (!how.followsLink || !info.isSymLink())
-        return fileName;
-    return info.exists() ? info.canonicalFilePath() : info.symLinkTarget();
+    constexpr int highestLinkCount = 40; // as many as the system follows
+    QString name = fileName;
+    for (int links = 0; how.followsLink && QFileInfo(name).isSymLink(); ++links) {
+        if (links == highestLinkCount)
+            Fail(fileName, u"it is a link to itself"_s);
+        const QFileInfo info(name);
+        name = info.exists() ? info.canonicalFilePath() : info.symLinkTarget();
+    }
+    return name;
+}
+
+/// What is no file would be gone: a pipe that a program waits at, a device.
+void RequireReplaceable(const QString& fileName, const QString& target)
+{
+    const QFileInfo info(target);
+    if (info.exists() && !info.isFile() && !info.isSymLink())
+        Fail(fileName, u"it is not a file"_s);
 }
 
 } // namespace
@@ -62,16 +83,29 @@ QString FinalName(const QString& fileName, const Replacement& how)
 void ReplaceFile(const QString& fileName, const QByteArray& contents, const Replacement& how)
 {
     const QString target = FinalName(fileName, how);
+    RequireReplaceable(fileName, target);
     QTemporaryFile file(target + u".XXXXXX"_s);
-    if (!WriteAll(file, contents, how))
+    if (!file.open() || !file.setPermissions(PermissionsFor(how.readers)))
         Fail(fileName, file.errorString());
-    if (how.synced && fsync(file.handle()) != 0)
+    if (!WriteAll(file.handle(), contents) || (how.synced && fsync(file.handle()) != 0))
         FailBySystem(fileName);
     if (std::rename(QFile::encodeName(file.fileName()).constData(), QFile::encodeName(target).constData()) != 0)
         FailBySystem(fileName);
     file.setAutoRemove(false);
     if (how.synced)
         SyncFolder(QFileInfo(target).absolutePath());
+}
+
+void MakeFolder(const QString& path, Readers readers)
+{
+    constexpr mode_t mode = 0755; // less the umask
+    const QString cleanPath = QDir::cleanPath(path);
+    if (QFileInfo::exists(cleanPath))
+        return;
+    MakeFolder(QFileInfo(cleanPath).path(), readers);
+    const QByteArray name = QFile::encodeName(cleanPath);
+    if (mkdir(name.constData(), mode) == 0 && readers == Readers::Everybody)
+        chmod(name.constData(), mode);
 }
 
 } // namespace qor
