@@ -6,6 +6,7 @@
 #include "platform/shell/ReadFile.h"
 #include "platform/shell/Registry.h"
 #include "platform/shell/ReplaceFile.h"
+#include "platform/shell/TrustedPath.h"
 #include "store/KELDARPlusFilesAndFolders.h"
 #include "support/Cases.h"
 #include "support/Files.h"
@@ -199,12 +200,87 @@ private Q_SLOTS:
             qputenv("KELDAR_REGISTRY", QFile::encodeName(fileName));
             return RaisedBy([] { AddToRegistry({{u"Q"_s, {{{}, u"new"_s}}}}); });
         };
-        WriteFile(mFile, "\xFF\xFE[");
-        QVERIFY(raisedFor(mFile).contains(u"no text"_s));
-        QCOMPARE(ReadFile(mFile), "\xFF\xFE[");
-        // The second one opens, but its first bytes cannot be read.
-        for (const QString& fileName : {mFolder->path(), u"/proc/self/mem"_s})
+        for (const auto& [bytes, why] : {std::pair(QByteArray("\xFF\xFE["), u"no text"_s),
+                                         {QByteArray(1024 * 1024 + 1, ' '), u"larger than 1048576 bytes"_s}}) {
+            WriteFile(mFile, bytes);
+            QVERIFY(raisedFor(mFile).contains(why));
+            QVERIFY(ReadFile(mFile) == bytes);
+        }
+        const QString pipe = Path(u"pipe"_s);
+        QCOMPARE(mkfifo(QFile::encodeName(pipe), 0600), 0);
+        // The last one opens, but its first bytes cannot be read.
+        for (const QString& fileName : {mFolder->path(), pipe, u"/proc/self/mem"_s})
             QVERIFY(raisedFor(fileName).contains(fileName + u" cannot be read"_s));
+    }
+
+    // Who can write the file could have any library loaded.
+    void registryThatOthersCouldChange()
+    {
+        WriteFile(mFile, "[HKEY_LOCAL_MACHINE\\K]\n\"v\"=dword:1\n");
+        for (const auto& [file, folder] : {std::pair(0666, 0700), {0600, 0770}}) {
+            SetModes(0600, 0700);
+            QCOMPARE(ValueV(), QVariant(1));
+            SetModes(file, folder);
+            QCOMPARE(ValueV(), QVariant());
+            QVERIFY(RaisedBy([] { AddToRegistry({{u"Q"_s, {{{}, u"new"_s}}}}); }).contains(u"by others"_s));
+        }
+    }
+
+    void trustedPaths()
+    {
+        MakeFolder(Path(u"lib/own"_s), Readers::Owner);
+        WriteFile(Path(u"lib/c.so"_s), {});
+        WriteFile(Path(u"lib/own/c.so"_s), {});
+        QVERIFY(QFile::link(u"lib/../lib/./c.so"_s, Path(u"link"_s)) && QFile::link(Path(u"b"_s), Path(u"a"_s)) &&
+                QFile::link(Path(u"a"_s), Path(u"b"_s)));
+        const auto problem = [&](const QString& name) { return TrustProblem(Path(name)).value_or(u"none"_s); };
+        const auto named = [&](const QString& name, const QString& what) { return Path(name) + what; };
+        for (const QString& name : {u"lib/c.so"_s, u"link"_s, u"none/c.so"_s, u"lib/c.so/none"_s})
+            QCOMPARE(problem(name), u"none"_s);
+        QVERIFY(problem(u"a"_s).contains(u"leads nowhere"_s));
+        for (const auto& [part, mode] : {std::pair(u"lib/c.so"_s, 0620), {u"lib"_s, 0702}, {u""_s, 0770}}) {
+            const QByteArray changed = QFile::encodeName(QDir::cleanPath(Path(part)));
+            chmod(changed, static_cast<mode_t>(mode));
+            QVERIFY(problem(u"link"_s).startsWith(QFile::decodeName(changed) + u" can be written by others"_s));
+            chmod(changed, 0700);
+        }
+        chmod(QFile::encodeName(Path(u"lib"_s)), 01777);
+        for (const QString& name : {u"lib/c.so"_s, u"lib/none"_s})
+            QVERIFY(problem(name).startsWith(named(name, u" lies in a folder where others"_s)));
+        QCOMPARE(problem(u"lib/own/c.so"_s), u"none"_s);
+        for (const QString& name : {u"lib"_s, u"link"_s, u"lib/c.so"_s}) {
+            if (lchown(QFile::encodeName(Path(name)), 65534, 0) != 0)
+                QSKIP("cannot give files away");
+            QVERIFY(problem(u"link"_s).startsWith(named(name, u" belongs to another user"_s)));
+            lchown(QFile::encodeName(Path(name)), 0, 0);
+        }
+    }
+
+    void modesOfNewFiles()
+    {
+        const auto guard = qScopeGuard([before = umask(0)] { umask(before); });
+        for (const auto& [mask, privateFolder] : {std::pair(mode_t(0), 0755), {mode_t(077), 0700}}) {
+            init();
+            umask(mask);
+            const QString registry = Path(u"a/b/registry.reg"_s);
+            qputenv("KELDAR_REGISTRY", QFile::encodeName(registry));
+            AddToRegistry({{u"Q"_s, {{{}, u"new"_s}}}});
+            MakeFolder(Path(u"misc/"_s), Readers::Owner);
+            WriteFile(mFile, "older");
+            SetModes(0644, 0700);
+            ReplaceFile(mFile, "people", {});
+            for (const auto& [name, mode] : {std::pair(u"a"_s, 0755),
+                                             {u"a/b"_s, 0755},
+                                             {u"a/b/registry.reg"_s, 0644},
+                                             {u"misc"_s, privateFolder},
+                                             {u"file"_s, 0600}}) {
+                struct stat status
+                {
+                };
+                QCOMPARE(stat(QFile::encodeName(Path(name)), &status), 0);
+                QCOMPARE(int(status.st_mode & 07777), mode);
+            }
+        }
     }
 
     void filesThatMakeWay()

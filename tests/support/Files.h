@@ -14,8 +14,10 @@ inline QByteArray ReadFile(const QString& fileName)
 
 inline void WriteFile(const QString& fileName, const QByteArray& bytes)
 {
+    // Under some umasks the group may write what is made, and such files are not trusted.
+    constexpr auto mode = QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther;
     QFile file(fileName);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush())
+    if (!file.open(QIODevice::WriteOnly, mode) || file.write(bytes) != bytes.size() || !file.flush())
         qFatal("cannot write a test file");
 }
 

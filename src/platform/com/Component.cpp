@@ -2,6 +2,7 @@
 
 #include "platform/runtime/RuntimeError.h"
 #include "platform/shell/Registry.h"
+#include "platform/shell/TrustedPath.h"
 
 #include <QFileInfo>
 #include <QHash>
@@ -32,22 +33,17 @@ QString ClassKeyText(const Registry& registry, const QString& path)
     return value ? QString::fromUtf8(value->data.constData()) : QString();
 }
 
-/// The sentence that says why a registered library is not loaded; nothing when it may be.
-std::optional<QString> PathProblem(const QString& path)
+/// The path of the registered library itself, without links, when it may be loaded; raises RuntimeError when not.
+QString TrustedLibrary(const QString& programId, const QString& path)
 {
-    constexpr QFileDevice::Permissions writableByOthers = QFileDevice::WriteGroup | QFileDevice::WriteOther;
     const QFileInfo info(path);
     if (!info.isAbsolute())
-        return u"its registered library \"%1\" is not an absolute path."_s.arg(path);
+        FailCreation(programId, u"its registered library \"%1\" is not an absolute path."_s.arg(path));
+    if (const auto problem = TrustProblem(path))
+        FailCreation(programId, u"its registered library %1 is not loaded: "_s.arg(path) + *problem);
     if (!info.isFile())
-        return u"its registered library %1 does not exist. Register it again."_s.arg(path);
-    for (const QString& written : {path, info.path()}) {
-        if (QFileInfo(written).permissions().testAnyFlags(writableByOthers)) {
-            return u"its registered library %1: %2 can be written by others than its owner. Take that permission away."_s
-                .arg(path, written);
-        }
-    }
-    return std::nullopt;
+        FailCreation(programId, u"its registered library %1 does not exist. Register it again."_s.arg(path));
+    return info.canonicalFilePath();
 }
 
 CLSID ClsidFromText(const QString& text)
@@ -60,9 +56,7 @@ CLSID ClsidFromText(const QString& text)
 
 ComReference<IDispatch> LoadRegistered(const QString& programId, const CLSID& clsid, const QString& path)
 {
-    if (const auto problem = PathProblem(path))
-        FailCreation(programId, *problem);
-    QLibrary library(path);
+    QLibrary library(TrustedLibrary(programId, path));
     using GetClassObject = HRESULT (*)(const CLSID&, const IID&, void**);
     const auto getClassObject = reinterpret_cast<GetClassObject>(library.resolve("DllGetClassObject"));
     if (!getClassObject)

@@ -17,7 +17,7 @@ void AddBuiltInClass(QLatin1String programId, MakeObject make);
 
 /// A new object of the class: the one that the registry names, loaded from its absolute path, else the
 /// built-in one. Raises RuntimeError when there is neither, or when the registered library cannot be used: a
-/// relative path, a file or folder that others than its owner may write, no class factory.
+/// relative path, one that others could change (TrustProblem), no class factory.
 ComReference<IDispatch> CreateObject(const QString& programId);
 
 /// A text as an argument; the variant points into the text, which must outlive the call.

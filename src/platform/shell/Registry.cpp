@@ -1,9 +1,12 @@
 #include "platform/shell/Registry.h"
 
 #include "platform/runtime/RuntimeError.h"
+#include "platform/shell/ReadFile.h"
 #include "platform/shell/ReplaceFile.h"
+#include "platform/shell/TrustedPath.h"
 
-#include <QDir>
+#include <cstdio>
+#include <mutex>
 #include <QFileInfo>
 #include <QLockFile>
 #include <QStringEncoder>
@@ -19,18 +22,30 @@ namespace {
     throw RuntimeError(ErrorNumber::FileAccess, u"The registry file %1 %2"_s.arg(RegistryFileName(), problem));
 }
 
+/// Who can write the file says what is loaded into this process.
+void RequireTrusted()
+{
+    if (const auto problem = TrustProblem(RegistryFileName()))
+        Fail(u"is not used: "_s + *problem);
+}
+
 /// Nothing where there is no file.
 QByteArray ReadRegistryFile()
 {
-    QFile file(RegistryFileName());
-    if (!file.exists())
-        return {};
-    QByteArray bytes;
-    if (file.open(QIODevice::ReadOnly))
-        bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError)
-        Fail(u"cannot be read: %1. It was left as it is."_s.arg(file.errorString()));
-    return bytes;
+    constexpr qint64 highestSize = 1024 * 1024;
+    RequireTrusted();
+    try {
+        return ReadWholeFile(RegistryFileName(), highestSize).value_or(QByteArray());
+    } catch (const RuntimeError& error) {
+        throw RuntimeError(error.Number(), u"The registry file %1 It was left as it is."_s.arg(error.Description()));
+    }
+}
+
+/// The registry is read often, and hosts may read it often as well.
+void TellOnce(const QString& problem)
+{
+    static std::once_flag told;
+    std::call_once(told, [&] { std::fprintf(stderr, "QOR_DIR_NODE: %s\n", qUtf8Printable(problem)); });
 }
 
 /// The bytes of a text in the encoding that the file had before, with its mark where it had one.
@@ -61,6 +76,7 @@ void LockRegistryFile(QLockFile& lock)
     // Where there can be no lock the write says why.
     if (!lock.tryLock(patience) && lock.error() == QLockFile::LockFailedError)
         Fail(u"is being changed by another program. Try again."_s);
+    QFile::setPermissions(lock.fileName(), QFile::ReadOwner | QFile::WriteOwner); // whatever the umask
 }
 
 using Edit = QString (*)(const QString& text, const QList<RegistryEntry>& entries);
@@ -97,8 +113,8 @@ Registry::Registry()
 {
     try {
         mValues = ParseRegistryText(DecodeRegistryText(ReadRegistryFile()));
-    } catch (const RuntimeError&) {
-        // No values; who changes the registry is told why.
+    } catch (const RuntimeError& error) {
+        TellOnce(error.Description());
     }
 }
 
@@ -111,7 +127,8 @@ std::optional<RegistryValue> Registry::Query(RegistryRoot root, const QString& p
 
 void AddToRegistry(const QList<RegistryEntry>& entries)
 {
-    QDir().mkpath(QFileInfo(RegistryFileName()).absolutePath());
+    RequireTrusted();
+    MakeFolder(QFileInfo(RegistryFileName()).absolutePath(), Readers::Everybody);
     ChangeRegistry(WithEntries, entries);
 }
 

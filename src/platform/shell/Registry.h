@@ -20,7 +20,8 @@ QString RegistryKeyPath(RegistryRoot root, const QString& path);
 class Registry
 {
 public:
-    /// A file that is not there, or that cannot be read, holds no values.
+    /// A file that is not there holds no values. One that cannot be read, or that others could change (TrustProblem),
+    /// holds none either; standard error says so once.
     Registry();
 
     /// The value of this name, the key's default value for the empty one; nothing when it does not exist.
@@ -30,7 +31,8 @@ private:
     RegistryValues mValues;
 };
 
-/// Both change the file in one step, and not at all when nothing is to change. RuntimeError when it cannot be changed.
+/// Both change the file in one step, and not at all when nothing is to change. RuntimeError when it cannot be changed,
+/// or when others could change it as well.
 void AddToRegistry(const QList<RegistryEntry>& entries);
 void RemoveFromRegistry(const QList<RegistryEntry>& entries);
 
