@@ -4,6 +4,7 @@
 #include "support/Files.h"
 #include "support/SampleDatabase.h"
 
+#include <dlfcn.h>
 #include <QLocale>
 #include <QTemporaryFile>
 #include <QTest>
@@ -275,8 +276,11 @@ private Q_SLOTS:
     {
         QTemporaryFile library;
         QVERIFY(library.open() && library.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::WriteOther));
+        Dl_info other{}; // a library that may be loaded and holds no component
+        QVERIFY(dladdr(dlsym(RTLD_DEFAULT, "gnu_get_libc_version"), &other));
         const int before = mSample->DataVersion();
         for (const auto& [path, fault] : {std::pair(u"check.so"_s, u"*\"check.so\" is not an absolute path*"_s),
+                                          {QFile::decodeName(other.dli_fname), u"*has no DllGetClassObject*"_s},
                                           {library.fileName(), u"*can be written by others*"_s}}) {
             WriteFile(qEnvironmentVariable("KELDAR_REGISTRY"),
                       u"[HKEY_CLASSES_ROOT\\QOR_Validate_TEXTField.Business_Rules\\Clsid]\n@=\"{C}\"\n"

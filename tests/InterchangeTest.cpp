@@ -103,9 +103,10 @@ private:
     {
         init();
         const QString reportFile = MiscFolder() + u"/DIRNodeError.txt"_s;
-        if (before == 0) { // else there is not even a folder
+        if (before == 0) { // a link in place of the file; else there is not even a folder
             QVERIFY(QDir().mkpath(MiscFolder()));
-            WriteFile(reportFile, "old");
+            WriteFile(Path(u"other"_s), "old");
+            QVERIFY(QFile::link(Path(u"other"_s), reportFile));
         }
         Open(QStringList(before, u"Old|Row|1|5|2"_s), [&](Editor& editor) {
             Import(editor, given, boxes);
@@ -117,6 +118,7 @@ private:
         if (!boxes.isEmpty() && boxes.last().text.startsWith(listHead))
             record = QLocale::system().toString(QDate::currentDate(), QLocale::ShortFormat) +
                      u"\n============================\n"_s + boxes.last().text + u"\n\n"_s;
+        QVERIFY(before != 0 || ReadFile(Path(u"other"_s)) == "old");
         CompareAt(line, QString::fromUtf8(ReadFile(reportFile)), record.replace(u'\n', u"\r\n"_s));
     }
     /// What is typed, the boxes and the size that the disk still takes; the files that are there then, with * if they

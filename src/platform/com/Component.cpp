@@ -59,8 +59,10 @@ ComReference<IDispatch> LoadRegistered(const QString& programId, const CLSID& cl
     QLibrary library(TrustedLibrary(programId, path));
     using GetClassObject = HRESULT (*)(const CLSID&, const IID&, void**);
     const auto getClassObject = reinterpret_cast<GetClassObject>(library.resolve("DllGetClassObject"));
-    if (!getClassObject)
+    if (!library.isLoaded())
         FailCreation(programId, library.errorString());
+    if (!getClassObject)
+        FailCreation(programId, u"its library %1 has no DllGetClassObject. Register another one."_s.arg(path));
 
     ComReference<IClassFactory> factory;
     ComReference<IDispatch> object;
