@@ -3,6 +3,7 @@
 #include "EntryFindings.h"
 #include "jet/JetFile.h"
 #include "NewDatabase.h"
+#include "NewFile.h"
 #include "Output.h"
 #include "platform/runtime/RuntimeError.h"
 #include "Query.h"

@@ -7,10 +7,6 @@
 
 namespace qor {
 
-/// Raises RuntimeError when the file exists already, or a log that an earlier database of this name left: it
-/// would be played into the new one.
-void RequireFreeName(const QString& fileName);
-
 using FillDatabase = std::function<void(DataBase&)>;
 
 /// Makes a database with the schema and with what `fill` writes, all in one transaction. The file appears
