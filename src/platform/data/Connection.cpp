@@ -6,6 +6,7 @@
 #include <array>
 #include <optional>
 #include <QFileInfo>
+#include <QMap>
 #include <QSqlQuery>
 #include <QUrl>
 #include <QUuid>
@@ -81,10 +82,12 @@ QString NewConnectionName()
     return u"QOR_DIR_NODE-"_s + QUuid::createUuid().toString(QUuid::WithoutBraces);
 }
 
-QString EngineFileUri(const QString& fileName)
+QString EngineFileUri(const QString& fileName, Access access)
 {
+    static const QMap<Access, QString> modes{
+        {Access::ReadWrite, u"rw"_s}, {Access::ReadOnly, u"ro"_s}, {Access::Unchanging, u"ro&immutable=1"_s}};
     const QByteArray path = QUrl::toPercentEncoding(QFileInfo(fileName).absoluteFilePath(), "/");
-    return u"file://"_s + QString::fromLatin1(path) + u"?mode=rw"_s;
+    return u"file://"_s + QString::fromLatin1(path) + u"?mode="_s + modes[access];
 }
 
 Connection::Connection() = default;
@@ -110,7 +113,7 @@ void Connection::Open()
 
     auto engine = std::make_unique<Engine>(Engine{NewConnectionName(), parts.fileName, {}});
     QSqlDatabase database = QSqlDatabase::addDatabase(driver, engine->name);
-    database.setDatabaseName(EngineFileUri(parts.fileName));
+    database.setDatabaseName(EngineFileUri(parts.fileName, mAccess));
     database.setConnectOptions(u"QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=%1"_s.arg(mLockTimeout));
     engine->driver = database.driver();
     const auto error = OpenError(database, parts.fileName);

@@ -28,6 +28,6 @@ RuntimeError ProviderError(const QSqlError& error, const QString& fileName);
 QString NewConnectionName();
 
 /// The database name and options that open `fileName` without creating it.
-QString EngineFileUri(const QString& fileName);
+QString EngineFileUri(const QString& fileName, Access access = Access::ReadWrite);
 
 } // namespace qor
