@@ -5,6 +5,7 @@
 #include "support/SampleDatabase.h"
 #include "support/Tool.h"
 
+#include <fcntl.h>
 #include <QTemporaryDir>
 
 using namespace qor;
@@ -16,6 +17,14 @@ Outcome DirDb(const QStringList& arguments, const QString& script = u"exec \"$@\
 {
     return RunProgram(u"/bin/sh"_s, QStringList{u"-c"_s, script, u"sh"_s, QStringLiteral(DIR_DB)} + arguments);
 }
+
+bool IsForOwner(const QString& fileName)
+{
+    const auto others = QFileDevice::Permissions(0x0077);
+    return !(QFileInfo(fileName).permissions() & others);
+}
+
+const QString lastLabel = u"SELECT DISTINCT NodeDescription FROM Node_DIR"_s;
 
 } // namespace
 
@@ -32,6 +41,16 @@ private:
         for (const QString& statement : statements.split(u';', Qt::SkipEmptyParts))
             mSample->Run(statement);
         return mSample->FileName();
+    }
+
+    /// A file of the changed sample and its log, in which the change is, as a program that is killed leaves them.
+    QString LeftBehind() const
+    {
+        mSample->Run(u"UPDATE Node_DIR SET NodeDescription = 'Last'"_s);
+        QString fileName = Path(u"left"_s);
+        for (const QString& suffix : {u""_s, u"-wal"_s})
+            RunProgram(u"/bin/cp"_s, {mSample->FileName() + suffix, fileName + suffix});
+        return fileName;
     }
 
     std::unique_ptr<SampleDatabase> mSample;
@@ -67,8 +86,7 @@ private Q_SLOTS:
     {
         const QString fileName = Path(u"a#b?c%20 %1 ü.mdb"_s);
         QCOMPARE(DirDb({u"create"_s, fileName}).exitCode, 0);
-        const QFileDevice::Permissions ownersOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
-        QCOMPARE(QFileInfo(fileName).permissions() & ~(QFileDevice::ReadUser | QFileDevice::WriteUser), ownersOnly);
+        QVERIFY(IsForOwner(fileName));
         QCOMPARE(DirDb({u"check"_s, fileName}).output, fileName + u": sound (0 directory nodes, 0 entries)\n"_s);
         Query(fileName, u"ALTER TABLE Node_DIR ADD COLUMN Colour TEXT"_s);
         Query(fileName, u"CREATE TABLE Node_Other (Number INTEGER)"_s);
@@ -96,12 +114,79 @@ private Q_SLOTS:
     void tellsWhenTheDiskIsFull()
     {
         const QString fileName = Path(u"new.mdb"_s);
-        const Outcome made = DirDb({u"sample"_s, fileName}, u"ulimit -f 32; exec \"$@\""_s);
-        QVERIFY2(made.exitCode == 1 && made.errors.contains(fileName), qPrintable(made.errors));
-        QCOMPARE(EntriesOf(mFolder->path()), QStringList());
+        for (const QStringList& command : {QStringList{u"sample"_s}, {u"backup"_s, mSample->FileName()}}) {
+            const Outcome made = DirDb(command + QStringList{fileName}, u"ulimit -f 100; exec \"$@\""_s);
+            QVERIFY2(made.exitCode == 1 && made.errors.contains(fileName), qPrintable(made.errors));
+            QCOMPARE(EntriesOf(mFolder->path()), QStringList());
+        }
 
         const Outcome shown = DirDb({u"show"_s, mSample->FileName()}, u"exec \"$@\" >/dev/full"_s);
         QVERIFY2(shown.exitCode == 1 && shown.errors.contains(u"cannot be written"), qPrintable(shown.errors));
+    }
+
+    void backsUp()
+    {
+        const QString left = LeftBehind();
+        const QByteArray before = ReadFile(left) + ReadFile(left + u"-wal"_s);
+        const QStringList backup{u"backup"_s, mSample->FileName(), Path(u"copy"_s)};
+        for (const QString& source : {backup[1], left}) { // one that is open here, one that is not
+            QCOMPARE(DirDb({u"backup"_s, source, backup[2]}, u"umask 000; exec \"$@\""_s).exitCode, 0);
+            QVERIFY(IsForOwner(backup[2]));
+            QCOMPARE(Query(backup[2], lastLabel), QStringList{u"Last"_s});
+            const Outcome again = DirDb(backup);
+            QVERIFY2(again.exitCode == 1 && again.errors.contains(u"exists already"), qPrintable(again.errors));
+            QVERIFY(QFile::remove(backup[2]));
+        }
+        QCOMPARE(ReadFile(left) + ReadFile(left + u"-wal"_s), before);
+
+        const QStringList names = EntriesOf(mFolder->path());
+        QFile saving(backup[1] + u"-saving"_s);
+        QVERIFY(saving.open(QIODevice::ReadWrite));
+        struct flock lock = {};
+        lock.l_type = F_WRLCK;
+        lock.l_start = 4711; // of some node
+        lock.l_len = 1;
+        QCOMPARE(fcntl(saving.handle(), F_OFD_SETLK, &lock), 0);
+        QCOMPARE(DirDb(backup, u"timeout 1 \"$@\""_s).exitCode, 124); // still waiting for the save when it is ended
+        QCOMPARE(EntriesOf(mFolder->path()), names);
+        saving.close();
+        QCOMPARE(DirDb(backup).exitCode, 0);
+    }
+
+    void restores()
+    {
+        const QString copy = Path(u"copy"_s);
+        QCOMPARE(DirDb({u"backup"_s, mSample->FileName(), copy}).exitCode, 0);
+        WriteFile(Path(u"damaged"_s), ReadFile(copy).replace(16 * 4096 + 100, 99, QByteArray(99, 'x')));
+        const QString left = LeftBehind();
+        const auto permissions = QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ReadGroup;
+        QVERIFY(QFile::setPermissions(left, permissions));
+        const QByteArray before = ReadFile(left) + ReadFile(left + u"-wal"_s);
+        const QStringList names = EntriesOf(mFolder->path());
+        for (const auto& [from, to, said] : {std::tuple(Path(u"damaged"_s), left, u"The file is damaged"_s),
+                                             {copy, mSample->FileName(), u"is open in another program"_s},
+                                             {copy, mFolder->path(), u"something other than a file"_s},
+                                             {left, left, u"the copy itself"_s}}) {
+            const Outcome outcome = DirDb({u"restore"_s, from, to});
+            QVERIFY2(outcome.exitCode == 1 && outcome.errors.contains(said), qPrintable(outcome.errors));
+        }
+        QCOMPARE(mSample->Run(lastLabel), QStringList{u"Last"_s});
+        QCOMPARE(EntriesOf(mFolder->path()), names);
+        QCOMPARE(ReadFile(left) + ReadFile(left + u"-wal"_s), before);
+
+        QCOMPARE(DirDb({u"restore"_s, copy, left}).exitCode, 0);
+        QVERIFY(QFileInfo(left).permissions().testFlags(permissions) && IsForOwner(left + u".before-restore"_s));
+        QCOMPARE(Query(left + u".before-restore"_s, lastLabel), QStringList{u"Last"_s});
+        QCOMPARE(Query(left, u"PRAGMA journal_mode"_s), QStringList{u"wal"_s});
+        const auto shown = [](const QString& name) { return DirDb({u"show"_s, u"--passwords"_s, name}).output; };
+        QCOMPARE(shown(left), shown(copy));
+
+        WriteFile(left, "damaged"); // what is beside it is kept as it is, under the next name
+        WriteFile(left + u"-wal"_s, "log");
+        QCOMPARE(DirDb({u"restore"_s, copy, left}).exitCode, 0);
+        QCOMPARE(shown(left), shown(copy));
+        QCOMPARE(ReadFile(left + u".before-restore-2"_s) + ReadFile(left + u".before-restore-2-wal"_s),
+                 QByteArray("damagedlog"));
     }
 
     /// By how many columns each command of the catalog finds its rows.

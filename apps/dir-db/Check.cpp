@@ -112,15 +112,21 @@ void Collect(QStringList& reasons, Step step)
 
 } // namespace
 
+QStringList FindUnsoundness(Connection& connection)
+{
+    QStringList reasons;
+    Collect(reasons, [&] { return IntegrityReasons(connection); });
+    Collect(reasons, [&] { return SchemaReasons(connection); });
+    reasons.removeDuplicates();
+    return reasons;
+}
+
 CheckResult CheckDatabase(const QString& fileName)
 {
     DataBase dataBase(ConnectionStringFor(fileName));
-    Connection& connection = dataBase.Conn;
-    connection.Open();
+    dataBase.Conn.Open();
     CheckResult result;
-    Collect(result.reasons, [&] { return IntegrityReasons(connection); });
-    Collect(result.reasons, [&] { return SchemaReasons(connection); });
-    result.reasons.removeDuplicates();
+    result.reasons = FindUnsoundness(dataBase.Conn);
     if (result.reasons.isEmpty())
         LookAtContents(dataBase, result);
     return result;

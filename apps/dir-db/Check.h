@@ -5,6 +5,8 @@
 
 namespace qor {
 
+class Connection;
+
 struct CheckResult
 {
     QStringList reasons; ///< why the database is not sound, in sentences; none for a sound one
@@ -12,6 +14,9 @@ struct CheckResult
     int entries = 0;
     Findings findings; ///< in the entries of a sound database
 };
+
+/// Why the database is not sound, in sentences: its integrity, tables, columns and keys.
+QStringList FindUnsoundness(Connection& connection);
 
 /// Raises RuntimeError for a file that does not open as a database.
 CheckResult CheckDatabase(const QString& fileName);

@@ -1,5 +1,6 @@
 #include "Subcommands.h"
 
+#include "Backup.h"
 #include "Check.h"
 #include "ImportJet.h"
 #include "NewDatabase.h"
@@ -54,6 +55,18 @@ int RunImportJet(const Arguments& arguments)
     return clean ? success : withWarnings;
 }
 
+int RunBackup(const Arguments& arguments)
+{
+    BackUpDatabase(arguments.files[0], arguments.files[1]);
+    return success;
+}
+
+int RunRestore(const Arguments& arguments)
+{
+    RestoreDatabase(arguments.files[0], arguments.files[1]);
+    return success;
+}
+
 int RunShow(const Arguments& arguments)
 {
     ShowPartition(arguments.files[0], {.config = arguments.Number(u"--config"_s, 1),
@@ -76,7 +89,8 @@ int RunCheck(const Arguments& arguments)
     PrintError(u"The database %1 is not sound:"_s.arg(fileName));
     for (const QString& reason : result.reasons)
         PrintError(u"  "_s + reason);
-    PrintError(u"Restore it from a backup or make a new one with \"dir-db create\"."_s);
+    PrintError(
+        u"Restore it from a backup with \"dir-db restore COPY FILE\" or make a new one with \"dir-db create\"."_s);
     return failure;
 }
 
@@ -91,6 +105,9 @@ constexpr std::array subcommands{
                RunShow},
     Subcommand{"check", "FILE", "say whether a file is a sound configuration database and what is odd in its entries",
                RunCheck},
+    Subcommand{"backup", "FILE COPY", "make a copy of a database, also while editors have it open", RunBackup},
+    Subcommand{"restore", "COPY FILE",
+               "put what a sound copy holds in the place of FILE, which is kept under another name", RunRestore},
 };
 
 QString CallOf(const Subcommand& subcommand)
@@ -102,17 +119,18 @@ int PrintHelp()
 {
     PrintLine(u"Usage: dir-db COMMAND [OPTIONS] FILE"_s);
     PrintLine({});
-    PrintLine(u"Makes, imports, shows and checks configuration databases."_s);
+    PrintLine(u"Makes, imports, shows and checks configuration databases, backs them up and restores them."_s);
     for (const Subcommand& subcommand : subcommands) {
         PrintLine({});
         PrintLine(u"  "_s + CallOf(subcommand));
         PrintLine(u"      "_s + QString::fromLatin1(subcommand.purpose));
     }
-    for (const char* const line :
-         {"", "  help", "      show this text", "", "A file that exists is never overwritten.", "",
-          "Exit codes:", "  0  all went well", "  1  it failed and nothing was made, or check found the file unsound",
-          "  2  the command line is wrong",
-          "  3  import-jet made the database, or check found it sound, but with warnings"})
+    for (const char* const line : {"", "  help", "      show this text", "",
+                                   "A file that exists is never overwritten; what restore replaces is kept.", "",
+                                   "Exit codes:", "  0  all went well",
+                                   "  1  it failed and nothing was made or replaced, or check found the file unsound",
+                                   "  2  the command line is wrong",
+                                   "  3  import-jet made the database, or check found it sound, but with warnings"})
         PrintLine(QString::fromLatin1(line));
     return success;
 }

@@ -1,4 +1,4 @@
-// dir-db: makes, imports, shows and checks configuration databases.
+// dir-db: makes, imports, shows, checks, backs up and restores configuration databases.
 
 #include "Output.h"
 #include "platform/runtime/ErrorReport.h"
