@@ -47,6 +47,10 @@ public:
         form.show();
     }
 
+    ~Editor() { drafts.Drop(); } // else the next form asks for it
+    Editor(const Editor&) = delete;
+    Editor& operator=(const Editor&) = delete;
+
     void Fill()
     {
         if (form.InEditMode())

@@ -86,7 +86,7 @@ void Drafts::Drop()
 
 void Drafts::Offer()
 {
-    if (!mForm.ShowsNode())
+    if (!mForm.ShowsNode() || mForm.cmdApply->isEnabled())
         return;
     QStringList passed;
     while (auto left = FindLeftDraft(GetMiscFolder(), mForm.NodeShown(), passed)) {

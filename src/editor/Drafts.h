@@ -29,7 +29,8 @@ public:
     void Drop();
 
     /// Looks for a draft of the node on display that nobody works on any more, and asks whether to restore it: one
-    /// step, and the form is changed. One that is stored by now is removed without a question.
+    /// step, and the form is changed. One that is stored by now is removed without a question. Nothing while the form
+    /// is changed already.
     void Offer();
 
 private:

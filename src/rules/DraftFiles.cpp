@@ -69,7 +69,7 @@ QString OwnDraftName(const QString& miscFolder, const NodeIdentity& identity)
 
 void WriteDraft(const QString& miscFolder, const KeptNode& draft, bool synced)
 {
-    QDir().mkpath(miscFolder);
+    MakeFolder(miscFolder, Readers::Owner);
     ReplaceFile(OwnDraftName(miscFolder, draft.node.identity), KeptText(draft), {.synced = synced});
 }
 

@@ -32,10 +32,11 @@ QString NextName(const QStringList& names, const QDateTime& time)
 }
 
 /// Who may write into Misc may keep versions, too; the files themselves are for their owner.
-QDir MakeFolder(const QString& miscFolder, const NodeIdentity& identity)
+QDir MakeVersionFolder(const QString& miscFolder, const NodeIdentity& identity)
 {
     const QDir folder(VersionFolder(miscFolder, identity));
     if (!folder.exists()) {
+        MakeFolder(miscFolder, Readers::Owner);
         QDir().mkpath(folder.path());
         const auto permissions = QFileInfo(miscFolder).permissions();
         QFile::setPermissions(miscFolder + u"DIRHistory"_s, permissions);
@@ -63,7 +64,7 @@ QString VersionFolder(const QString& miscFolder, const NodeIdentity& identity)
 
 void KeepVersion(const QString& miscFolder, const KeptNode& version)
 {
-    const QDir folder = MakeFolder(miscFolder, version.node.identity);
+    const QDir folder = MakeVersionFolder(miscFolder, version.node.identity);
     ReplaceFile(folder.filePath(NextName(VersionNames(folder), version.time)), KeptText(version), {});
     RemoveOldest(folder);
 }
