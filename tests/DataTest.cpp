@@ -1,6 +1,7 @@
-// The database as the floors above rely on it: commands, files that are none, permissions and locks.
+// The database as the floors above rely on it: commands, files that are none, permissions, locks and a full disk.
 #include "platform/data/Command.h"
 #include "platform/data/Connection.h"
+#include "platform/data/DatabaseFile.h"
 #include "support/Cases.h"
 #include "support/Files.h"
 #include "support/OrdinaryUser.h"
@@ -9,6 +10,7 @@
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QTemporaryDir>
+#include <sys/mount.h>
 #include <sys/stat.h>
 
 using namespace qor;
@@ -36,13 +38,22 @@ public:
     }
 };
 
-/// Runs a statement on its own connection; what it raised.
-QString RunOn(const QString& connectionString, const QString& statement)
+/// A connection with a command that adds a row to the table t.
+struct Writer
 {
     Connection connection;
-    connection.SetConnectionString(connectionString);
-    return RaisedBy([&] { Command(connection, u"Run"_s, statement, 0).Execute({}); });
-}
+    Command add{connection, u"Add"_s, u"INSERT INTO t VALUES (?1)"_s, 1};
+
+    explicit Writer(const QString& fileName, const QString& provider = ConnectionStringFor({}))
+    {
+        connection.SetConnectionString(provider + fileName);
+    }
+
+    QString Add(int number)
+    {
+        return RaisedBy([&] { add.Execute({QString::number(number)}); });
+    }
+};
 
 } // namespace
 
@@ -60,6 +71,20 @@ private:
         chmod(QFile::encodeName(mFile), static_cast<mode_t>(file));
         chmod(QFile::encodeName(mFolder->path()), static_cast<mode_t>(folder));
     }
+    static void MakeTable(const QString& fileName, const QString& journal, const QString& more = u"SELECT 1"_s)
+    {
+        for (const QString& text : {u"PRAGMA journal_mode = "_s + journal, u"CREATE TABLE t (n UNIQUE)"_s, more})
+            OtherProgram(fileName).Run(text);
+    }
+    /// Whether the file is sound, and its numbers; the empty text when there is none.
+    static QString Rows(const QString& fileName)
+    {
+        if (!QFile::exists(fileName))
+            return {};
+        OtherProgram other(fileName);
+        const QString soundness = other.Run(u"PRAGMA integrity_check"_s);
+        return soundness + u' ' + other.Run(u"SELECT group_concat(n) FROM t"_s);
+    }
 
 private Q_SLOTS:
     void init()
@@ -68,6 +93,16 @@ private Q_SLOTS:
         mFile = Path(u"file"_s);
     }
     void cleanup() { SetModes(0600, 0700); }
+
+    /// First of all: a driver that was loaded once stays.
+    void missingDriver()
+    {
+        const QStringList paths = QCoreApplication::libraryPaths();
+        QCoreApplication::setLibraryPaths({});
+        const auto guard = qScopeGuard([&] { QCoreApplication::setLibraryPaths(paths); });
+        WriteFile(mFile, "x");
+        QVERIFY(Writer(mFile).Add(1).contains(u"Install the package libqt6sql6-sqlite"_s));
+    }
 
     void commandsAndRecordsets()
     {
@@ -96,18 +131,24 @@ private Q_SLOTS:
             QCOMPARE(all.Open({u"3"_s}).RecordCount(), 1);
     }
 
-    void filesThatAreNoDatabase()
+    void filesThatAreRefused()
     {
-        const QString data = u";Data Source="_s + mFile;
-        QVERIFY(RunOn(u"Provider=Other"_s + data, {}).contains(u"\"Other\" is not known"_s));
-        QVERIFY(RunOn(data, {}).contains(u"must have the form"_s));
-        QVERIFY(RunOn(ConnectionStringFor(mFile), {}).contains(mFile + u" does not exist"_s));
+        QVERIFY(Writer(mFile, u"Provider=Other;Data Source="_s).Add(1).contains(u"\"Other\" is not known"_s));
+        QVERIFY(Writer(mFile, u";Data Source="_s).Add(1).contains(u"must have the form"_s));
+        QVERIFY(Writer(mFile).Add(1).contains(mFile + u" does not exist"_s));
         QCOMPARE(EntriesOf(mFolder->path()), QStringList());
+        MakeTable(mFile, u"DELETE"_s, u"INSERT INTO t VALUES ('1')"_s);
+        const QByteArray good = ReadFile(mFile);
         const QByteArray noise(4096, 'x');
+        const auto with = [&](int place, char byte) { return QByteArray(good).replace(place, 1, QByteArray(1, byte)); };
         for (const auto& [bytes, expected] : {std::pair(noise, u"is not a configuration database"_s),
-                                              {QByteArray("SQLite format 3\0", 16) + noise, u"is damaged"_s}}) {
+                                              {good.left(16) + noise, u"is damaged."_s},
+                                              {good.left(4096), u"is damaged or cannot be read"_s},
+                                              {with(19, 3), u"newer format"_s},
+                                              {with(47, 5), u"newer format"_s},
+                                              {good, u"refuses a row"_s}}) {
             WriteFile(mFile, bytes);
-            const QString raised = RunOn(ConnectionStringFor(mFile), u"DELETE FROM t"_s);
+            const QString raised = Writer(mFile).Add(1);
             QVERIFY2(raised.contains(mFile) && raised.contains(expected), qPrintable(raised));
             QCOMPARE(ReadFile(mFile), bytes);
             QCOMPARE(EntriesOf(mFolder->path()), QStringList(u"file"_s));
@@ -116,22 +157,21 @@ private Q_SLOTS:
 
     void lockedDatabase()
     {
-        OtherProgram(mFile).Run(u"CREATE TABLE t (n)"_s);
-        Connection connection;
-        connection.SetConnectionString(ConnectionStringFor(mFile));
-        connection.SetLockTimeout(50);
-        Command add(connection, u"Add"_s, u"INSERT INTO t VALUES (?1)"_s, 1);
+        MakeTable(mFile, u"DELETE"_s);
+        Writer writer(mFile);
+        writer.connection.SetLockTimeout(50);
         {
             OtherProgram other(mFile);
             other.Run(u"BEGIN EXCLUSIVE"_s);
-            QVERIFY(RaisedBy([&] { connection.Open(); }).contains(u"is locked"_s) && !connection.IsOpen());
+            for (int i = 0; i < 2; ++i)
+                QVERIFY(writer.Add(0).contains(u"is locked"_s) && !writer.connection.IsOpen());
             other.Run(u"COMMIT"_s);
-            add.Execute({u"1"_s});
+            QCOMPARE(writer.Add(1), QString());
             other.Run(u"BEGIN EXCLUSIVE"_s);
-            QVERIFY(RaisedBy([&] { add.Execute({u"2"_s}); }).contains(u"is locked"_s));
+            QVERIFY(writer.Add(2).startsWith(u"3006: "_s));
         }
-        QCOMPARE(add.Execute({u"3"_s}), 1);
-        QCOMPARE(OtherProgram(mFile).Run(u"SELECT group_concat(n) FROM t"_s), u"1,3"_s);
+        QCOMPARE(writer.Add(3), QString());
+        QCOMPARE(Rows(mFile), u"ok 1,3"_s);
         QCOMPARE(OtherProgram(mFile).Run(u"PRAGMA journal_mode"_s), u"delete"_s);
     }
 
@@ -140,17 +180,38 @@ private Q_SLOTS:
         for (const auto& [journal, fileMode, folderMode] :
              {std::tuple(u"DELETE"_s, 0444, 0777), {u"WAL"_s, 0666, 0555}, {u"DELETE"_s, 0, 0555}}) {
             init();
-            OtherProgram(mFile).Run(u"PRAGMA journal_mode="_s + journal);
-            OtherProgram(mFile).Run(u"CREATE TABLE t (n)"_s);
+            MakeTable(mFile, journal);
             const QByteArray before = ReadFile(mFile);
             SetModes(fileMode, folderMode);
             QString raised;
-            if (!RunAsOrdinaryUser([&] { raised = RunOn(ConnectionStringFor(mFile), u"DELETE FROM t"_s); }))
+            if (!RunAsOrdinaryUser([&] { raised = Writer(mFile).Add(1); }))
                 QSKIP("cannot become an ordinary user");
             QVERIFY2(raised.contains(mFile) && raised.contains(u"its folder."_s), qPrintable(raised));
             SetModes(0600, 0700);
             QCOMPARE(ReadFile(mFile), before);
         }
+    }
+
+    void fullDisk()
+    {
+        const QByteArray place = QFile::encodeName(mFolder->path());
+        if (mount("none", place, "tmpfs", 0, "size=192k") != 0)
+            QSKIP("cannot mount a small disk");
+        const auto guard = qScopeGuard([&] { umount2(place, MNT_DETACH); });
+        MakeTable(mFile, u"WAL"_s);
+        int written = 0;
+        for (int used = 176; used > 112; used -= 4) {
+            WriteFile(Path(u"filler"_s), QByteArray(used * qsizetype(1024), 'x'));
+            const QString notMade = RaisedBy([&] { CreateDatabaseFile(Path(u"new"_s)); });
+            QCOMPARE(QFileInfo(Path(u"new"_s)).size() > 0, notMade.isEmpty());
+            QFile::remove(Path(u"new"_s));
+            QCOMPARE(QDir(mFolder->path()).entryList({u"new*"_s}), QStringList());
+            for (const QString& raised : {notMade, Writer(mFile).Add(used)}) {
+                written += raised.isEmpty() ? 1 : 0;
+                QVERIFY2(raised.isEmpty() || raised.contains(u"the disk is full. Free"_s), qPrintable(raised));
+            }
+        }
+        QVERIFY2(written > 0 && written < 32, "some with room enough, some without");
     }
 };
 

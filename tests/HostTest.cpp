@@ -152,7 +152,7 @@ private Q_SLOTS:
         const QByteArray good = qgetenv("KELDAR_COMMON_APPDATA");
         const SampleDatabase bad;
         QFile::resize(bad.FileName(), QFileInfo(bad.FileName()).size() / 2);
-        const QString box = u"BOX Error|Source: QOR_DIR_NODE - %1 /Description: *NewDB.mdb is damaged.*"_s;
+        const QString box = u"BOX Error|Source: QOR_DIR_NODE - %1 /Description: *NewDB.mdb is damaged *"_s;
         Check(Run(Plain(u"show"_s, {node7, node7 + u'@' + QFile::decodeName(good)})),
               {box.arg(u"LoadExistingNodesInRecordSelector"_s), box.arg(u"LoadPromptMSGNodeNumber"_s), Shown(7), staff,
                Shown(7)});

@@ -72,6 +72,15 @@ std::optional<RuntimeError> OpenError(QSqlDatabase& database, const QString& fil
 
 } // namespace
 
+void RequireDriver(const QString& driver)
+{
+    if (!QSqlDatabase::isDriverAvailable(driver)) {
+        throw RuntimeError(ErrorNumber::Provider,
+                           u"The database driver %1 is not installed. Install the package libqt6sql6-sqlite and start "
+                           "the program again."_s.arg(driver));
+    }
+}
+
 QString ConnectionStringFor(const QString& fileName)
 {
     return providerKey + jetProvider + sourceKey + fileName;
@@ -109,6 +118,7 @@ void Connection::Open()
         return;
     const ConnectionParts parts = Split(mConnectionString);
     const QString driver = DriverFor(parts.provider);
+    RequireDriver(driver);
     RequireDatabaseFile(parts.fileName);
 
     auto engine = std::make_unique<Engine>(Engine{NewConnectionName(), parts.fileName, {}});

@@ -18,6 +18,23 @@ struct Signature
     const char* sentence;
 };
 
+constexpr qsizetype startLength = 32; ///< bytes that tell what a file is
+
+/// By the versions that a reader and a writer of the file must know; the engine knows two. The three bytes that are the
+/// same in every sound header tell it from a damaged one.
+bool IsNewerFormat(const QByteArray& start)
+{
+    constexpr char knownVersion = 2;
+    return start.size() == startLength && start.startsWith("SQLite format 3") && start.sliced(21, 3) == "@  " &&
+           (start[18] > knownVersion || start[19] > knownVersion);
+}
+
+QByteArray ReadStart(const QString& fileName)
+{
+    QFile file(fileName);
+    return file.open(QIODevice::ReadOnly) ? file.read(startLength) : QByteArray();
+}
+
 const std::array<Signature, 3>& Signatures()
 {
     static constexpr char jet[] =
@@ -36,15 +53,19 @@ const std::array<Signature, 3>& Signatures()
     throw RuntimeError(ErrorNumber::Provider, u"The database %1 %2"_s.arg(fileName, QString::fromLatin1(what)));
 }
 
-/// Sets the write-ahead mode, which writes the header of an empty file; the answer is the mode that holds
-/// now.
+/// Sets the write-ahead mode, which writes the header of an empty file; the answer is the mode that holds now. The
+/// write comes behind the answer: a full disk shows there.
 void SetWriteAheadMode(const QString& connectionName, const QString& fileName)
 {
     QSqlDatabase database = QSqlDatabase::database(connectionName, false);
+    if (!database.open())
+        throw ProviderError(database.lastError(), fileName);
     QSqlQuery query(database);
-    if (!database.open() || !query.exec(u"PRAGMA journal_mode = WAL"_s) || !query.next())
-        throw ProviderError(query.lastError().isValid() ? query.lastError() : database.lastError(), fileName);
-    if (query.value(0).toString() != u"wal"_s)
+    const bool isAnswered = query.exec(u"PRAGMA journal_mode = WAL"_s) && query.next();
+    const QString mode = isAnswered ? query.value(0).toString() : QString();
+    if (!isAnswered || query.next() || query.lastError().isValid())
+        throw ProviderError(query.lastError(), fileName);
+    if (mode != u"wal"_s)
         ThrowDatabaseFault(fileName,
                            "cannot be kept in write-ahead mode on this file system. Choose a folder on a local disk.");
 }
@@ -52,6 +73,8 @@ void SetWriteAheadMode(const QString& connectionName, const QString& fileName)
 /// Writes the header of an empty database in write-ahead mode into an empty file.
 void WriteHeader(const QString& fileName)
 {
+    const QString driver = u"QSQLITE"_s;
+    RequireDriver(driver);
     const QString name = NewConnectionName();
     struct Remove
     {
@@ -59,7 +82,7 @@ void WriteHeader(const QString& fileName)
         ~Remove() { QSqlDatabase::removeDatabase(name); }
     } const remove{name};
     {
-        QSqlDatabase database = QSqlDatabase::addDatabase(u"QSQLITE"_s, name);
+        QSqlDatabase database = QSqlDatabase::addDatabase(driver, name);
         database.setDatabaseName(EngineFileUri(fileName));
         database.setConnectOptions(u"QSQLITE_OPEN_URI"_s);
     }
@@ -81,10 +104,18 @@ void RequireDatabaseFile(const QString& fileName)
         ThrowDatabaseFault(fileName, "is empty. Restore it from a backup or make a new one with \"dir-db create\".");
 }
 
+bool HasNewerFormat(const QString& fileName)
+{
+    return IsNewerFormat(ReadStart(fileName));
+}
+
 QString ForeignFileSentence(const QString& fileName)
 {
-    QFile file(fileName);
-    const QByteArray start = file.open(QIODevice::ReadOnly) ? file.read(32) : QByteArray();
+    const QByteArray start = ReadStart(fileName);
+    if (start.isEmpty())
+        return u"cannot be read. Check the disk."_s;
+    if (IsNewerFormat(start))
+        return QString::fromLatin1(newerFormatSentence);
     for (const Signature& signature : Signatures()) {
         if (start.startsWith(signature.bytes))
             return QString::fromLatin1(signature.sentence);
@@ -114,7 +145,8 @@ void CreateDatabaseFile(const QString& fileName)
     try {
         WriteHeader(fileName);
     } catch (...) {
-        QFile::remove(fileName);
+        for (const char* const ending : {"", "-wal", "-shm", "-journal"})
+            QFile::remove(fileName + QString::fromLatin1(ending));
         throw;
     }
 }

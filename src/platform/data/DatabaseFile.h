@@ -9,9 +9,16 @@ namespace qor {
 /// opening and closing the file would drop the locks that an engine in this process holds on it.
 void RequireDatabaseFile(const QString& fileName);
 
+/// What to say of a file that only later versions of the engine know.
+inline constexpr char newerFormatSentence[] =
+    "has a newer format than the database engine of this computer. Update the package libsqlite3-0.";
+
 /// A sentence on a file that the engine does not take for a database: what it is and what to do. It reads the
 /// file's first bytes, so call it only after the engine has refused the file.
 QString ForeignFileSentence(const QString& fileName);
+
+/// Whether the file is of a format that the engine reads or writes in its later versions only. The same holds.
+bool HasNewerFormat(const QString& fileName);
 
 /// Raises RuntimeError: "The file %1 cannot be made: " and why.
 [[noreturn]] void ThrowFileNotMade(const QString& fileName, const QString& why);

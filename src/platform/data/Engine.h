@@ -24,6 +24,16 @@ struct Connection::Engine
 /// An engine's failure as a sentence that names the file, what is wrong and what to do.
 RuntimeError ProviderError(const QSqlError& error, const QString& fileName);
 
+/// The same for a file that the engine reads but is too old to write.
+RuntimeError NewerFormatError(const QString& fileName);
+
+/// The engine's code without what it says of the place.
+int PrimaryCode(const QSqlError& error);
+bool IsLockCode(int primaryCode);
+
+/// Raises RuntimeError when the toolkit has no such driver.
+void RequireDriver(const QString& driver);
+
 /// A connection name of our own that no connection of the host has.
 QString NewConnectionName();
 

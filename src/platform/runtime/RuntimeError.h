@@ -22,7 +22,8 @@ enum class ErrorNumber : int {
     KeyNotUnique = 457,
     CannotCreateObject = 429,
     UnsupportedValueType = 1001,
-    Provider = 3000, ///< the database engine or its file
+    Provider = 3000,       ///< the database engine or its file
+    DatabaseLocked = 3006, ///< the wait for another program ran out; a later try may succeed
 };
 
 class RuntimeError : public std::exception
