@@ -1,7 +1,8 @@
-// The database as the floors above rely on it: commands, files that are none, permissions, locks and a full disk.
+// The database as the floors above rely on it: commands, files that are none, locks, and faults while it is open.
 #include "platform/data/Command.h"
 #include "platform/data/Connection.h"
 #include "platform/data/DatabaseFile.h"
+#include "platform/data/DeferredSync.h"
 #include "support/Cases.h"
 #include "support/Files.h"
 #include "support/OrdinaryUser.h"
@@ -12,10 +13,13 @@
 #include <QTemporaryDir>
 #include <sys/mount.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 
 using namespace qor;
 
 namespace {
+
+int folderSyncs = 0;
 
 /// A database that another program has open.
 class OtherProgram
@@ -53,9 +57,27 @@ struct Writer
     {
         return RaisedBy([&] { add.Execute({QString::number(number)}); });
     }
+    QString Save(int number)
+    {
+        return RaisedBy([&] {
+            DeferredSync sync(connection);
+            add.Execute({QString::number(number)});
+            sync.Finish();
+        });
+    }
+    int Answer(const QString& text) { return Command(connection, text, text, 0).Open({}).Field(0).toInt(); }
 };
 
 } // namespace
+
+/// In place of the system's, for the code in this program.
+extern "C" int fsync(int descriptor)
+{
+    struct stat status;
+    if (fstat(descriptor, &status) == 0 && S_ISDIR(status.st_mode))
+        ++folderSyncs;
+    return static_cast<int>(syscall(SYS_fsync, descriptor));
+}
 
 class DataTest : public QObject
 {
@@ -144,6 +166,7 @@ private Q_SLOTS:
         for (const auto& [bytes, expected] : {std::pair(noise, u"is not a configuration database"_s),
                                               {good.left(16) + noise, u"is damaged."_s},
                                               {good.left(4096), u"is damaged or cannot be read"_s},
+                                              {with(18, 3), u"newer format"_s},
                                               {with(19, 3), u"newer format"_s},
                                               {with(47, 5), u"newer format"_s},
                                               {good, u"refuses a row"_s}}) {
@@ -169,6 +192,11 @@ private Q_SLOTS:
             QCOMPARE(writer.Add(1), QString());
             other.Run(u"BEGIN EXCLUSIVE"_s);
             QVERIFY(writer.Add(2).startsWith(u"3006: "_s));
+            other.Run(u"COMMIT"_s);
+            DeferredSync(writer.connection).Finish(); // asks for no lock
+            writer.connection.SetLockTimeout(30'000);
+            for (const int timeout : {1000, 30'000}) // after a wait in vain, and after a success
+                QCOMPARE(writer.Answer(u"PRAGMA busy_timeout"_s), timeout);
         }
         QCOMPARE(writer.Add(3), QString());
         QCOMPARE(Rows(mFile), u"ok 1,3"_s);
@@ -206,12 +234,101 @@ private Q_SLOTS:
             QCOMPARE(QFileInfo(Path(u"new"_s)).size() > 0, notMade.isEmpty());
             QFile::remove(Path(u"new"_s));
             QCOMPARE(QDir(mFolder->path()).entryList({u"new*"_s}), QStringList());
-            for (const QString& raised : {notMade, Writer(mFile).Add(used)}) {
+            for (const QString& raised : {notMade, Writer(mFile).Save(used)}) {
                 written += raised.isEmpty() ? 1 : 0;
                 QVERIFY2(raised.isEmpty() || raised.contains(u"the disk is full. Free"_s), qPrintable(raised));
             }
         }
         QVERIFY2(written > 0 && written < 32, "some with room enough, some without");
+    }
+
+    void opensAnew()
+    {
+        for (const auto& [journal, saves] :
+             {std::pair(u"DELETE"_s, false), {u"DELETE"_s, true}, {u"WAL"_s, false}, {u"WAL"_s, true}}) {
+            init();
+            MakeTable(mFile, journal);
+            Writer writer(mFile);
+            QString raised;
+            SetModes(0444, 0777);
+            if (!RunAsOrdinaryUser([&] {
+                    raised = QString::number(writer.Answer(u"SELECT count(*) FROM t"_s));
+                    if (!saves)
+                        raised = writer.Add(1);
+                }))
+                QSKIP("cannot become an ordinary user");
+            QVERIFY2(raised.contains(saves ? u"0"_s : u"cannot be written"_s), qPrintable(raised));
+            SetModes(0666, 0777);
+            RunAsOrdinaryUser([&] { raised = saves ? writer.Save(1) : writer.Add(1); });
+            QCOMPARE(raised, QString());
+        }
+    }
+
+    void fileGoesWhileOpen_data()
+    {
+        QTest::addColumn<int>("bits");
+        for (int bits = 0; bits < 16; ++bits)
+            QTest::addRow("%d", bits) << bits;
+    }
+
+    /// What was committed is in the old file, nothing of it in the new one, and what comes next is in the new one.
+    void fileGoesWhileOpen()
+    {
+        QFETCH(int, bits);
+        const bool isReplaced = bits & 1;
+        const bool isKept = bits & 2; // under another name
+        const bool isSaving = bits & 4;
+        const QString newFile = Path(u"new"_s);
+        const QString oldFile = Path(u"old"_s);
+        MakeTable(mFile, bits & 8 ? u"WAL"_s : u"DELETE"_s);
+        MakeTable(newFile, u"WAL"_s,
+                  u"INSERT INTO t WITH RECURSIVE s(n) AS (SELECT 100 UNION ALL SELECT n + 1 FROM s WHERE n < 999) "
+                  "SELECT n FROM s"_s);
+        Writer writer(mFile);
+        QCOMPARE(writer.Save(1), QString());
+        const QString raised = RaisedBy([&] {
+            std::optional<DeferredSync> sync;
+            if (isSaving)
+                sync.emplace(writer.connection);
+            writer.Add(2);
+            isKept ? QFile::rename(mFile, oldFile) : QFile::remove(mFile);
+            if (isReplaced)
+                QFile::rename(newFile, mFile);
+            if (!isSaving)
+                sync.emplace(writer.connection);
+            sync->Finish();
+        });
+        QVERIFY2(raised.contains(isReplaced ? u"was replaced"_s : u"was moved or removed"_s) &&
+                     raised.contains(isSaving ? u"went into the old file"_s : u"Nothing was saved"_s),
+                 qPrintable(raised));
+        if (!isReplaced) {
+            QVERIFY(writer.Save(3).contains(u"does not exist"_s));
+            QFile::rename(newFile, mFile);
+        }
+        QVERIFY(Rows(mFile).startsWith(u"ok 100,"_s) && Rows(mFile).endsWith(u",999"_s));
+        QCOMPARE(writer.Save(3), QString());
+        QVERIFY(Rows(mFile).endsWith(u",999,3"_s));
+        QCOMPARE(Rows(oldFile), isKept ? u"ok 1,2"_s : QString());
+    }
+
+    void folderIsSynced()
+    {
+        for (const QString& journal : {u"DELETE"_s, u"WAL"_s}) {
+            init();
+            MakeTable(mFile, journal);
+            SetModes(0666, 0333);
+            folderSyncs = 0;
+            RunAsOrdinaryUser([&] {
+                Writer writer(mFile);
+                QCOMPARE(writer.Save(1), QString());
+            });
+            QCOMPARE(folderSyncs, 0); // it cannot be read
+            SetModes(0666, 0777);
+            Writer writer(mFile);
+            for (int i = 2; i < 4; ++i)
+                QCOMPARE(writer.Save(i), QString());
+            QCOMPARE(folderSyncs, journal == u"WAL"_s ? 1 : 2); // the log's name stays
+        }
     }
 };
 

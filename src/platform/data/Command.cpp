@@ -37,7 +37,8 @@ private:
 
 constexpr std::size_t cachedRows = 100; ///< room for so many is made at once
 
-std::shared_ptr<const RecordRows> ReadRows(QSqlQuery& query, const QString& fileName)
+/// error: what ended the rows, if it was not their end
+std::shared_ptr<const RecordRows> ReadRows(QSqlQuery& query, QSqlError& error)
 {
     const FinishGuard finish(query);
     auto rows = std::make_shared<RecordRows>();
@@ -49,8 +50,7 @@ std::shared_ptr<const RecordRows> ReadRows(QSqlQuery& query, const QString& file
             rows->values.push_back(query.value(i));
         ++rows->rowCount;
     }
-    if (query.lastError().isValid())
-        throw ProviderError(query.lastError(), fileName);
+    error = query.lastError();
     return rows;
 }
 
@@ -70,7 +70,11 @@ Command::Command(Command&&) noexcept = default;
 Recordset Command::Open(const QStringList& values)
 {
     Run(values);
-    auto rows = ReadRows(mStatement->query, mConnection.mEngine->fileName);
+    QSqlError error;
+    auto rows = ReadRows(mStatement->query, error);
+    if (error.isValid())
+        throw mConnection.Failure(error);
+    mConnection.Succeeded();
     mOpenRows = rows;
     return Recordset(std::move(rows));
 }
@@ -79,6 +83,7 @@ int Command::Execute(const QStringList& values)
 {
     Run(values);
     const FinishGuard finish(mStatement->query);
+    mConnection.Succeeded();
     return mStatement->query.numRowsAffected();
 }
 
@@ -86,12 +91,11 @@ void Command::Run(const QStringList& values)
 {
     RequireValues(values);
     mConnection.Open();
-    const QString& fileName = mConnection.mEngine->fileName;
-    if (!mStatement || !mStatement->query.driver()) { // a driver goes with the connection that a host dropped
+    if (!mStatement || !mStatement->query.driver()) { // a driver goes with the engine that was dropped
         auto statement = std::make_unique<Statement>(Statement{QSqlQuery(mConnection.mEngine->Database())});
         statement->query.setForwardOnly(true);
         if (!statement->query.prepare(mEngineText))
-            throw ProviderError(statement->query.lastError(), fileName);
+            throw mConnection.Failure(statement->query.lastError());
         mStatement = std::move(statement);
     }
     for (int i = 0; i < values.size(); ++i) {
@@ -99,9 +103,9 @@ void Command::Run(const QStringList& values)
         mStatement->query.bindValue(i, values[i].isNull() ? u""_s : values[i]);
     }
     if (!mStatement->query.exec()) {
-        const RuntimeError error = ProviderError(mStatement->query.lastError(), fileName);
+        const QSqlError error = mStatement->query.lastError();
         mStatement->query.finish();
-        throw error;
+        throw mConnection.Failure(error);
     }
 }
 

@@ -3,13 +3,16 @@
 #include "platform/data/DatabaseFile.h"
 #include "platform/data/Engine.h"
 
+#include <algorithm>
 #include <array>
-#include <optional>
+#include <fcntl.h>
+#include <QFile>
 #include <QFileInfo>
 #include <QMap>
 #include <QSqlQuery>
 #include <QUrl>
 #include <QUuid>
+#include <unistd.h>
 
 namespace qor {
 
@@ -60,15 +63,20 @@ ConnectionParts Split(const QString& connectionString)
 }
 
 /// Opens the database; only a first statement tells whether the file is one.
-std::optional<RuntimeError> OpenError(QSqlDatabase& database, const QString& fileName)
+QSqlError OpenError(QSqlDatabase& database)
 {
     if (!database.open())
-        return ProviderError(database.lastError(), fileName);
+        return database.lastError();
     QSqlQuery query(database);
-    if (!query.exec(u"PRAGMA schema_version"_s) || !query.next())
-        return ProviderError(query.lastError(), fileName);
-    return std::nullopt;
+    return query.exec(u"PRAGMA schema_version"_s) && query.next() ? QSqlError() : query.lastError();
 }
+
+constexpr int impatientTimeout = 1000; ///< ms, of a wait for a lock that the one before was in vain for
+
+/// The engine's codes of a file that it could not get at. What it found stays with the engine, although the next moment
+/// may give the file back, so another one has to look.
+constexpr int readOnlyCode = 8;
+constexpr std::array outOfReachCodes{readOnlyCode, 10, 14};
 
 } // namespace
 
@@ -99,12 +107,28 @@ QString EngineFileUri(const QString& fileName, Access access)
     return u"file://"_s + QString::fromLatin1(path) + u"?mode="_s + modes[access];
 }
 
+Connection::Engine::Engine(const QString& databaseName)
+    : name(NewConnectionName()),
+      fileName(databaseName),
+      path(QFileInfo(databaseName).absoluteFilePath()),
+      canonicalPath(QFileInfo(databaseName).canonicalFilePath()),
+      identity(IdentityOf(path)),
+      isWritable(faccessat(AT_FDCWD, QFile::encodeName(path).constData(), W_OK, AT_EACCESS) == 0)
+{
+}
+
 Connection::Connection() = default;
 
 Connection::~Connection()
 {
+    Close();
+}
+
+void Connection::Close()
+{
     if (IsOpen())
         QSqlDatabase::removeDatabase(mEngine->name);
+    mEngine.reset();
 }
 
 bool Connection::IsOpen() const
@@ -120,19 +144,92 @@ void Connection::Open()
     const QString driver = DriverFor(parts.provider);
     RequireDriver(driver);
     RequireDatabaseFile(parts.fileName);
-
-    auto engine = std::make_unique<Engine>(Engine{NewConnectionName(), parts.fileName, {}});
+    auto engine = std::make_unique<Engine>(parts.fileName);
+    if (engine->isWritable && mAccess == Access::ReadWrite)
+        MendPermissions(engine->canonicalPath);
     QSqlDatabase database = QSqlDatabase::addDatabase(driver, engine->name);
     database.setDatabaseName(EngineFileUri(parts.fileName, mAccess));
-    database.setConnectOptions(u"QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=%1"_s.arg(mLockTimeout));
+    database.setConnectOptions(u"QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=%1"_s.arg(LockTimeout()));
     engine->driver = database.driver();
-    const auto error = OpenError(database, parts.fileName);
+    const QSqlError error = OpenError(database);
     database = QSqlDatabase();
-    if (error) {
-        QSqlDatabase::removeDatabase(engine->name);
-        throw RuntimeError(*error);
-    }
     mEngine = std::move(engine);
+    if (error.isValid()) {
+        const RuntimeError failure = Failure(error);
+        Close();
+        throw failure;
+    }
+}
+
+void Connection::OpenForWriting()
+{
+    if (IsOpen() && !mEngine->isWritable)
+        Close();
+    Open();
+}
+
+void Connection::SetLockTimeout(int milliseconds)
+{
+    mLockTimeout = milliseconds;
+    ApplyLockTimeout();
+}
+
+int Connection::LockTimeout() const
+{
+    return mWaitedInVain ? std::min(mLockTimeout, impatientTimeout) : mLockTimeout;
+}
+
+void Connection::ApplyLockTimeout() const
+{
+    if (IsOpen())
+        QSqlQuery(mEngine->Database()).exec(u"PRAGMA busy_timeout = %1"_s.arg(LockTimeout()));
+}
+
+RuntimeError Connection::Failure(const QSqlError& error)
+{
+    RuntimeError failure = ProviderError(error, mEngine->fileName);
+    const int code = PrimaryCode(error);
+    // Written it may be, but the engine only reads it. To look at the file drops the locks that this process has on it,
+    // so it is not done where permissions explain the failure.
+    if (error.nativeErrorCode().toInt() == readOnlyCode && mEngine->isWritable && HasNewerFormat(mEngine->fileName))
+        failure = NewerFormatError(mEngine->fileName);
+    if (IsLockCode(code)) {
+        mWaitedInVain = true;
+        ApplyLockTimeout();
+    }
+    if (std::ranges::find(outOfReachCodes, code) != outOfReachCodes.end())
+        Close();
+    return failure;
+}
+
+void Connection::Succeeded()
+{
+    if (!mWaitedInVain)
+        return;
+    mWaitedInVain = false;
+    ApplyLockTimeout();
+}
+
+void Connection::RequireSameFile(const QString& outcome)
+{
+    if (!IsOpen())
+        return;
+    const auto found = IdentityOf(mEngine->path);
+    if (found == mEngine->identity)
+        return;
+    const QString sentence = found ? u"The database %1 was replaced by another file while it was open. %2 Try again to "
+                                     "use the file that is there now."_s
+                                   : u"The database %1 was moved or removed while it was open. %2 Put it back and try "
+                                     "again."_s;
+    const RuntimeError error(ErrorNumber::Provider, sentence.arg(mEngine->fileName, outcome));
+    // Takes the log into the file that it belongs to, wherever that is, and leaves it empty: whoever opens the new file
+    // would read the log as its own.
+    QSqlQuery log(mEngine->Database());
+    log.exec(u"PRAGMA busy_timeout = %1"_s.arg(std::min(LockTimeout(), impatientTimeout)));
+    log.exec(u"PRAGMA wal_checkpoint(TRUNCATE)"_s);
+    log.finish();
+    Close();
+    throw error;
 }
 
 } // namespace qor

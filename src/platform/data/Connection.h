@@ -5,7 +5,11 @@
 
 #include <memory>
 
+class QSqlError;
+
 namespace qor {
+
+class RuntimeError;
 
 /// "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" and the file name.
 QString ConnectionStringFor(const QString& fileName);
@@ -29,24 +33,40 @@ public:
     void SetConnectionString(const QString& connectionString) { mConnectionString = connectionString; }
     /// How the next Open opens the file; for reading and writing where nothing is said.
     void SetAccess(Access access) { mAccess = access; }
-    /// How long a statement waits for a lock that another program holds.
-    void SetLockTimeout(int milliseconds) { mLockTimeout = milliseconds; }
+    /// How long opening and each command wait for a lock that another program holds; it counts at once, also for an
+    /// open connection. Once such a wait was in vain, the next ones take a second at most, until a command succeeds.
+    void SetLockTimeout(int milliseconds);
 
-    /// Opens the file; nothing when it is open. A file is never created, and its
-    /// journal mode stays as found. Raises RuntimeError: unknown provider, no such file, another format.
+    /// Opens the file; nothing when it is open. A file is never created, and its journal mode stays as found. Raises
+    /// RuntimeError: unknown provider, no such file, another format, a lock. After a failure it may be called again.
     void Open();
-    /// Not when the toolkit dropped all connections, with the end of an application object or of the process; Open then
-    /// opens anew.
+    /// Not when the toolkit dropped all connections, with the end of an application object or of the process, and not
+    /// after a command found the file out of reach (read-only, input or output, opening); Open then opens anew, and so
+    /// does the next command.
     bool IsOpen() const;
+    /// Raises RuntimeError when the name of the opened file leads to no file or to another one. outcome: a sentence
+    /// that tells what became of the work. The connection is closed then; its log stays with the old file and is not
+    /// laid over the new one. Nothing when it is not open.
+    void RequireSameFile(const QString& outcome);
 
 private:
     friend class Command;
     friend class DeferredSync;
     struct Engine;
 
+    /// Open, and anew when the file could not be written at the first time.
+    void OpenForWriting();
+    void Close();
+    /// What a command has to raise, after the connection has drawn its conclusions from it.
+    RuntimeError Failure(const QSqlError& error);
+    void Succeeded();
+    int LockTimeout() const;
+    void ApplyLockTimeout() const;
+
     QString mConnectionString;
     Access mAccess = Access::ReadWrite;
-    int mLockTimeout = 30'000; // ms
+    int mLockTimeout = 30'000;  // ms
+    bool mWaitedInVain = false; ///< for a lock, and no command has succeeded since
     std::unique_ptr<Engine> mEngine;
 };
 

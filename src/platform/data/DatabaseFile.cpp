@@ -6,6 +6,8 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSqlQuery>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace qor {
 
@@ -102,6 +104,28 @@ void RequireDatabaseFile(const QString& fileName)
         ThrowDatabaseFault(fileName, "is not a file. Choose another name.");
     if (info.size() == 0)
         ThrowDatabaseFault(fileName, "is empty. Restore it from a backup or make a new one with \"dir-db create\".");
+}
+
+std::optional<FileIdentity> IdentityOf(const QString& fileName)
+{
+    struct stat status;
+    if (stat(QFile::encodeName(fileName).constData(), &status) != 0)
+        return std::nullopt;
+    return FileIdentity{status.st_dev, status.st_ino};
+}
+
+void MendPermissions(const QString& canonicalPath)
+{
+    struct stat database;
+    if (stat(QFile::encodeName(canonicalPath).constData(), &database) != 0)
+        return;
+    for (const QString& ending : {u"-wal"_s, u"-shm"_s}) {
+        const QByteArray path = QFile::encodeName(canonicalPath + ending);
+        struct stat beside;
+        if (lstat(path.constData(), &beside) == 0 && S_ISREG(beside.st_mode) && beside.st_uid == geteuid() &&
+            (beside.st_mode & S_IWUSR) == 0)
+            chmod(path.constData(), database.st_mode & ACCESSPERMS);
+    }
 }
 
 bool HasNewerFormat(const QString& fileName)

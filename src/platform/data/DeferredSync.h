@@ -1,17 +1,20 @@
 // Many commits, one sync.
 #pragma once
 
+#include "platform/runtime/Text.h"
+
 namespace qor {
 
 class Connection;
 
 /// While it lives, a database in write-ahead mode writes its commits without waiting for the disk after each;
 /// Finish then waits once, for all of them. The log is one file, so a power loss in between takes back the
-/// last commits at most. A database in another mode goes on waiting after each commit.
+/// last commits at most. A database in another mode goes on waiting after each commit, and once more for its folder.
 class DeferredSync
 {
 public:
-    /// Opens the connection if it is not open; raises RuntimeError when it cannot.
+    /// Opens the connection if it is not open; raises RuntimeError when it cannot, and when the file that was opened is
+    /// no longer there. Nothing is written in either case.
     explicit DeferredSync(Connection& connection);
     /// Finishes; a failure of that is not told.
     ~DeferredSync();
@@ -19,12 +22,17 @@ public:
     DeferredSync& operator=(const DeferredSync&) = delete;
 
     /// What was committed so far is on disk when it returns; from here on each commit waits again. Raises
-    /// RuntimeError when the disk refuses.
+    /// RuntimeError when the disk refuses, and when the file went away in the meantime.
     void Finish();
 
 private:
+    QString RunPragma(const QString& pragma);
+    void SyncFiles() const;
+
     Connection& mConnection;
+    QString mPath; ///< of the file, where no link is left
     bool mDeferred = false;
+    bool mFinished = false;
 };
 
 } // namespace qor

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/data/Connection.h"
+#include "platform/data/DatabaseFile.h"
 #include "platform/runtime/RuntimeError.h"
 
 #include <QPointer>
@@ -13,8 +14,15 @@ namespace qor {
 
 struct Connection::Engine
 {
-    QString name; ///< of the connection in Qt's table of connections
-    QString fileName;
+    /// Looks at the file before it is opened: one that is put in its place in between is found by the first save.
+    explicit Engine(const QString& databaseName);
+
+    QString name;          ///< of the connection in Qt's table of connections
+    QString fileName;      ///< as people know it
+    QString path;          ///< absolute; it may end in a link
+    QString canonicalPath; ///< where the engine's other files lie beside it
+    std::optional<FileIdentity> identity;
+    bool isWritable;             ///< at the time of opening
     QPointer<QSqlDriver> driver; ///< null once the toolkit has dropped the connection
     bool logIsOnDisk = false;    ///< the write-ahead log's entry in its folder has been synced
 
