@@ -3,6 +3,7 @@
 #include "platform/data/Connection.h"
 #include "platform/data/DatabaseFile.h"
 #include "platform/data/DeferredSync.h"
+#include "platform/data/SavingLock.h"
 #include "support/Cases.h"
 #include "support/Files.h"
 #include "support/OrdinaryUser.h"
@@ -329,6 +330,33 @@ private Q_SLOTS:
                 QCOMPARE(writer.Save(i), QString());
             QCOMPARE(folderSyncs, journal == u"WAL"_s ? 1 : 2); // the log's name stays
         }
+    }
+
+    void savesOneAtATime()
+    {
+        MakeTable(mFile, u"WAL"_s);
+        QFile::link(mFile, Path(u"link"_s));
+        SetModes(0666, 0700);
+        const mode_t mask = umask(077);
+        const auto guard = qScopeGuard([&] { umask(mask); });
+        Writer one(mFile);
+        Writer two(Path(u"link"_s));
+        two.connection.SetLockTimeout(20);
+        const auto lock = [&](qint64 section) { return RaisedBy([&] { SavingLock(two.connection, section); }); };
+        {
+            const SavingLock held(one.connection, 7);
+            QCOMPARE(lock(8), QString());
+            QVERIFY(lock(7).startsWith(u"3006: Another program is saving"_s));
+        }
+        QCOMPARE(lock(7), QString());
+        struct stat status;
+        QVERIFY(stat(QFile::encodeName(mFile + u"-saving"_s), &status) == 0 && (status.st_mode & 0777) == 0666);
+
+        QFile::remove(mFile + u"-saving"_s);
+        QFile::link(Path(u"none"_s), mFile + u"-saving"_s);
+        const SavingLock unlocked(one.connection, 7);
+        QVERIFY(!QFile::exists(Path(u"none"_s)));
+        QCOMPARE(lock(7), QString());
     }
 };
 

@@ -52,6 +52,7 @@ public:
 private:
     friend class Command;
     friend class DeferredSync;
+    friend class SavingLock;
     struct Engine;
 
     /// Open, and anew when the file could not be written at the first time.
