@@ -18,6 +18,11 @@ public:
     /// Whether the editor was opened for a new node (node number 0).
     bool IsNewNode = false;
 
+    /// Opens the database, for which another program may have to give up a lock first: then the administrator sees a
+    /// dialog and may cancel. False when the lock did not go, after a report, or on Cancel; what else is wrong with the
+    /// database the loaders report.
+    bool WaitForDatabase();
+
     /// Fills the record selector with the partition's directory nodes and selects the one with this number,
     /// or the first. For a new node it hides the navigation row and closes the gap. Stored numbers that are no node
     /// numbers are reported and left out.

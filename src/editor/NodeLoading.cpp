@@ -2,6 +2,7 @@
 #include "editor/BusinessRules.h"
 #include "editor/ShownNode.h"
 #include "form/EditorForm.h"
+#include "form/LockWait.h"
 #include "form/ModuleState.h"
 #include "platform/runtime/ErrorReport.h"
 #include "platform/ui/MsgBox.h"
@@ -28,6 +29,19 @@ void FillRecordSelector(EditorForm& form, const std::vector<qint16>& numbers, bo
         form.cmbNode->FillListIndex(selected);
 }
 
+/// What keeps the connection from being opened, when that is a lock.
+std::optional<RuntimeError> LockOn(Connection& connection, int timeout)
+{
+    try {
+        connection.SetLockTimeout(timeout);
+        connection.Open();
+    } catch (const RuntimeError& error) {
+        if (error.Number() == ErrorNumber::DatabaseLocked)
+            return error;
+    }
+    return std::nullopt;
+}
+
 void RequireUsable(const DirectoryNodeNumbers& nodes)
 {
     if (nodes.unusable.isEmpty())
@@ -44,6 +58,24 @@ void ShowPosition(EditorForm& form)
 }
 
 } // namespace
+
+bool BusinessRules::WaitForDatabase()
+{
+    return ReportErrors(u"LoadExistingNodesInRecordSelector"_s, [this] {
+        constexpr int patience = 30'000; // ms
+        std::optional<RuntimeError> lock;
+        const auto tryFor = [&](int milliseconds) {
+            lock = LockOn(mDataBase.Conn, milliseconds);
+            return !lock;
+        };
+        const WaitOutcome outcome =
+            WaitFor(tryFor, u"The database is locked by another program. Waiting until it is free."_s, patience);
+        mDataBase.Conn.SetLockTimeout(patience);
+        if (outcome == WaitOutcome::TimedOut)
+            throw RuntimeError(*lock);
+        return outcome == WaitOutcome::Succeeded;
+    });
+}
 
 void BusinessRules::LoadExistingNodesInRecordSelector(EditorForm& form, qint16 nodeNumber)
 {

@@ -1,6 +1,7 @@
 #include "rules/NodeSaving.h"
 
 #include "platform/data/DeferredSync.h"
+#include "platform/data/SavingLock.h"
 #include "platform/runtime/DateText.h"
 #include "platform/runtime/RuntimeError.h"
 #include "platform/runtime/StandardError.h"
@@ -51,6 +52,21 @@ QString HeldSentence(const DirectoryNode& node, std::optional<int> written)
         .arg(node.entries.size());
 }
 
+RuntimeError WithHeldSentence(const RuntimeError& error, const DirectoryNode& node, std::optional<int> written)
+{
+    return {error.Number(), error.Description() + HeldSentence(node, written), error.Source()};
+}
+
+/// One number for each node of a database, from 0 up.
+qint64 SectionOf(const NodeIdentity& identity)
+{
+    constexpr int bits = 16;
+    qint64 section = 0;
+    for (const qint16 part : {identity.partition.config, identity.partition.number, identity.number})
+        section = (section << bits) | static_cast<quint16>(part);
+    return section;
+}
+
 void KeepStoredVersion(DataBase& dataBase, const NodeIdentity& identity, const QString& miscFolder,
                        int highestMessageNode)
 {
@@ -87,7 +103,7 @@ void SaveNode(DataBase& dataBase, const DirectoryNode& node)
         SaveEntries(dataBase, node, *written);
         sync.Finish();
     } catch (const RuntimeError& error) {
-        throw RuntimeError(error.Number(), error.Description() + HeldSentence(node, written), error.Source());
+        throw WithHeldSentence(error, node, written);
     }
 }
 
@@ -105,7 +121,13 @@ void RequireRoomForSave(const QString& databaseFolder)
 std::optional<DirectoryNode> SaveNodeKeepingVersion(DataBase& dataBase, const DirectoryNode& node,
                                                     const QString& miscFolder, int highestMessageNode)
 {
-    KeepStoredVersion(dataBase, node.identity, miscFolder, highestMessageNode);
+    std::optional<SavingLock> lock;
+    try {
+        lock.emplace(dataBase.Conn, SectionOf(node.identity));
+        KeepStoredVersion(dataBase, node.identity, miscFolder, highestMessageNode);
+    } catch (const RuntimeError& error) {
+        throw WithHeldSentence(error, node, std::nullopt);
+    }
     SaveNode(dataBase, node);
     return ReadBack(dataBase, node.identity, highestMessageNode);
 }

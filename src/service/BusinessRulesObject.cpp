@@ -68,6 +68,14 @@ HRESULT BusinessRulesObject::ShowNodeEditor(std::int16_t configId, std::int16_t 
     return S_OK;
 }
 
+bool BusinessRulesObject::LoadInto(EditorForm& form, std::int16_t nodeNumber)
+{
+    if (!mRules.WaitForDatabase())
+        return false;
+    mRules.LoadExistingNodesInRecordSelector(form, nodeNumber);
+    return mRules.LoadPromptMSGNodeNumber(form) && mRules.LoadData(form, nodeNumber);
+}
+
 /// A form lives for one call: whatever state a failure left it in, the next call starts from a fresh one.
 void BusinessRulesObject::RunEditor(std::int16_t configId, std::int16_t partitionId, std::int16_t nodeNumber)
 {
@@ -86,8 +94,7 @@ void BusinessRulesObject::RunEditor(std::int16_t configId, std::int16_t partitio
         form->HideEntryEditors();
         form->Load();
         Module().PendingMessage.clear();
-        mRules.LoadExistingNodesInRecordSelector(*form, nodeNumber);
-        const bool show = mRules.LoadPromptMSGNodeNumber(*form) && mRules.LoadData(*form, nodeNumber);
+        const bool show = LoadInto(*form, nodeNumber);
         form->MarkUnchanged();
         if (!show) {
             form->Unload();

@@ -19,6 +19,7 @@ protected:
     HRESULT Call(DISPID member, const DISPPARAMS& arguments, VARIANT* result, std::uint32_t* badArgument) override;
 
 private:
+    bool LoadInto(EditorForm& form, std::int16_t nodeNumber);
     void RunEditor(std::int16_t configId, std::int16_t partitionId, std::int16_t nodeNumber);
 
     BusinessRules mRules;

@@ -1,10 +1,10 @@
 #include "platform/data/SavingLock.h"
 
 #include "platform/data/Engine.h"
+#include "platform/runtime/StandardError.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 #include <fcntl.h>
 #include <QDeadlineTimer>
@@ -27,16 +27,11 @@ struct SavingLock::Held
 
 namespace {
 
-void TellOnce(const QString& lockName, int error)
+void TellUnlocked(const QString& lockName, int error)
 {
-    static const bool told = [&] {
-        std::fprintf(stderr,
-                     "QOR_DIR_NODE: %s cannot be locked: %s. Saving goes on, but two programs must not save the "
-                     "same node at once.\n",
-                     qUtf8Printable(lockName), std::strerror(error));
-        return true;
-    }();
-    Q_UNUSED(told)
+    TellOnce(u"saving lock"_s,
+             u"%1 cannot be locked: %2. Saving goes on, but two programs must not save the same node at once."_s.arg(
+                 lockName, QString::fromLocal8Bit(std::strerror(error))));
 }
 
 /// A new lock file for all who may write the database, whatever the umask. Who cannot be made its owner or group has
@@ -115,7 +110,7 @@ SavingLock::SavingLock(Connection& connection, qint64 section)
     const QString lockName = engine.canonicalPath + u"-saving"_s;
     const int descriptor = OpenLockFile(lockName, engine.canonicalPath);
     if (descriptor < 0) {
-        TellOnce(lockName, errno);
+        TellUnlocked(lockName, errno);
         return;
     }
     mHeld = std::make_unique<Held>(descriptor);
@@ -126,7 +121,7 @@ SavingLock::SavingLock(Connection& connection, qint64 section)
                            "try again."_s.arg(engine.fileName));
     }
     if (error != 0)
-        TellOnce(lockName, error);
+        TellUnlocked(lockName, error);
 }
 
 SavingLock::~SavingLock() = default;

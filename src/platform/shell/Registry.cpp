@@ -1,12 +1,11 @@
 #include "platform/shell/Registry.h"
 
 #include "platform/runtime/RuntimeError.h"
+#include "platform/runtime/StandardError.h"
 #include "platform/shell/ReadFile.h"
 #include "platform/shell/ReplaceFile.h"
 #include "platform/shell/TrustedPath.h"
 
-#include <cstdio>
-#include <mutex>
 #include <QFileInfo>
 #include <QLockFile>
 #include <QStringEncoder>
@@ -39,13 +38,6 @@ QByteArray ReadRegistryFile()
     } catch (const RuntimeError& error) {
         throw RuntimeError(error.Number(), u"The registry file %1 It was left as it is."_s.arg(error.Description()));
     }
-}
-
-/// The registry is read often, and hosts may read it often as well.
-void TellOnce(const QString& problem)
-{
-    static std::once_flag told;
-    std::call_once(told, [&] { std::fprintf(stderr, "QOR_DIR_NODE: %s\n", qUtf8Printable(problem)); });
 }
 
 /// The bytes of a text in the encoding that the file had before, with its mark where it had one.
@@ -114,7 +106,7 @@ Registry::Registry()
     try {
         mValues = ParseRegistryText(DecodeRegistryText(ReadRegistryFile()));
     } catch (const RuntimeError& error) {
-        TellOnce(error.Description());
+        TellOnce(u"registry"_s, error.Description());
     }
 }
 
