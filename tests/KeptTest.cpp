@@ -51,7 +51,7 @@ void TypePerson(Editor& editor, int person)
 void TypeAndSave(Editor& editor)
 {
     editor.FocusOn("LVDirectory");
-    for (int person = 0; person < 400; ++person) {
+    for (int person = 0; person < 200; ++person) {
         TypePerson(editor, person);
         if (person % 5 == 4)
             editor.Click("cmdApply").FocusOn("LVDirectory");
@@ -360,21 +360,28 @@ private Q_SLOTS:
     {
         QRandomGenerator moments(Seed("QOR_KILL_SEED"));
         const int kills = qMax(12, qEnvironmentVariableIntValue("QOR_KILLS"));
+        // Saves that take as long as the typing between them; no prompt stands twice.
+        const auto fill = [this] {
+            mSample->Run(u"DELETE FROM Detail_DIR WHERE NodeMasterID = 7"_s);
+            mSample->Run(u"INSERT INTO Detail_DIR SELECT 1, 1, 7, SequenceNo, LastName, FirstName, Extension, 700 + "
+                         "SequenceNo, Password FROM Detail_DIR WHERE NodeMasterID = 12 AND SequenceNo <= 250"_s);
+        };
+        fill();
         const QStringList before = mSample->Entries(7);
         int offered = 0;
         int cutShort = 0;
         // On a slow machine the first moments may all come too early.
         for (int kill = 0; kill < kills || ((offered == 0 || cutShort == 0) && kill < 200); ++kill) {
-            mSample->SetEntries(7, before);
+            fill();
             const auto child = Start(u"--type"_s);
             QVERIFY(child->waitForReadyRead());
-            QTest::qSleep(static_cast<int>(moments.bounded(20 + 10 * kill % 700)));
+            QTest::qSleep(static_cast<int>(moments.bounded(300)));
             child->kill();
             QVERIFY(child->waitForFinished());
             const int complete = child->readAll().trimmed().split('\n').last().toInt();
 
             QStringList people = before;
-            for (int person = 0; person < 400; ++person)
+            for (int person = 0; person < 200; ++person)
                 people << u"%1|B|%2|"_s.arg(NameOf(person)).arg(person + 1);
             const auto isBeginning = [&](const QStringList& list) {
                 return std::equal(list.begin(), list.end(), people.begin(), people.begin() + list.size(),
