@@ -8,6 +8,7 @@
 #include "support/SampleDatabase.h"
 
 #include <algorithm>
+#include <array>
 #include <iostream>
 #include <QApplication>
 #include <QJsonArray>
@@ -16,6 +17,8 @@
 #include <QProcess>
 #include <QPushButton>
 #include <QRandomGenerator>
+#include <QSqlDatabase>
+#include <QSqlQuery>
 #include <QTest>
 #include <QTreeWidget>
 #include <sys/stat.h>
@@ -74,8 +77,21 @@ void LeaveChanged(Editor& editor)
     QTest::qWait(60'000);
 }
 
-const std::map<QString, Editor::User> users{
-    {u"--type"_s, TypeAndSave}, {u"--fail"_s, FailWhileSaving}, {u"--leave"_s, LeaveChanged}};
+/// Saves another half of the list when it is told to.
+void SaveHalf(Editor& editor, bool firstHalf)
+{
+    editor.ClickRow(firstHalf ? 250 : 0);
+    editor.ClickRow(firstHalf ? 499 : 249, Qt::ShiftModifier).Click("cmdDirRemove");
+    std::cout << "ready" << std::endl;
+    std::cin.get();
+    editor.Click("cmdApply");
+}
+
+const std::map<QString, Editor::User> users{{u"--type"_s, TypeAndSave},
+                                            {u"--fail"_s, FailWhileSaving},
+                                            {u"--leave"_s, LeaveChanged},
+                                            {u"--first"_s, [](Editor& e) { SaveHalf(e, true); }},
+                                            {u"--last"_s, [](Editor& e) { SaveHalf(e, false); }}};
 
 } // namespace
 
@@ -124,6 +140,13 @@ private:
     void Open7(const Editor::User& user, std::initializer_list<ExpectedBox> before = {})
     {
         Editor::Open(1, 1, 7, user, before);
+    }
+    /// No prompt stands twice.
+    void FillSeventh(int entryCount) const
+    {
+        mSample->Run(u"DELETE FROM Detail_DIR WHERE NodeMasterID = 7"_s);
+        mSample->Run(u"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < %1) INSERT INTO "
+                     "Detail_DIR SELECT 1, 1, 7, i, 'Smith', 'Anne', i, 1000 - i, 1 FROM n"_s.arg(entryCount));
     }
     static quint32 Seed(const char* variable)
     {
@@ -355,24 +378,56 @@ private Q_SLOTS:
         QCOMPARE(mSample->Entries(12), stored);
     }
 
+    // One list or the other stays whole. QOR_SAVERS says how often.
+    void twoSaversAtOnce()
+    {
+        for (int round = 0; round < qMax(3, qEnvironmentVariableIntValue("QOR_SAVERS")); ++round) {
+            FillSeventh(500);
+            const QStringList all = mSample->Entries(7);
+            std::array children{Start(u"--first"_s), Start(u"--last"_s)};
+            for (const auto& child : children)
+                QVERIFY(child->waitForReadyRead());
+            for (const auto& child : children)
+                child->write("\n");
+            for (const auto& child : children)
+                QVERIFY(child->waitForFinished());
+            const QStringList left = mSample->Entries(7);
+            QVERIFY(left == all.first(250) || left == all.last(250));
+            QCOMPARE(ReadVersions(Misc(), node7).front().node.entries.size(), std::size_t{250});
+        }
+    }
+
+    // Something is on screen before long, and the editor comes once the lock has gone.
+    void lockedWhileOpening()
+    {
+        QSqlDatabase other = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"other"_s);
+        other.setDatabaseName(mSample->FileName());
+        QVERIFY(other.open());
+        mSample->Run(u"PRAGMA journal_mode = DELETE"_s); // in which a lock keeps readers out, too
+        QVERIFY(QSqlQuery(other).exec(u"BEGIN EXCLUSIVE"_s));
+        BoxScript boxes;
+        boxes.Expect(ExpectedDialog{u"question \"DIR Editor\": "_s, [](QDialog& dialog) { dialog.reject(); }});
+        CallLibrary(1, 1, 7);
+        boxes.Verify();
+        boxes.Expect(ExpectedDialog{u"question \"DIR Editor\": "_s, [&](QDialog&) { other.close(); }});
+        Editor::Open(
+            1, 1, 7, [](Editor& e) { QCOMPARE(e.RowCount(), 4); }, boxes);
+        other = {};
+        QSqlDatabase::removeDatabase(u"other"_s);
+    }
+
     // At chance moments of typing and saving; QOR_KILLS says how many.
     void killedAtAnyMoment()
     {
         QRandomGenerator moments(Seed("QOR_KILL_SEED"));
         const int kills = qMax(12, qEnvironmentVariableIntValue("QOR_KILLS"));
-        // Saves that take as long as the typing between them; no prompt stands twice.
-        const auto fill = [this] {
-            mSample->Run(u"DELETE FROM Detail_DIR WHERE NodeMasterID = 7"_s);
-            mSample->Run(u"INSERT INTO Detail_DIR SELECT 1, 1, 7, SequenceNo, LastName, FirstName, Extension, 700 + "
-                         "SequenceNo, Password FROM Detail_DIR WHERE NodeMasterID = 12 AND SequenceNo <= 250"_s);
-        };
-        fill();
+        FillSeventh(250); // saves that take as long as the typing between them
         const QStringList before = mSample->Entries(7);
         int offered = 0;
         int cutShort = 0;
         // On a slow machine the first moments may all come too early.
         for (int kill = 0; kill < kills || ((offered == 0 || cutShort == 0) && kill < 200); ++kill) {
-            fill();
+            FillSeventh(250);
             const auto child = Start(u"--type"_s);
             QVERIFY(child->waitForReadyRead());
             QTest::qSleep(static_cast<int>(moments.bounded(300)));

@@ -20,6 +20,7 @@ void SetUp(QProgressDialog& dialog)
     dialog.setWindowModality(Qt::ApplicationModal);
     dialog.setAttribute(Qt::WA_QuitOnClose, false);
     dialog.setRange(0, 0); // busy
+    QObject::connect(&dialog, &QDialog::rejected, &dialog, &QProgressDialog::cancel);
     dialog.setMinimumDuration(0);
     dialog.show();
 }

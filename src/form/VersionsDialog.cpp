@@ -14,6 +14,7 @@ namespace qor {
 namespace {
 
 constexpr QSize dialogSize(440, 300);
+constexpr int columnGap = 12;
 
 QTreeWidget* VersionList(const QList<QStringList>& versions, QWidget* parent)
 {
@@ -28,8 +29,10 @@ QTreeWidget* VersionList(const QList<QStringList>& versions, QWidget* parent)
     list->setAllColumnsShowFocus(true);
     for (const QStringList& version : versions)
         list->addTopLevelItem(new QTreeWidgetItem(version));
-    for (int column = 0; column < list->columnCount(); ++column)
+    for (int column = 0; column < list->columnCount(); ++column) {
         list->resizeColumnToContents(column);
+        list->setColumnWidth(column, list->columnWidth(column) + columnGap);
+    }
     list->setCurrentItem(list->topLevelItem(0));
     return list;
 }

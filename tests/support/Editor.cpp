@@ -15,6 +15,14 @@ namespace qor {
 
 namespace {
 
+void Require(bool condition, const char* reason)
+{
+    if (!condition)
+        QTest::qFail(reason, __FILE__, __LINE__);
+}
+
+} // namespace
+
 void CallLibrary(int config, int partition, int node)
 {
     IClassFactory* factory = nullptr;
@@ -27,18 +35,15 @@ void CallLibrary(int config, int partition, int node)
     rules->Release();
 }
 
-void Require(bool condition, const char* reason)
-{
-    if (!condition)
-        QTest::qFail(reason, __FILE__, __LINE__);
-}
-
-} // namespace
-
-/// Twice: when a box has just been answered, what asked it goes on before the next time.
 void Editor::Open(int config, int partition, int node, const User& user, std::initializer_list<ExpectedBox> before)
 {
     BoxScript boxes(before);
+    Open(config, partition, node, user, boxes);
+}
+
+/// Twice: when a box has just been answered, what asked it goes on before the next time.
+void Editor::Open(int config, int partition, int node, const User& user, BoxScript& boxes)
+{
     int seen = 0;
     QTimer timer;
     QObject::connect(&timer, &QTimer::timeout, &timer, [&] {

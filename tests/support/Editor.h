@@ -11,6 +11,9 @@
 
 namespace qor {
 
+/// ShowNodeEditor of a new object, as a host calls it.
+void CallLibrary(int config, int partition, int node);
+
 class Editor
 {
 public:
@@ -20,6 +23,7 @@ public:
     /// saving. `before`: boxes that come earlier.
     static void Open(int config, int partition, int node, const User& user,
                      std::initializer_list<ExpectedBox> before = {});
+    static void Open(int config, int partition, int node, const User& user, BoxScript& boxes);
 
     /// A control of the form, shown or hidden.
     template <typename Control = QWidget>

@@ -1,6 +1,9 @@
-// pictures FOLDER PREFIX CSV-FILE [--dark]: drives the editor through its states and writes a picture of each.
+// pictures FOLDER PREFIX CSV-FILE [--dark]: drives the editor through its states and writes a picture of each. It needs
+// the database of a sample that nobody has open, and ends the process once in the middle of work: call it with --crash
+// first.
 #include "QOR_DIR_Node.h"
 
+#include <cstdlib>
 #include <deque>
 #include <functional>
 #include <QAbstractButton>
@@ -14,6 +17,9 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QPainter>
+#include <QProgressDialog>
+#include <QSqlDatabase>
+#include <QSqlQuery>
 #include <QStyleFactory>
 #include <QTableView>
 #include <QTimer>
@@ -49,9 +55,12 @@ public:
     Tour(QString folder, QString prefix, QString csvFile)
         : mFolder(std::move(folder)), mPrefix(std::move(prefix)), mCsvFile(std::move(csvFile))
     {
+        PlanLock();
+        TakeBox(u"box-restore"_s, QMessageBox::No);
         PlanEditor();
         PlanMenuAndFind();
         PlanCommit();
+        PlanVersions();
         PlanImport();
         constexpr int lookEvery = 120; // ms
         QObject::connect(&mTimer, &QTimer::timeout, &mTimer, [this] { Look(); });
@@ -67,6 +76,8 @@ private:
         QWidget* modal = popup ? popup : QApplication::activeModalWidget();
         if (!modal || mSteps.empty() || !mSteps.front().isFor(*modal))
             return;
+        if (!popup)
+            modal->activateWindow(); // which no window manager does here
         const Step step = std::move(mSteps.front());
         mSteps.pop_front();
         step.run(*modal);
@@ -76,6 +87,8 @@ private:
     static bool IsMenu(QWidget& window) { return qobject_cast<QMenu*>(&window) != nullptr; }
     static bool IsBox(QWidget& window) { return qobject_cast<QMessageBox*>(&window) != nullptr; }
     static bool IsFileDialog(QWidget& window) { return qobject_cast<QFileDialog*>(&window) != nullptr; }
+    static bool IsWaiting(QWidget& window) { return qobject_cast<QProgressDialog*>(&window) != nullptr; }
+    static bool IsVersions(QWidget& window) { return window.objectName() == u"dlgVersions"_s; }
     static bool IsQuestion(QWidget& window) { return window.findChild<QAbstractButton*>(u"cmdYesToAll"_s) != nullptr; }
 
     static void Click(QWidget& window, const QString& name)
@@ -100,6 +113,15 @@ private:
         });
     }
 
+    /// The first call finds the database locked.
+    void PlanLock()
+    {
+        Then(IsWaiting, [this](QWidget& dialog) {
+            Take(dialog, u"waiting"_s);
+            dynamic_cast<QProgressDialog&>(dialog).cancel();
+        });
+    }
+
     void PlanEditor()
     {
         Then(IsEditor, [this](QWidget& editor) {
@@ -119,12 +141,17 @@ private:
         });
     }
 
-    void PlanMenuAndFind()
+    void OpenMenu()
     {
         Then(IsEditor, [](QWidget& editor) {
             QCoreApplication::postEvent(List(editor).viewport(),
                                         new QContextMenuEvent(QContextMenuEvent::Keyboard, {}, {}));
         });
+    }
+
+    void PlanMenuAndFind()
+    {
+        OpenMenu();
         Then(IsMenu, [this](QWidget& menu) {
             Take(menu, u"menu"_s);
             menu.close();
@@ -158,6 +185,19 @@ private:
         });
     }
 
+    void PlanVersions()
+    {
+        OpenMenu();
+        Then(IsMenu, [](QWidget& menu) {
+            QTimer::singleShot(0, menu.actions().constLast(), &QAction::trigger);
+            menu.close();
+        });
+        Then(IsVersions, [this](QWidget& dialog) {
+            Take(dialog, u"versions"_s);
+            dialog.close();
+        });
+    }
+
     void PlanImport()
     {
         Then(IsEditor, [](QWidget& editor) { Click(editor, u"cmdOpenCSVFilename"_s); });
@@ -180,6 +220,47 @@ private:
     QTimer mTimer;
 };
 
+void ShowEditor()
+{
+    IClassFactory* factory = nullptr;
+    _BusinessRules* rules = nullptr;
+    DllGetClassObject(CLSID_BusinessRules, IID_IClassFactory, reinterpret_cast<void**>(&factory));
+    factory->CreateInstance(nullptr, IID__BusinessRules, reinterpret_cast<void**>(&rules));
+    factory->Release();
+    rules->ShowNodeEditor(1, 1, 7, nullptr);
+    rules->Release();
+}
+
+/// Ends this process as soon as something is changed.
+void CrashWhileEditing()
+{
+    QTimer timer;
+    timer.callOnTimeout([] {
+        QWidget* form = QApplication::activeModalWidget();
+        if (!form)
+            return;
+        form->findChild<QAbstractButton*>(u"cmdDirAdd"_s)->click();
+        std::_Exit(0);
+    });
+    timer.start(1);
+    ShowEditor();
+}
+
+/// Opens the editor while another connection keeps everybody out.
+void ShowEditorLocked()
+{
+    {
+        QSqlDatabase other = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"other"_s);
+        other.setDatabaseName(qEnvironmentVariable("KELDAR_COMMON_APPDATA") +
+                              u"/Quorvanta/KELDAR+/Database/NewDB.mdb"_s);
+        other.open();
+        other.exec(u"PRAGMA locking_mode = EXCLUSIVE"_s);
+        other.exec(u"BEGIN EXCLUSIVE"_s);
+        ShowEditor();
+    }
+    QSqlDatabase::removeDatabase(u"other"_s);
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -192,13 +273,10 @@ int main(int argc, char** argv)
     if (arguments.contains(u"--dark"_s))
         QApplication::setPalette(DarkPalette());
 
+    if (arguments.contains(u"--crash"_s))
+        CrashWhileEditing();
     const Tour tour(arguments[1], arguments[2], arguments[3]);
-    IClassFactory* factory = nullptr;
-    _BusinessRules* rules = nullptr;
-    DllGetClassObject(CLSID_BusinessRules, IID_IClassFactory, reinterpret_cast<void**>(&factory));
-    factory->CreateInstance(nullptr, IID__BusinessRules, reinterpret_cast<void**>(&rules));
-    factory->Release();
-    rules->ShowNodeEditor(1, 1, 7, nullptr);
-    rules->Release();
+    ShowEditorLocked();
+    ShowEditor();
     return tour.Finished() ? 0 : 1;
 }
