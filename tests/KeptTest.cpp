@@ -176,6 +176,7 @@ private Q_SLOTS:
             e.Expect(SaveQuestion(QMessageBox::No)).Click("cmdNext");
             e.Click("cmdPrevious").ClickRow(0).Click("cmdDirRemove").Click("cmdOK");
         });
+        Open7([&](Editor& e) { e.Type(label, u"y"_s).Expect(SaveQuestion(QMessageBox::No)).Close(); });
         QCOMPARE(Files(), QStringList());
         Open7([](Editor& e) { QVERIFY(!e.IsDirty() && e.RowCount() == 3); });
     }

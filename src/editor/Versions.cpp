@@ -45,7 +45,7 @@ bool Versions::CanShow() const
 
 void Versions::Show()
 {
-    ReportErrors(u"Show"_s, [&] {
+    ReportErrors(u"ShowVersions"_s, [&] {
         mEntryCommands.LeaveEditMode();
         std::vector<KeptNode> versions = ReadVersions(GetMiscFolder(), mForm.NodeShown());
         if (versions.empty()) {

@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <QDir>
+#include <unistd.h>
 
 namespace qor {
 
@@ -35,12 +36,14 @@ bool IsLeft(const RunningProcess& writer)
 std::optional<KeptNode> ReadLeftDraft(const QFileInfo& file, const NodeIdentity& identity)
 {
     const QString fileName = file.filePath();
+    if (file.ownerId() != geteuid()) // what others put there is not for this administrator
+        return std::nullopt;
     KeptReading reading{KeptReading::Verdict::Damaged, {}};
     if (file.size() <= highestDraftSize) {
         try {
             reading = ReadKeptText(ReadWholeFile(fileName, highestDraftSize).value_or(QByteArray()), identity);
         } catch (const RuntimeError&) {
-            return std::nullopt; // another user's
+            return std::nullopt;
         }
     }
     if (reading.verdict == KeptReading::Verdict::Damaged)

@@ -280,6 +280,7 @@ void frmDIR::Form_Unload(bool& cancel)
         cancel = true;
         return;
     }
+    MarkUnchanged(); // what a field does when it loses the focus with the form keeps no draft any more
     Module().OldListViewProc = SetWindowLongA(LVDirectory->Handle(), GWL_WNDPROC, Module().OldListViewProc);
 }
 
