@@ -1,13 +1,7 @@
 // Splits a text at commas and line ends into fields, from any device, in bounded memory.
 #pragma once
 
-#include "platform/runtime/Text.h"
-
-#include <QByteArray>
-#include <QStringDecoder>
-#include <QStringEncoder>
-
-class QIODevice;
+#include "rules/TextBytes.h"
 
 namespace qor {
 
@@ -31,27 +25,18 @@ public:
     /// The next field. Raises RuntimeError at the end of the input, when the device fails, and for a field
     /// that is too long.
     QString ReadField();
+    /// The number of the line, from 1, on which the next field begins.
+    qint64 Line() const { return mLine; }
 
 private:
-    int Peek();
-    int Take();
-    bool Refill();
-    bool Start();
-    QByteArray ReadChunk();
-    QByteArray Narrowed(const QByteArray& chunk);
     static void Add(QByteArray& field, int byte);
     void SkipBlanks();
     QByteArray TakeQuoted();
     void TakeUnquoted(QByteArray& field);
     void TakeFieldEnd();
 
-    QIODevice& mDevice;
-    QByteArray mBuffer;
-    qsizetype mPosition = 0;
-    bool mStarted = false;
-    bool mWide = false;
-    QStringDecoder mDecodeWide;
-    QStringEncoder mEncode{QStringEncoder::Utf8};
+    TextBytes mText;
+    qint64 mLine = 1;
 };
 
 } // namespace qor

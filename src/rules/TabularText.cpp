@@ -3,137 +3,98 @@
 #include "rules/DelimitedWriter.h"
 
 #include <algorithm>
+#include <QBuffer>
 #include <utility>
 
 namespace qor {
 
 namespace {
 
-constexpr qsizetype columnCount = 3;
-const QString captions = u"LastName\tFirstName\tExtension"_s;
+/// In the order of TableLayout::columns.
+constexpr std::array entryFields{&DirectoryEntry::lastName, &DirectoryEntry::firstName, &DirectoryEntry::extension};
 
-QChar SeparatorOf(const QString& text)
+char SeparatorOf(const QString& text)
 {
-    for (const QChar separator : {u'\t', u';'}) {
-        if (text.contains(separator))
+    for (const char separator : {'\t', ';'}) {
+        if (text.contains(QLatin1Char(separator)))
             return separator;
     }
-    return u',';
+    return ',';
 }
 
-bool IsLeftOut(const QStringList& row)
+std::unique_ptr<QIODevice> DeviceOf(const QString& text)
 {
-    const bool isEmpty = std::all_of(row.begin(), row.end(), [](const QString& field) { return field.isEmpty(); });
-    return isEmpty || row.join(u'\t').compare(captions, Qt::CaseInsensitive) == 0;
-}
-
-QString Limited(const QString& field)
-{
-    constexpr qsizetype highest = TabularReader::highestFieldLength;
-    return field.size() > highest ? CutAtCharacter(field, highest) + u'\u2026' : field;
+    auto buffer = std::make_unique<QBuffer>();
+    buffer->setData(text.toUtf8());
+    buffer->open(QIODevice::ReadOnly);
+    return buffer;
 }
 
 } // namespace
 
-TabularReader::TabularReader(QString text) : mText(std::move(text)), mSeparator(SeparatorOf(mText))
+TabularReader::TabularReader(const QString& text) : TabularReader(DeviceOf(text), {.separator = SeparatorOf(text)}) {}
+
+TabularReader::TabularReader(std::unique_ptr<QIODevice> text, const TableLayout& layout) : TabularReader(*text, layout)
 {
-    Advance();
+    mText = std::move(text);
+}
+
+TabularReader::TabularReader(QIODevice& device, const TableLayout& layout)
+    : mLayout(layout), mReader(device, layout.separator)
+{
+    Skip();
 }
 
 QStringList TabularReader::ReadRow()
 {
-    QStringList row = std::move(mRow);
-    Advance();
+    const QStringList row = QStringList{mEntry.lastName, mEntry.firstName, mEntry.extension}.first(mFieldCount);
+    Skip();
     return row;
 }
 
-void TabularReader::Advance()
+DirectoryEntry TabularReader::ReadEntry()
 {
-    mRow.clear();
-    while (mRow.isEmpty() && mPosition < mText.size()) {
-        QStringList row = ReadLine();
-        if (!IsLeftOut(row))
-            mRow = std::move(row);
+    DirectoryEntry entry = std::move(mEntry);
+    Skip();
+    return entry;
+}
+
+void TabularReader::Skip()
+{
+    bool isFound = false;
+    while (!isFound && !mReader.AtEnd()) {
+        mLine = mReader.Line();
+        ReadFields();
+        isFound = mLine >= mLayout.firstLine && !IsLeftOut();
+    }
+    if (!isFound)
+        mFieldCount = 0;
+}
+
+void TabularReader::ReadFields()
+{
+    for (const auto field : entryFields)
+        (mEntry.*field).resize(0); // and its room stays
+    mFieldCount = 0;
+    bool more = true;
+    for (int column = 0; more; ++column) {
+        const auto* const wanted = std::ranges::find(mLayout.columns, column);
+        const auto index = wanted - mLayout.columns.begin();
+        const bool isWanted = wanted != mLayout.columns.end();
+        more = mReader.ReadField(isWanted ? &(mEntry.*entryFields.at(index)) : nullptr);
+        if (isWanted)
+            mFieldCount = std::max(mFieldCount, static_cast<int>(index) + 1);
     }
 }
 
-QStringList TabularReader::ReadLine()
+bool TabularReader::IsLeftOut() const
 {
-    QStringList row;
-    do {
-        const QString field = ReadField();
-        if (row.size() < columnCount)
-            row << field;
-    } while (TakeSeparator());
-    TakeLineEnd();
-    return row;
-}
-
-QString TabularReader::ReadField()
-{
-    while (!EndsField(mPosition) && mText[mPosition].isSpace())
-        ++mPosition;
-    QString field = TakeQuoted();
-    field += TakeUnquoted();
-    return Limited(field);
-}
-
-QString TabularReader::TakeQuoted()
-{
-    if (EndsField(mPosition) || mText[mPosition] != u'"')
-        return {};
-    const qsizetype first = mPosition + 1;
-    const qsizetype closing = ClosingQuote(first);
-    if (closing < 0)
-        return {};
-    mPosition = closing + 1;
-    return mText.sliced(first, closing - first).replace(u"\"\""_s, u"\""_s);
-}
-
-/// Takes what stands up to the end of the field, without the blanks at its end. Behind a quoted field that is
-/// nothing, or text that belongs to it.
-QStringView TabularReader::TakeUnquoted()
-{
-    const qsizetype first = mPosition;
-    while (!EndsField(mPosition))
-        ++mPosition;
-    QStringView text = QStringView(mText).sliced(first, mPosition - first);
-    while (!text.isEmpty() && text.back().isSpace())
-        text.chop(1);
-    return text;
-}
-
-/// -1 for none, which a whole text has at most once: behind such a field all quotes come in pairs.
-qsizetype TabularReader::ClosingQuote(qsizetype from) const
-{
-    qsizetype quote = mText.indexOf(u'"', from);
-    while (quote >= 0 && quote + 1 < mText.size() && mText[quote + 1] == u'"')
-        quote = mText.indexOf(u'"', quote + 2);
-    return quote;
-}
-
-bool TabularReader::EndsField(qsizetype position) const
-{
-    if (position >= mText.size())
-        return true;
-    const QChar c = mText[position];
-    return c == mSeparator || c == u'\r' || c == u'\n';
-}
-
-bool TabularReader::TakeSeparator()
-{
-    const bool isThere = mPosition < mText.size() && mText[mPosition] == mSeparator;
-    if (isThere)
-        ++mPosition;
-    return isThere;
-}
-
-void TabularReader::TakeLineEnd()
-{
-    if (QStringView(mText).sliced(mPosition).startsWith(u"\r\n"))
-        mPosition += 2;
-    else if (mPosition < mText.size())
-        ++mPosition;
+    const auto isEmpty = [this](auto field) { return (mEntry.*field).isEmpty(); };
+    const auto isCaption = [this](auto field, const QString& caption) {
+        const QString& text = mEntry.*field;
+        return text.size() == caption.size() && text.compare(caption, Qt::CaseInsensitive) == 0;
+    };
+    return std::ranges::all_of(entryFields, isEmpty) || std::ranges::equal(entryFields, mLayout.captions, isCaption);
 }
 
 QString TabularText(const std::vector<DirectoryEntry>& entries)

@@ -1,45 +1,50 @@
-// The text in which spreadsheets exchange rows over the clipboard.
+// Directory lists as tables: what spreadsheets write into files and exchange over the clipboard.
 #pragma once
 
 #include "rules/DirectoryNode.h"
+#include "rules/RowReader.h"
+#include "rules/TableLayout.h"
 
-#include <QStringList>
+#include <memory>
+#include <QIODevice>
 
 namespace qor {
 
-/// Splits a text into rows of fields. Tabs separate the fields; in a text without any, semicolons do, and in one
-/// without those commas. A line ends with CR LF, LF or CR. Blanks around a field are dropped. A field that begins with
-/// a double quote holds everything up to the closing one, separators and line ends included; two double quotes in it
-/// stand for one. Where nothing closes it, the quote is a character as others are.
-///
-/// Only the first three columns are read. Rows that are empty in them, and rows of the columns' captions, are left out.
+/// The rows of a table as RowReader splits it, in the three columns of an entry. Rows that are empty in them, and rows
+/// of the columns' captions, are left out.
 class TabularReader
 {
 public:
-    /// A longer field is cut and ends with an ellipsis, so that no check takes it for a name.
-    static constexpr qsizetype highestFieldLength = 8192;
+    static constexpr qsizetype highestFieldLength = RowReader::highestFieldLength;
 
-    explicit TabularReader(QString text);
+    /// Tabs separate the fields; in a text without any, semicolons do, and in one without those commas. Last name,
+    /// first name and extension are the first three columns.
+    explicit TabularReader(const QString& text);
+    /// device: open for reading; it must outlive the reader. Raises RuntimeError when it fails, as ReadRow does.
+    TabularReader(QIODevice& device, const TableLayout& layout);
 
-    bool AtEnd() const { return mRow.isEmpty(); }
-    /// The next row: one to three fields; none at the end.
+    bool AtEnd() const { return mFieldCount == 0; }
+    /// The next row: one to three fields, without those at the end that the line does not have; none at the end.
     QStringList ReadRow();
+    /// The same as an entry without a prompt.
+    DirectoryEntry ReadEntry();
+    /// The entry that ReadEntry would give.
+    const DirectoryEntry& NextEntry() const { return mEntry; }
+    void Skip();
+    /// The number of the line, from 1, on which the next row begins.
+    qint64 Line() const { return mLine; }
 
 private:
-    void Advance();
-    QStringList ReadLine();
-    QString ReadField();
-    QString TakeQuoted();
-    QStringView TakeUnquoted();
-    qsizetype ClosingQuote(qsizetype from) const;
-    bool EndsField(qsizetype position) const;
-    bool TakeSeparator();
-    void TakeLineEnd();
+    TabularReader(std::unique_ptr<QIODevice> text, const TableLayout& layout);
+    void ReadFields();
+    bool IsLeftOut() const;
 
-    QString mText;
-    QChar mSeparator;
-    qsizetype mPosition = 0;
-    QStringList mRow;
+    std::unique_ptr<QIODevice> mText;
+    TableLayout mLayout;
+    RowReader mReader;
+    DirectoryEntry mEntry; ///< the next one
+    int mFieldCount = 0;
+    qint64 mLine = 1;
 };
 
 /// Entries as a spreadsheet and TabularReader read them: a line for each, with its prompt and without its password.

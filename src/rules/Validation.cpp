@@ -19,6 +19,21 @@ void AddLine(QString& message, const QString& text)
     message += u"     "_s + text;
 }
 
+bool IsAllOf(const QString& text, bool (*admits)(QChar))
+{
+    return std::all_of(text.begin(), text.end(), admits);
+}
+
+bool IsName(const QString& text)
+{
+    return IsAllOf(text, IsLetter);
+}
+
+bool IsExtension(const QString& text)
+{
+    return text.size() <= highestExtensionLength && IsAllOf(text, IsDigit);
+}
+
 void CheckField(QString& message, const QString& field, const QString& text, bool sound)
 {
     if (text.isEmpty())
@@ -27,26 +42,27 @@ void CheckField(QString& message, const QString& field, const QString& text, boo
         AddLine(message, u"Invalid "_s + field);
 }
 
-bool IsAllOf(const QString& text, bool (*admits)(QChar))
-{
-    return std::all_of(text.begin(), text.end(), admits);
-}
-
 } // namespace
 
 QString ValidateData(const QString& lastName, const QString& firstName, const QString& extension)
 {
     QString message;
     try {
-        CheckField(message, u"LastName"_s, lastName, IsAllOf(lastName, IsLetter));
-        CheckField(message, u"FirstName"_s, firstName, IsAllOf(firstName, IsLetter));
-        CheckField(message, u"Extension"_s, extension,
-                   extension.size() <= highestExtensionLength && IsAllOf(extension, IsDigit));
+        CheckField(message, u"LastName"_s, lastName, IsName(lastName));
+        CheckField(message, u"FirstName"_s, firstName, IsName(firstName));
+        CheckField(message, u"Extension"_s, extension, IsExtension(extension));
     } catch (...) {
         // The caller lists the entry as invalid and shows why, so nothing is shown here.
         message.prepend(CurrentRuntimeError().Description() + u"[ValidateData]\r\n"_s);
     }
     return message;
+}
+
+bool IsValid(const DirectoryEntry& entry)
+{
+    const auto& [lastName, firstName, extension, prompt, password] = entry;
+    return !lastName.isEmpty() && !firstName.isEmpty() && !extension.isEmpty() && IsName(lastName) &&
+           IsName(firstName) && IsExtension(extension);
 }
 
 bool IsSound(const DirectoryEntry& entry)

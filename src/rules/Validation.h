@@ -19,6 +19,9 @@ constexpr bool IsLetter(QChar c)
 /// An extension of more than 16 characters is invalid whatever it is made of.
 QString ValidateData(const QString& lastName, const QString& firstName, const QString& extension);
 
+/// Whether ValidateData finds nothing wrong with it.
+bool IsValid(const DirectoryEntry& entry);
+
 /// Whether an entry may be saved: both names and an extension that passes the numeric test.
 bool IsSound(const DirectoryEntry& entry);
 
