@@ -6,6 +6,7 @@
 #include "support/Tool.h"
 
 #include <fcntl.h>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 
 using namespace qor;
@@ -65,13 +66,19 @@ private Q_SLOTS:
 
     void wrongCommandLine_data()
     {
-        AddCases({{"nothing", {}, u"command is missing"_s},
-                  {"unknown", u"%1|x"_s, u"no command \"%1\""_s},
-                  {"two files", u"check|a|b"_s, u"takes 1, not 2"_s},
+        AddCases({{"nothing", {}, u"dir-db: A command is missing"_s},
+                  {"unknown", u"-h|%1"_s, u"no command \"%1\""_s},
+                  {"one file too many", u"check|a|b"_s, u"dir-db check: \"b\" is one argument too many"_s},
+                  {"one too few", u"backup|a"_s, u"COPY is required"_s},
+                  {"no source", u"import-jet|--dry-run"_s, u"SOURCE is required"_s},
+                  {"no file", u"import-jet|a"_s, u"FILE is required without --dry-run"_s},
                   {"empty name", u"create|"_s, u"must not be empty"_s},
-                  {"option of another", u"check|--csv|a"_s, u"no option \"--csv\""_s},
-                  {"two options in one", u"show|--csv] [--passwords|a"_s, u"no option"_s},
-                  {"no number", u"show|a|--config"_s, u"needs a number"_s}});
+                  {"option of another", u"check|--csv|a"_s, u"dir-db check: There is no option \"--csv\""_s},
+                  {"option before", u"--csv|show|a"_s, u"belongs behind the command"_s},
+                  {"value of a flag", u"show|--csv=x|a"_s, u"--csv takes no value"_s},
+                  {"no value", u"show|a|--config"_s, u"--config needs a value"_s},
+                  {"no number", u"show|--config=0x1|a"_s, u"--config needs a whole number from"_s},
+                  {"17 bits", u"show|--config|32768|a"_s, u"--config needs a whole number from"_s}});
     }
     void wrongCommandLine()
     {
@@ -79,7 +86,42 @@ private Q_SLOTS:
         QFETCH(QString, expected);
         const Outcome outcome = DirDb(given.isEmpty() ? QStringList() : given.split(u'|'));
         QVERIFY2(outcome.exitCode == 2 && outcome.errors.contains(expected), qPrintable(outcome.errors));
+        QVERIFY2(outcome.errors.contains(u"--help\" tells more"), qPrintable(outcome.errors));
         QCOMPARE(outcome.output, QString());
+    }
+
+    void takesNames()
+    {
+        const auto inFolder = u"cd '%1' && "_s.arg(mFolder->path());
+        QCOMPARE(DirDb({u"create"_s, u"--"_s, u"-h"_s}, inFolder + u"\"$@\" && exec \"$1\" check -- -h"_s).exitCode, 0);
+        const Outcome outcome = DirDb({}, u"exec \"$1\" check \"$(printf 'caf\\351')\""_s);
+        QVERIFY2(outcome.exitCode == 2 && outcome.errors.contains(u"is not UTF-8"), qPrintable(outcome.errors));
+    }
+
+    void manualAndCompletionsFollowTheHelp()
+    {
+        const QString packaging = QStringLiteral(PACKAGING);
+        const QString manual = QString::fromUtf8(ReadFile(packaging + u"/man/dir-db.1"_s)).remove(u'\\');
+        const QString complete = u". '%1/completions/dir-db'; COMP_WORDS=(dir-db %2 --); COMP_CWORD=2; "
+                                 "_dir_db \"$0\"; echo ${COMPREPLY[*]}"_s;
+        const QStringList commands =
+            DirDb({u"help"_s}).output.section(u"Commands:\n"_s, 1).section(u"\n\n"_s, 0, 0).split(u'\n');
+        QVERIFY(commands.size() > 7);
+        for (const QString& line : commands) {
+            const QString command = line.simplified().section(u' ', 0, 0);
+            const QString synopsis = manual.section(u".SY dir-db\n.B %1\n"_s.arg(command), 1).section(u".SY"_s, 0, 0);
+            QStringList options;
+            for (const QString& word : DirDb({u"help"_s, command}).output.split(QRegularExpression(u"[ ,\n]+"_s)))
+                if (word.startsWith(u"--"))
+                    options << word;
+            for (const QString& option : options)
+                QVERIFY2(option == u"--help" || synopsis.contains(option), qPrintable(command + option));
+            QVERIFY2(!synopsis.isEmpty(), qPrintable(command));
+            if (command != u"help")
+                QCOMPARE(RunProgram(u"/bin/bash"_s, {u"-c"_s, complete.arg(packaging, command), QStringLiteral(DIR_DB)})
+                             .output.trimmed(),
+                         options.join(u' '));
+        }
     }
 
     void createMakesAnEmptyDatabase()

@@ -47,7 +47,7 @@ Recordset ReadRows(Connection& connection, const ShowRequest& request, const QLi
                          "Node_DIR.ConfigID = ?1 AND Node_DIR.PartID = ?2 AND NodeTypeID = ?3 "
                          "ORDER BY NodeNumber, SequenceNo"_s.arg(names.join(u", "_s));
     return Query(connection, text,
-                 {QString::number(request.config), QString::number(request.partition), NODE_TYPE_DIR});
+                 {QString::number(request.partition.config), QString::number(request.partition.number), NODE_TYPE_DIR});
 }
 
 QStringList Values(const Recordset& rows, const QList<ShownColumn>& columns, Owner owner)
@@ -134,10 +134,10 @@ void PrintNode(Recordset& rows, const QList<ShownColumn>& columns)
 
 } // namespace
 
-void ShowPartition(const QString& fileName, const ShowRequest& request)
+void ShowPartition(const ShowRequest& request)
 {
     Connection connection;
-    connection.SetConnectionString(ConnectionStringFor(fileName));
+    connection.SetConnectionString(ConnectionStringFor(request.fileName));
     const QList<ShownColumn> columns = ChosenColumns(request.withPasswords);
     Recordset rows = ReadRows(connection, request, columns);
     if (request.asCsv) {
@@ -145,8 +145,8 @@ void ShowPartition(const QString& fileName, const ShowRequest& request)
         return;
     }
     if (rows.EndOfFile())
-        PrintLine(u"There are no directory nodes in partition %1 of configuration %2."_s.arg(request.partition)
-                      .arg(request.config));
+        PrintLine(u"There are no directory nodes in partition %1 of configuration %2."_s.arg(request.partition.number)
+                      .arg(request.partition.config));
     while (!rows.EndOfFile())
         PrintNode(rows, columns);
 }

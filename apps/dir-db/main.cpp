@@ -13,7 +13,7 @@ int main(int argc, char** argv)
     std::signal(SIGXFSZ, SIG_IGN);
     try {
         const QCoreApplication application(argc, argv);
-        const int exitCode = qor::RunCommandLine(QCoreApplication::arguments().mid(1));
+        const int exitCode = qor::RunCommandLine(qor::Subcommands(), argc, argv);
         qor::FinishOutput();
         return exitCode;
     } catch (...) {
