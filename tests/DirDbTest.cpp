@@ -8,6 +8,7 @@
 #include <fcntl.h>
 #include <QRegularExpression>
 #include <QTemporaryDir>
+#include <unistd.h>
 
 using namespace qor;
 
@@ -17,6 +18,13 @@ namespace {
 Outcome DirDb(const QStringList& arguments, const QString& script = u"exec \"$@\""_s)
 {
     return RunProgram(u"/bin/sh"_s, QStringList{u"-c"_s, script, u"sh"_s, QStringLiteral(DIR_DB)} + arguments);
+}
+
+/// Permissions stop whoever has no privileges, and root has them all.
+Outcome DirDbWithoutPrivileges(const QStringList& arguments)
+{
+    const QString script = u"exec setpriv --bounding-set -all --inh-caps -all \"$@\""_s;
+    return DirDb(arguments, geteuid() == 0 ? script : u"exec \"$@\""_s);
 }
 
 bool IsForOwner(const QString& fileName)
@@ -258,6 +266,26 @@ private Q_SLOTS:
                  qPrintable(said));
         QCOMPARE(ReadFile(fileName), before);
         QCOMPARE(EntriesOf(QFileInfo(fileName).path()).size(), 1);
+    }
+
+    void readsWhereNothingMayBeWritten()
+    {
+        const QString left = LeftBehind();
+        RunProgram(u"/bin/cp"_s, {left, Path(u"alone"_s)});
+        RunProgram(u"/bin/chmod"_s, {u"a+rX,a-w"_s, u"-R"_s, mFolder->path()});
+        const QStringList before = EntriesOf(mFolder->path());
+        QList<Outcome> outcomes;
+        for (const QString& name : {u"alone"_s, u"left"_s}) {
+            for (const QString& command : {u"check"_s, u"show"_s})
+                outcomes << DirDbWithoutPrivileges({command, Path(name)});
+        }
+        QFile::setPermissions(mFolder->path(),
+                              QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+        QVERIFY2(outcomes[0].output.contains(u"alone: sound"), qPrintable(outcomes[0].errors));
+        QVERIFY2(outcomes[1].output.startsWith(u"DIR"), qPrintable(outcomes[1].errors));
+        for (const Outcome& outcome : {outcomes[2], outcomes[3]})
+            QVERIFY2(outcome.exitCode == 1 && outcome.errors.contains(u"has a log beside"), qPrintable(outcome.errors));
+        QCOMPARE(EntriesOf(mFolder->path()), before);
     }
 
     void checkFinds_data()

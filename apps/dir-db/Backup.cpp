@@ -8,6 +8,7 @@
 #include "platform/data/DatabaseFile.h"
 #include "platform/runtime/RuntimeError.h"
 #include "Query.h"
+#include "ReadAccess.h"
 #include "Replacement.h"
 #include "store/CommandCatalog.h"
 
@@ -15,7 +16,6 @@
 #include <QDeadlineTimer>
 #include <QFile>
 #include <QFileInfo>
-#include <QStorageInfo>
 #include <QThread>
 
 namespace qor {
@@ -53,16 +53,6 @@ private:
     QFile mLocked;
 };
 
-/// The one that changes least in the file and beside it.
-Access LeastAccess(const QString& fileName)
-{
-    const QFileInfo file(QFileInfo(fileName).canonicalFilePath());
-    if (QFileInfo(file.filePath() + u"-wal"_s).size() > 0)
-        return Access::ReadOnly;
-    const bool hasJournal = QFileInfo::exists(file.filePath() + u"-journal"_s);
-    return QStorageInfo(file.path()).isReadOnly() && !hasJournal ? Access::Unchanging : Access::ReadWrite;
-}
-
 void RequireSound(Connection& connection, const QString& fileName)
 {
     const QStringList reasons = FindUnsoundness(connection);
@@ -89,9 +79,7 @@ QString ContentsOf(const NewFile& file)
 void TakeSnapshot(const QString& sourceName, const NewFile& file)
 {
     Connection source;
-    source.SetConnectionString(ConnectionStringFor(sourceName));
-    source.SetAccess(LeastAccess(sourceName));
-    source.Open();
+    const ReadAccess access(source, sourceName);
     RequireSound(source, sourceName);
     const PauseOfSaves pause(sourceName);
     try {
@@ -100,6 +88,7 @@ void TakeSnapshot(const QString& sourceName, const NewFile& file)
         Query(source, u"PRAGMA schema_version"_s); // the fault is told as the source's if it can no longer be read
         throw RuntimeError(error.Number(), QString(error.Description()).replace(sourceName, file.Name()));
     }
+    access.RequireUnchanged();
     QFile::setPermissions(file.BuiltName(), QFileDevice::ReadOwner | QFileDevice::WriteOwner);
 }
 

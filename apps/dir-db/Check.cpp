@@ -3,6 +3,7 @@
 #include "EntryFindings.h"
 #include "platform/runtime/RuntimeError.h"
 #include "Query.h"
+#include "ReadAccess.h"
 #include "Schema.h"
 #include "store/DataBase.h"
 
@@ -124,11 +125,12 @@ QStringList FindUnsoundness(Connection& connection)
 CheckResult CheckDatabase(const QString& fileName)
 {
     DataBase dataBase(ConnectionStringFor(fileName));
-    dataBase.Conn.Open();
+    const ReadAccess access(dataBase.Conn, fileName);
     CheckResult result;
     result.reasons = FindUnsoundness(dataBase.Conn);
     if (result.reasons.isEmpty())
         LookAtContents(dataBase, result);
+    access.RequireUnchanged();
     return result;
 }
 

@@ -3,6 +3,7 @@
 #include "Output.h"
 #include "platform/data/Connection.h"
 #include "Query.h"
+#include "ReadAccess.h"
 #include "rules/DelimitedWriter.h"
 #include "rules/EntryColumns.h"
 #include "store/CommandCatalog.h"
@@ -137,9 +138,10 @@ void PrintNode(Recordset& rows, const QList<ShownColumn>& columns)
 void ShowPartition(const ShowRequest& request)
 {
     Connection connection;
-    connection.SetConnectionString(ConnectionStringFor(request.fileName));
+    const ReadAccess access(connection, request.fileName);
     const QList<ShownColumn> columns = ChosenColumns(request.withPasswords);
     Recordset rows = ReadRows(connection, request, columns);
+    access.RequireUnchanged();
     if (request.asCsv) {
         PrintCsv(rows, columns);
         return;
