@@ -355,13 +355,20 @@ private Q_SLOTS:
         AddCases({{"table", u"--config 2"_s,
                    u"DIR 3: NodeDescription \"Front office\", UsePasswords \"1\", StartingPromptNumber \"2\"\n"
                    "  SequenceNo  LastName  FirstName  Extension  NamePrompt\n"
-                   "  1           Smith␛\"   Anne       101        1\n"
-                   "  2           a,b"_s},
+                   "  1           Smith␛\ufffd   Anne       101        1\n"
+                   "  2           a,b␊␍␉"_s},
                   {"CSV", u"--config 2 --csv"_s,
                    u"NodeNumber,NodeDescription,UsePasswords,StartingPromptNumber,SequenceNo,LastName,FirstName,"
                    "Extension,NamePrompt\n"
-                   "3,Front office,1,2,1,\"Smith␛\"\"\",Anne,101,1\n"
-                   "3,Front office,1,2,2,\"a,b\","_s},
+                   "3,Front office,1,2,1,\"Smith␛\ufffd\",Anne,101,1\n"
+                   "3,Front office,1,2,2,\"a,b\n␍\t\","_s},
+                  {"JSON", u"--config 2 --json"_s,
+                   u"\"LastName\": \"Smith\\u001b\\u0085\",\n"
+                   "                    \"NamePrompt\": 1,\n"
+                   "                    \"SequenceNo\": 1\n"
+                   "                },\n"
+                   "                {\n"
+                   "                    \"Extension\": null,\n"_s},
                   {"passwords", u"--config 2 --passwords"_s, u"AccessCode \"secret\""_s},
                   {"partition", u"--partition 2"_s, u"DIR 5: NodeDescription \"Workshop\""_s},
                   {"no entries", {}, u"\"250\"\n  no entries\n"_s},
@@ -372,8 +379,9 @@ private Q_SLOTS:
         QFETCH(QString, given);
         QFETCH(QString, expected);
         const QString fileName = ChangedSample(
-            u"UPDATE Detail_DIR SET LastName = 'Smith' || char(27) || '\"' WHERE ConfigID = 2 AND SequenceNo = 1; "
-            "UPDATE Detail_DIR SET LastName = 'a,b', Password = 'secret' WHERE ConfigID = 2 AND SequenceNo = 2; "
+            u"UPDATE Detail_DIR SET LastName = 'Smith' || char(27, 133) WHERE ConfigID = 2 AND SequenceNo = 1; "
+            "UPDATE Detail_DIR SET LastName = 'a,b' || char(10, 13, 9), Extension = NULL, Password = 'secret' WHERE "
+            "ConfigID = 2 AND SequenceNo = 2; "
             "UPDATE Node_DIR SET AccessCode = 'secret' WHERE ConfigID = 2"_s);
         const QStringList options = given.split(u' ', Qt::SkipEmptyParts);
         const Outcome outcome = DirDb(QStringList{u"show"_s} + options + QStringList{fileName});

@@ -42,6 +42,28 @@ void PrintLine(const QString& line)
     Print(line, stdout);
 }
 
+void PrintRecord(const QString& record)
+{
+    QString text = Harmless(record);
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QStringView rest = QStringView(record).sliced(i);
+        if (rest.startsWith(u'\n') || rest.startsWith(u'\t') ||
+            rest.startsWith(u"\r\n")) // a lone \r would write over the line
+            text[i] = record[i];
+    }
+    std::fputs(text.toLocal8Bit() + '\n', stdout);
+}
+
+void PrintJson(const QByteArray& json)
+{
+    QString text;
+    for (const QChar c : QString::fromUtf8(json)) {
+        const bool isHarmless = c == u'\n' || HarmlessCode(c.unicode()) == c.unicode();
+        text += isHarmless ? QString(c) : u"\\u%1"_s.arg(c.unicode(), 4, 16, QChar(u'0'));
+    }
+    std::fputs(text.toLocal8Bit(), stdout);
+}
+
 void PrintError(const QString& sentence)
 {
     Print(sentence, stderr);

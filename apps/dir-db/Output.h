@@ -11,6 +11,10 @@ QString Harmless(QString text);
 
 /// One harmless line on standard output.
 void PrintLine(const QString& line);
+/// One harmless record of CSV, whose values keep their tabs and line ends.
+void PrintRecord(const QString& record);
+/// JSON, with an escape in place of each character for which Harmless has a sign.
+void PrintJson(const QByteArray& json);
 /// One harmless line on standard error.
 void PrintError(const QString& sentence);
 

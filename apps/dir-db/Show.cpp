@@ -9,6 +9,9 @@
 #include "store/CommandCatalog.h"
 
 #include <algorithm>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QStringList>
 
 namespace qor {
@@ -73,7 +76,7 @@ QStringList Names(const QList<ShownColumn>& columns, Owner owner)
 
 void PrintCsvLine(const QStringList& values)
 {
-    PrintLine(DelimitedLine(values, Quoting::WhereNeeded));
+    PrintRecord(DelimitedLine(values, Quoting::WhereNeeded));
 }
 
 void PrintCsv(Recordset& rows, const QList<ShownColumn>& columns)
@@ -133,6 +136,46 @@ void PrintNode(Recordset& rows, const QList<ShownColumn>& columns)
         PrintLine(u"  no entries"_s);
 }
 
+QJsonObject JsonOf(const Recordset& row, const QList<ShownColumn>& columns, Owner owner)
+{
+    QJsonObject object;
+    for (int i = 0; i < columns.size(); ++i) {
+        const QVariant& value = row.Field(i);
+        if (columns[i].owner == owner)
+            object[QLatin1String(columns[i].name)] =
+                value.isNull() ? QJsonValue() : QJsonValue::fromVariant(value); // or it would be an empty text
+    }
+    return object;
+}
+
+void PrintAsJson(Recordset& rows, const ShowRequest& request, const QList<ShownColumn>& columns)
+{
+    QJsonArray nodes;
+    while (!rows.EndOfFile()) {
+        QJsonObject node = JsonOf(rows, columns, Owner::Node);
+        QJsonArray entries;
+        for (const QVariant number = rows.Field(0); !rows.EndOfFile() && rows.Field(0) == number; rows.MoveNext()) {
+            if (!rows.Field(u"SequenceNo"_s).isNull())
+                entries << JsonOf(rows, columns, Owner::Entry);
+        }
+        node[u"Entries"_s] = entries;
+        nodes << node;
+    }
+    PrintJson(QJsonDocument(QJsonObject{{u"ConfigID"_s, request.partition.config},
+                                        {u"PartID"_s, request.partition.number},
+                                        {u"Nodes"_s, nodes}})
+                  .toJson());
+}
+
+void PrintTables(Recordset& rows, const ShowRequest& request, const QList<ShownColumn>& columns)
+{
+    if (rows.EndOfFile())
+        PrintLine(u"There are no directory nodes in partition %1 of configuration %2."_s.arg(request.partition.number)
+                      .arg(request.partition.config));
+    while (!rows.EndOfFile())
+        PrintNode(rows, columns);
+}
+
 } // namespace
 
 void ShowPartition(const ShowRequest& request)
@@ -142,15 +185,14 @@ void ShowPartition(const ShowRequest& request)
     const QList<ShownColumn> columns = ChosenColumns(request.withPasswords);
     Recordset rows = ReadRows(connection, request, columns);
     access.RequireUnchanged();
-    if (request.asCsv) {
-        PrintCsv(rows, columns);
-        return;
+    switch (request.format) {
+    case ShowFormat::Table:
+        return PrintTables(rows, request, columns);
+    case ShowFormat::Csv:
+        return PrintCsv(rows, columns);
+    case ShowFormat::Json:
+        return PrintAsJson(rows, request, columns);
     }
-    if (rows.EndOfFile())
-        PrintLine(u"There are no directory nodes in partition %1 of configuration %2."_s.arg(request.partition.number)
-                      .arg(request.partition.config));
-    while (!rows.EndOfFile())
-        PrintNode(rows, columns);
 }
 
 } // namespace qor

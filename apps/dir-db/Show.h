@@ -5,16 +5,19 @@
 
 namespace qor {
 
+enum class ShowFormat { Table, Csv, Json };
+
 struct ShowRequest
 {
     QString fileName = {};
     Partition partition = {.config = 1, .number = 1};
-    bool asCsv = false;
+    ShowFormat format = ShowFormat::Table;
     bool withPasswords = false; ///< and with access codes
 };
 
-/// Prints the values as they are stored, with a sign in place of each character that would command a terminal. Raises
-/// RuntimeError for a file that does not open or has other tables.
+/// Prints the values as they are stored: in a table and in CSV with a sign in place of each character that would
+/// command a terminal, in JSON with the type that they are stored with. Raises RuntimeError for a file that does not
+/// open or has other tables.
 void ShowPartition(const ShowRequest& request);
 
 } // namespace qor

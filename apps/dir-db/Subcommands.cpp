@@ -76,11 +76,16 @@ Work SetUpCheck(Arguments& arguments)
 Work SetUpShow(Arguments& arguments)
 {
     const auto request = std::make_shared<ShowRequest>();
+    const auto asCsv = std::make_shared<bool>(false);
+    const auto asJson = std::make_shared<bool>(false);
     arguments.File("FILE", request->fileName, "The database");
     AddPartition(arguments, request->partition);
-    arguments.Flag("--csv", request->asCsv, "As CSV, for a spreadsheet");
+    arguments.Flag("--csv", *asCsv, "As CSV, for a spreadsheet");
+    arguments.Flag("--json", *asJson, "As JSON, for a program");
     arguments.Flag("--passwords", request->withPasswords, "With access codes and passwords");
-    return [request] {
+    arguments.Check([=] { return *asCsv && *asJson ? u"Choose --csv or --json."_s : QString(); });
+    return [=] {
+        request->format = *asCsv ? ShowFormat::Csv : *asJson ? ShowFormat::Json : ShowFormat::Table;
         ShowPartition(*request);
         return success;
     };
