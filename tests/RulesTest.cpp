@@ -1,8 +1,5 @@
 // The rules on a real database and without a window: what is read of a node and written of it, the prompts of new
-// entries, missing message nodes, validation, lists of delimited text.
-#include "rules/DelimitedReader.h"
-#include "rules/DelimitedWriter.h"
-#include "rules/EntryList.h"
+// entries, missing message nodes, validation.
 #include "rules/MessageNodes.h"
 #include "rules/NodeLoading.h"
 #include "rules/NodeSaving.h"
@@ -13,56 +10,11 @@
 #include "support/Cases.h"
 #include "support/SampleDatabase.h"
 
-#include <QBuffer>
-
 using namespace qor;
 
 namespace {
 
 constexpr Partition mainPartition{1, 1};
-
-/// A device that knows no size and hands out its data byte by byte; with another size than the data has it repeats
-/// them up to there and then fails.
-class Stream : public QIODevice
-{
-public:
-    Stream(QByteArray data, qint64 size) : mData(std::move(data)), mSize(size) { open(ReadOnly | Unbuffered); }
-    bool isSequential() const override { return true; }
-
-    qint64 taken = 0;
-
-protected:
-    qint64 readData(char* to, qint64 /*room*/) override
-    {
-        if (taken == mSize)
-            return mSize == mData.size() ? 0 : -1;
-        *to = mData[static_cast<qsizetype>(taken++ % mData.size())];
-        return 1;
-    }
-    qint64 writeData(const char* /*data*/, qint64 /*size*/) override { return -1; }
-
-private:
-    QByteArray mData;
-    qint64 mSize;
-};
-
-/// Every field in brackets, and what ended the reading.
-QString FieldsOn(QIODevice& device)
-{
-    QString fields;
-    const QString raised = RaisedBy([&] {
-        for (DelimitedReader reader(device); !reader.AtEnd();)
-            fields += u'[' + reader.ReadField() + u']';
-    });
-    return fields + raised.section(u':', 1);
-}
-
-QString FieldsIn(QByteArray bytes)
-{
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::ReadOnly);
-    return FieldsOn(buffer);
-}
 
 QString TextOf(const DirectoryEntry& entry)
 {
@@ -306,64 +258,6 @@ private Q_SLOTS:
         QCOMPARE(typed(""), 0);
         QCOMPARE(typed("12", 5, 20), 0);
         QCOMPARE(typed("99999999999999", 1, 32767), 9999);
-    }
-
-    // Bytes, and the fields.
-    void fields_data()
-    {
-        const QString tooLong = u" A field is longer than 8192 bytes. Check that the file is a directory list."_s;
-        const QString longest(DelimitedReader::highestFieldLength, u'x');
-        const QString zoe = u"[Zo\u00EB][\U0001F600]"_s;
-        const auto hex = [](const char* bytes) { return QString::fromLatin1(QByteArray::fromHex(bytes)); };
-        AddCases(
-            {{"line ends", u"a,b\r\nc\rd\ne\r\n\r\n\n\rf"_s, u"[a][b][c][d][e][][][][f]"_s},
-             {"blanks and tabs around", u"  \ta b\t ,\t, c \r\n"_s, u"[a b][][c]"_s},
-             {"quoted", u"\"a,b\r\nc\" , \" d \"\r\n\"\",\"e\"\"f\",a\"b,\"c\"d\""_s,
-              u"[a,b\r\nc][ d ][][e\"f][a\"b][cd\"]"_s},
-             {"unterminated", u"a,\"b\"\",c\r\n"_s, u"[a] The file ends inside a quoted field."_s},
-             {"end-of-file character", u"\"a\x1A,b\",c\r\n\x1A,d"_s, u"[a\x1A,b][c]"_s},
-             {"nothing but a mark", u"\u00EF\u00BB\u00BF"_s, {}},
-             {"UTF-8 mark", hex("EFBBBF 5A6FC3AB 2C F09F9880"), zoe},
-             {"UTF-16 LE", hex("FFFE 5A006F00EB00 2C00 3DD800DE"), zoe},
-             {"UTF-16 BE", hex("FEFF 005A006F00EB 002C D83DDE00"), zoe},
-             {"Windows-1252", hex("5AEB 2C 809F 2C 5A6FC3AB 2C C3"), u"[Z\u00EB][\u20AC\u0178][Zo\u00EB][\u00C3]"_s},
-             {"across a chunk", QString(65534, u',') + u"\"a\"\"b\""_s, u"[]"_s.repeated(65534) + u"[a\"b]"_s},
-             {"longest", longest + u",\""_s + longest + u'"', u"[%1][%1]"_s.arg(longest)},
-             {"too long", u"a,"_s + longest + u"x,c"_s, u"[a]"_s + tooLong}});
-    }
-    void fields()
-    {
-        QFETCH(QString, given);
-        const QByteArray bytes = given.toLatin1();
-        QTEST(FieldsIn(bytes), "expected");
-        Stream single(bytes, bytes.size());
-        QTEST(FieldsOn(single), "expected");
-    }
-
-    void writtenFieldsReadBackEqual()
-    {
-        const QStringList given{u"\uFEFFa b"_s, u" a"_s,    u"a\t"_s, u"a,b"_s,         u"\"a\"\"b"_s,
-                                u"a\r\nb"_s,    u"a\x1A"_s, {},       u"\u4e2d\u00eb"_s};
-        QString expected;
-        for (const QString& field : given)
-            expected += u'[' + field + u']';
-        for (const Quoting quoting : {Quoting::Always, Quoting::WhereNeeded})
-            QCOMPARE(FieldsIn(DelimitedLine(given, quoting).toUtf8()), expected);
-        QCOMPARE(DelimitedLine({u"a b"_s, u"\"c"_s}, Quoting::WhereNeeded), u"a b,\"\"\"c\""_s);
-        QCOMPARE(DelimitedLine({u"a"_s, u"1"_s}), u"\"a\",\"1\""_s);
-    }
-
-    // Devices without an end, and one that fails; the entries taken.
-    void brokenLists()
-    {
-        const QByteArray cutOff("Adams,Anne,101\nBaker,Ben,102\nClark,...");
-        for (const auto& [text, expected] : {std::pair(QByteArray("A"), 0), {" ", 0}, {"\"", 0}, {cutOff, 2}}) {
-            Stream device(text, expected > 0 ? cutOff.size() - 3 : 8 << 20);
-            int taken = 0;
-            const ListReport report = ReadEntryList(device, 0, [&](const DirectoryEntry&) { ++taken; });
-            QVERIFY2(report.broken && device.taken <= 1 << 20, text);
-            QCOMPARE(taken, expected);
-        }
     }
 };
 
