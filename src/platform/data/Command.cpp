@@ -79,6 +79,26 @@ Recordset Command::Open(const QStringList& values)
     return Recordset(std::move(rows));
 }
 
+void Command::ForEachRow(const QStringList& values, const std::function<void(const Recordset& row)>& take)
+{
+    Run(values);
+    QSqlQuery& query = mStatement->query;
+    const FinishGuard finish(query);
+    auto row = std::make_shared<RecordRows>();
+    row->columns = ColumnNames(query.record());
+    row->values.resize(static_cast<std::size_t>(row->columns.size()));
+    row->rowCount = 1;
+    const Recordset current(row);
+    while (query.next()) {
+        for (std::size_t i = 0; i < row->values.size(); ++i)
+            row->values[i] = query.value(static_cast<int>(i));
+        take(current);
+    }
+    if (const QSqlError error = query.lastError(); error.isValid())
+        throw mConnection.Failure(error);
+    mConnection.Succeeded();
+}
+
 int Command::Execute(const QStringList& values)
 {
     Run(values);

@@ -4,6 +4,7 @@
 
 #include "platform/data/Recordset.h"
 
+#include <functional>
 #include <memory>
 #include <QStringList>
 
@@ -25,6 +26,9 @@ public:
     /// read before it returns. Raises RuntimeError: a wrong number of values, a recordset of this command
     /// that is still open, an error of the engine or of its file.
     Recordset Open(const QStringList& values);
+    /// Runs with these values and hands over row by row, for a result that is too large to be held. What it is given
+    /// stands on one row, which is another one after the call. Raises RuntimeError as Open does.
+    void ForEachRow(const QStringList& values, const std::function<void(const Recordset& row)>& take);
     /// The same for a statement without rows; returns how many rows it changed.
     int Execute(const QStringList& values);
 
