@@ -8,6 +8,7 @@
 #include "platform/ui/ListItems.h"
 #include "platform/ui/MsgBox.h"
 #include "platform/ui/Screen.h"
+#include "rules/Validation.h"
 #include "support/BareForm.h"
 #include "support/BoxScript.h"
 #include "support/Cases.h"
@@ -105,6 +106,13 @@ private Q_SLOTS:
                 }
             }
         }
+    }
+
+    void fieldsTakeAsMuchAsTheRulesSay()
+    {
+        const BareForm form;
+        QCOMPARE(qsizetype{form.txtDescription->maxLength()}, highestLabelLength);
+        QCOMPARE(qsizetype{form.txtAccessCode->maxLength()}, highestAccessCodeLength);
     }
 
     void nothingIsClipped()

@@ -10,7 +10,6 @@ namespace qor {
 namespace {
 
 constexpr qsizetype highestExtensionLength = 16;
-constexpr qsizetype lowestAccessCodeLength = 4;
 
 void AddLine(QString& message, const QString& text)
 {

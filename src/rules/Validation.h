@@ -25,6 +25,12 @@ bool IsValid(const DirectoryEntry& entry);
 /// Whether an entry may be saved: both names and an extension that passes the numeric test.
 bool IsSound(const DirectoryEntry& entry);
 
+/// How many characters the form takes of a label and of an access code.
+inline constexpr qsizetype highestLabelLength = 30;
+inline constexpr qsizetype highestAccessCodeLength = 8;
+/// Of an access code that is not empty.
+inline constexpr qsizetype lowestAccessCodeLength = 4;
+
 /// Whether a text may be the node's label: neither a double quote nor two single quotes in a row.
 bool IsAcceptableLabel(const QString& label);
 
