@@ -74,6 +74,21 @@ void Run(Editor& editor, const char* button, const ExpectedDialog& dialog, const
 
 } // namespace
 
+/// 480 people as a spreadsheet with semicolons writes them.
+QByteArray SpreadsheetList()
+{
+    static const QStringList lastNames{u"M\u00FCller"_s,   u"Smith"_s, u"O'Neil"_s,
+                                       u"Meyer-Landrut"_s, u"Clark"_s, u"Gro\u00DF"_s};
+    static const QStringList firstNames{u"Anne"_s, u"Jos\u00E9 Luis"_s, u"Zo\u00EB"_s, u"Bob"_s};
+    QString text = u"Last Name;First Name;Extension;Office\r\n"_s;
+    for (int person = 0; person < 480; ++person) {
+        const QString number = QString::number(1000 + person);
+        text += u"%1;%2;%3;\"B; 4\"\r\n"_s.arg(lastNames[person % 6], firstNames[person % 4],
+                                               person % 5 == 0 ? number.first(2) + u' ' + number.last(2) : number);
+    }
+    return text.toUtf8();
+}
+
 class InterchangeTest : public QObject
 {
     Q_OBJECT
@@ -142,6 +157,37 @@ private:
     }
 
 private Q_SLOTS:
+    // All are in after two rounds: the table, then what is suggested for the refused.
+    void spreadsheetOf480People()
+    {
+        init();
+        const QString question = u"This does not look like a plain LastName,FirstName,Extension file.\nRead as a table "
+                                 "parted by semicolons, with the heading \"Last Name;First Name;Extension;Office\", "
+                                 "* of 480 lines are entries.\nDo you want to read it so?"_s;
+        const auto ask = [&](QMessageBox::StandardButton answer) { return Question(question, answer, u"Question"_s); };
+        const QStringList files{u"DIRNodeError.txt"_s, u"DIRNodeRejected.csv"_s, u"DIRNodeSuggested.csv"_s};
+        Open({u"Baker|Ben|1|1|1"_s}, [&](Editor& e) {
+            Import(e, SpreadsheetList(), {ask(QMessageBox::Cancel)});
+            QVERIFY(!e.IsDirty() && e.RowCount() == 1);
+            Import(e, SpreadsheetList(), {ask(QMessageBox::Yes), Overwrite(QMessageBox::Yes), Rejects(u"*"_s)});
+            QVERIFY(e.RowCount() > 0 && e.RowCount() < 100);
+            QCOMPARE(EntriesOf(MiscFolder()).filter(QRegularExpression(u"^DIRNode"_s)), files);
+            for (const QString& file : files)
+                QCOMPARE(QFile::permissions(MiscFolder() + u'/' + file) & (QFile::ReadGroup | QFile::ReadOther), 0);
+            // Unmended, the rejected are refused again, one by one the same.
+            const QByteArray rejected = ReadFile(MiscFolder() + u'/' + files[1]);
+            e.Expect(Overwrite(QMessageBox::No), Rejects(u"*"_s));
+            e.ChooseInMenu(u"Import Rejected Entries"_s, "cmdOpenCSVFilename").Expected();
+            QCOMPARE(e.Text("txtCSVFilename"), MiscFolder() + u'/' + files[1]);
+            QVERIFY(rejected.endsWith(ReadFile(MiscFolder() + u'/' + files[1]).right(2000)));
+            Run(e, "cmdOpenCSVFilename", FileDialog(u"Open"_s, MiscFolder() + u'/' + files[2]),
+                {Overwrite(QMessageBox::No)});
+            QCOMPARE(e.RowCount(), 480);
+            QCOMPARE(EntriesOf(MiscFolder()).filter(QRegularExpression(u"^DIRNode"_s)), files.first(1));
+            QCOMPARE(e.Rows().filter(QRegularExpression(u"^Meyer-?Landrut\\|"_s)).size(), 80);
+        });
+    }
+
     void init()
     {
         std::signal(SIGXFSZ, SIG_IGN);

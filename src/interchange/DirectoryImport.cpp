@@ -4,6 +4,7 @@
 #include "editor/History.h"
 #include "form/EditorForm.h"
 #include "interchange/IncomingEntries.h"
+#include "interchange/RefusedRows.h"
 #include "interchange/SelectFilename.h"
 #include "platform/runtime/ErrorReport.h"
 #include "platform/ui/MsgBox.h"
@@ -12,6 +13,16 @@
 #include <QFileInfo>
 
 namespace qor {
+
+namespace {
+
+/// Anything but a file, a pipe for one, may never end.
+bool OpenList(QFile& file)
+{
+    return QFileInfo(file.fileName()).isFile() && file.open(QIODevice::ReadOnly);
+}
+
+} // namespace
 
 DirectoryImport::DirectoryImport(EditorForm& form, BusinessRules& rules, EntryCommands& entryCommands, History& history)
     : mForm(form), mRules(rules), mEntryCommands(entryCommands), mHistory(history)
@@ -23,26 +34,61 @@ void DirectoryImport::cmdOpenCSVFilename_Click()
     ReportErrors(u"cmdOpenCSVFilename_Click"_s, [&] {
         mEntryCommands.LeaveEditMode();
         QString fileName;
-        std::optional<ListReport> report;
-        if (SelectOpenFilename(mForm, fileName)) {
-            mForm.txtCSVFilename->setText(fileName);
-            report = Import(fileName);
-            if (!report)
-                return;
-        }
-        mForm.MarkChanged();
-        if (report)
-            TellReport(*report);
+        if (SelectOpenFilename(mForm, fileName))
+            Import(fileName);
+        else
+            mForm.MarkChanged();
     });
 }
 
+bool DirectoryImport::CanImportRejected() const
+{
+    return QFileInfo::exists(RejectedListName());
+}
+
+void DirectoryImport::ImportRejected()
+{
+    ReportErrors(u"ImportRejected"_s, [&] {
+        mEntryCommands.LeaveEditMode();
+        Import(RejectedListName());
+    });
+}
+
+void DirectoryImport::Import(const QString& fileName)
+{
+    mForm.txtCSVFilename->setText(fileName);
+    const auto reading = AskForReading(fileName);
+    if (!reading)
+        return;
+    if (const auto report = TakeEntries(fileName, *reading)) {
+        KeepRefusedRows(*report);
+        TellReport(*report);
+    }
+}
+
+/// Asks about a file that looks like a table; a plain one is not asked about. Nothing when the import is called off.
+std::optional<DirectoryImport::Reading> DirectoryImport::AskForReading(const QString& fileName)
+{
+    QFile file(fileName);
+    if (!OpenList(file))
+        return Reading();
+    const auto layout = DetectTable(file);
+    if (!layout)
+        return Reading();
+    const MsgBoxAnswer answer =
+        MsgBox(TableQuestion(*layout), MsgBoxStyle::YesNoCancel | MsgBoxStyle::Question, u"Question"_s);
+    if (answer == MsgBoxAnswer::Cancel)
+        return std::nullopt;
+    return answer == MsgBoxAnswer::Yes ? Reading{layout} : Reading();
+}
+
 /// One step; it ends before people read the report. Nothing when the import is called off.
-std::optional<ListReport> DirectoryImport::Import(const QString& fileName)
+std::optional<ListReport> DirectoryImport::TakeEntries(const QString& fileName, const Reading& reading)
 {
     const History::Step step(mHistory, u"Import"_s);
     if (!PrepareList())
         return std::nullopt;
-    ListReport report = ReadFile(fileName);
+    ListReport report = ReadFile(fileName, reading);
     mForm.MarkChanged();
     return report;
 }
@@ -60,20 +106,14 @@ bool DirectoryImport::PrepareList()
     return answer != MsgBoxAnswer::Cancel;
 }
 
-ListReport DirectoryImport::ReadFile(const QString& fileName)
+ListReport DirectoryImport::ReadFile(const QString& fileName, const Reading& reading)
 {
     const Loading loading(mForm);
     QFile file(fileName);
-    // Anything but a file, a pipe for one, may never end.
-    if (QFileInfo(fileName).isFile() && file.open(QIODevice::ReadOnly))
-        return AppendEntries(file);
-    return {.broken = true};
-}
-
-ListReport DirectoryImport::AppendEntries(QIODevice& device)
-{
+    if (!OpenList(file))
+        return {.broken = true};
     IncomingRows rows(mForm, mRules);
-    ListReport report = rows.Read(device);
+    ListReport report = rows.Read(file, reading.table);
     mForm.LVDirectory->Items().Append(rows.Take());
     return report;
 }

@@ -1,11 +1,9 @@
 // A CSV file into the directory list, with a report of the entries that were rejected.
 #pragma once
 
-#include "platform/runtime/Text.h"
+#include "rules/EntryList.h"
 
 #include <optional>
-
-class QIODevice;
 
 namespace qor {
 
@@ -13,7 +11,6 @@ class BusinessRules;
 class EditorForm;
 class EntryCommands;
 class History;
-struct ListReport;
 
 class DirectoryImport
 {
@@ -22,11 +19,21 @@ public:
 
     void cmdOpenCSVFilename_Click();
 
+    /// Imports what the last import refused, out of the file that it left.
+    void ImportRejected();
+    bool CanImportRejected() const;
+
 private:
-    std::optional<ListReport> Import(const QString& fileName);
+    struct Reading
+    {
+        std::optional<TableLayout> table = {}; ///< nothing for the plain rule
+    };
+
+    void Import(const QString& fileName);
+    static std::optional<Reading> AskForReading(const QString& fileName);
+    std::optional<ListReport> TakeEntries(const QString& fileName, const Reading& reading);
     bool PrepareList();
-    ListReport ReadFile(const QString& fileName);
-    ListReport AppendEntries(QIODevice& device);
+    ListReport ReadFile(const QString& fileName, const Reading& reading);
 
     EditorForm& mForm;
     BusinessRules& mRules;

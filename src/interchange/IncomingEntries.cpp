@@ -36,6 +36,16 @@ IncomingRows::IncomingRows(EditorForm& form, BusinessRules& rules)
 {
 }
 
+ListReport IncomingRows::Read(const EntrySource& source)
+{
+    return ReadEntryList(source, static_cast<std::size_t>(mNumber), [this](const auto& entry) { Add(entry); });
+}
+
+ListReport IncomingRows::Read(QIODevice& device, const std::optional<TableLayout>& table)
+{
+    return ReadEntryList(device, table, static_cast<std::size_t>(mNumber), [this](const auto& entry) { Add(entry); });
+}
+
 void IncomingRows::Add(DirectoryEntry entry)
 {
     if (entry.prompt.isEmpty()) {

@@ -16,13 +16,10 @@ class IncomingRows
 public:
     IncomingRows(EditorForm& form, BusinessRules& rules);
 
-    /// Takes the sound entries of a source or a device.
-    template <typename Source>
-    ListReport Read(Source&& source)
-    {
-        return ReadEntryList(source, static_cast<std::size_t>(mNumber),
-                             [this](const DirectoryEntry& entry) { Add(entry); });
-    }
+    /// Takes the sound entries of a source.
+    ListReport Read(const EntrySource& source);
+    /// And of a file, by the plain rule or as a table.
+    ListReport Read(QIODevice& device, const std::optional<TableLayout>& table);
     void Add(DirectoryEntry entry);
     /// The list and these rows together are as many as a directory may hold.
     bool IsFull() const { return mNumber == highestEntryCount; }

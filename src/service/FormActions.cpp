@@ -8,7 +8,8 @@
 
 namespace qor {
 
-FormActions::FormActions(QWidget& form, const QWidget& directory) : QObject(&form), mForm(form), mDirectory(directory)
+FormActions::FormActions(QWidget& form, const QWidget& directory, QString menu)
+    : QObject(&form), mForm(form), mDirectory(directory), mMenu(std::move(menu))
 {
 }
 
@@ -41,7 +42,7 @@ void FormActions::Add(FormAction action)
 void FormActions::ShowMenu(const QPoint& position)
 {
     QMenu menu(&mForm);
-    menu.setObjectName(u"mnuDirectory"_s);
+    menu.setObjectName(mMenu);
     for (const auto& [action, menuAction] : mEntries) {
         if (!menuAction)
             continue;

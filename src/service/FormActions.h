@@ -31,7 +31,8 @@ class FormActions : public QObject
 {
     Q_OBJECT
 public:
-    FormActions(QWidget& form, const QWidget& directory);
+    /// menu: the name of the menu's window.
+    FormActions(QWidget& form, const QWidget& directory, QString menu);
 
     void Add(FormAction action);
     /// Shows those that have a text; what does nothing now is disabled there. A key that does nothing is taken all the
@@ -47,6 +48,7 @@ private:
 
     QWidget& mForm;
     const QWidget& mDirectory;
+    QString mMenu;
     std::vector<Entry> mEntries;
 };
 

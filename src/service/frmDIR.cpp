@@ -1,6 +1,7 @@
 #include "service/frmDIR.h"
 
 #include "form/ModuleState.h"
+#include "platform/runtime/ErrorReport.h"
 #include "platform/ui/Events.h"
 #include "platform/ui/MsgBox.h"
 #include "platform/ui/Screen.h"
@@ -131,7 +132,7 @@ void frmDIR::ConnectInterchange()
 
 void frmDIR::ConnectActions()
 {
-    mActions = new FormActions(*this, *fraDirectory);
+    mActions = new FormActions(*this, *fraDirectory, u"mnuDirectory"_s);
     AddHistoryActions();
     AddClipboardActions();
     AddListActions();
@@ -139,6 +140,22 @@ void frmDIR::ConnectActions()
     AddVersions();
     AddEntryKeys();
     OnEvent(LVDirectory, &ListView::ContextMenu, mActions, &FormActions::ShowMenu);
+    ConnectImportMenu();
+}
+
+void frmDIR::ConnectImportMenu()
+{
+    DirectoryImport& import = mHandlers->directoryImport;
+    auto* menu = new FormActions(*this, *fraDirectory, u"mnuImport"_s);
+    menu->Add({.text = u"Import Rejected Entries"_s,
+               .keys = {},
+               .where = {},
+               .run = [&import] { import.ImportRejected(); },
+               .isUseful = [&import] { return import.CanImportRejected(); }});
+    cmdOpenCSVFilename->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(cmdOpenCSVFilename, &QWidget::customContextMenuRequested, menu, [this, menu](const QPoint& place) {
+        GuardEvent([&] { menu->ShowMenu(cmdOpenCSVFilename->mapToGlobal(place)); });
+    });
 }
 
 void frmDIR::AddHistoryActions()

@@ -74,6 +74,7 @@ private:
     void AddEntryKeys();
     void AddFind();
     void AddVersions();
+    void ConnectImportMenu();
 
     std::unique_ptr<Handlers> mHandlers;
     FormActions* mActions = nullptr; ///< the form's own

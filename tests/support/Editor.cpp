@@ -143,7 +143,7 @@ Editor& Editor::Paste(const char* field, const QString& text)
     return *this;
 }
 
-Editor& Editor::ChooseInMenu(const QString& text)
+Editor& Editor::ChooseInMenu(const QString& text, const char* control)
 {
     QTimer timer;
     timer.callOnTimeout([&] {
@@ -159,7 +159,7 @@ Editor& Editor::ChooseInMenu(const QString& text)
     });
     timer.start(1);
     QContextMenuEvent event(QContextMenuEvent::Keyboard, {}, {});
-    QCoreApplication::sendEvent(List().viewport(), &event);
+    QCoreApplication::sendEvent(control ? &Find(control) : List().viewport(), &event);
     return *this;
 }
 

@@ -48,8 +48,8 @@ public:
     Editor& Type(const char* field, const QString& text);
     Editor& Paste(const char* field, const QString& text);
     Editor& Close() { return mForm.close(), *this; }
-    /// Chooses from the list's context menu.
-    Editor& ChooseInMenu(const QString& text);
+    /// Chooses from the context menu of the list or of another control.
+    Editor& ChooseInMenu(const QString& text, const char* control = nullptr);
     /// Queues the Delete key, as from hands that do not wait for what they began.
     Editor& QueueRemoval();
 

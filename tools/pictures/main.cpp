@@ -1,4 +1,4 @@
-// pictures FOLDER PREFIX CSV-FILE [--dark]: drives the editor through its states and writes a picture of each. It needs
+// pictures FOLDER PREFIX CSV-FILE [--dark] (with table.csv beside the file): drives the editor through its states and writes a picture of each. It needs
 // the database of a sample that nobody has open, and ends the process once in the middle of work: call it with --crash
 // first.
 #include "QOR_DIR_Node.h"
@@ -198,15 +198,22 @@ private:
         });
     }
 
-    void PlanImport()
+    void Import(const QString& fileName)
     {
         Then(IsEditor, [](QWidget& editor) { Click(editor, u"cmdOpenCSVFilename"_s); });
-        Then(IsFileDialog, [this](QWidget& window) {
+        Then(IsFileDialog, [fileName](QWidget& window) {
             auto& dialog = dynamic_cast<QFileDialog&>(window);
-            dialog.setDirectory(QFileInfo(mCsvFile).path());
-            dialog.findChild<QLineEdit*>(u"fileNameEdit"_s)->setText(mCsvFile);
+            dialog.setDirectory(QFileInfo(fileName).path());
+            dialog.findChild<QLineEdit*>(u"fileNameEdit"_s)->setText(fileName);
             QMetaObject::invokeMethod(&dialog, "accept", Qt::QueuedConnection);
         });
+    }
+
+    void PlanImport()
+    {
+        Import(QFileInfo(mCsvFile).path() + u"/table.csv"_s);
+        TakeBox(u"box-table"_s, QMessageBox::Cancel);
+        Import(mCsvFile);
         TakeBox(u"box-overwrite"_s, QMessageBox::Yes);
         TakeBox(u"box-import-report"_s, QMessageBox::Ok);
         Then(IsEditor, [](QWidget& editor) { Click(editor, u"cmdCancel"_s); });
