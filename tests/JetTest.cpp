@@ -5,10 +5,12 @@
 #include "platform/runtime/RuntimeError.h"
 #include "support/Tool.h"
 
+#include <array>
 #include <cmath>
 #include <csignal>
 #include <QTemporaryDir>
 #include <QTest>
+#include <sys/wait.h>
 #include <unistd.h>
 
 using namespace qor;
@@ -62,6 +64,43 @@ private Q_SLOTS:
         QCOMPARE(JetDateText(38055.9999999), u"2004-03-10 00:00:00"_s);
         QVERIFY_THROWS_EXCEPTION(RuntimeError, JetDateText(std::nan("")));
         QVERIFY_THROWS_EXCEPTION(RuntimeError, JetDateText(3'000'000));
+    }
+
+    void leavesNothingWhenASignalEndsIt()
+    {
+        constexpr int tries = 60;
+        constexpr int longestRun = 40'000; // us
+        for (int i = 0; i < tries; ++i) {
+            QProcess process;
+            process.setWorkingDirectory(Path(u"tmp"_s));
+            process.start(u"/usr/bin/env"_s,
+                          {u"TMPDIR=."_s, QStringLiteral(DIR_DB), u"import-jet"_s, u"../source.mdb"_s, u"new.mdb"_s});
+            QVERIFY(process.waitForStarted());
+            usleep(i * longestRun / tries);
+            process.terminate();
+            QVERIFY(process.waitForFinished());
+            QFile::remove(Path(u"tmp/new.mdb"_s));
+            QCOMPARE(EntriesOf(Path(u"tmp"_s)), QStringList());
+        }
+    }
+
+    void endsWithItsParent()
+    {
+        std::array<int, 2> ends{};
+        QCOMPARE(pipe(ends.data()), 0);
+        const pid_t parent = fork();
+        if (parent == 0) {
+            RunContained([&] { return write(ends[1], "x", 1), pause(), QByteArray(); },
+                         {.processorSeconds = 9, .bytes = 32'000'000});
+            _exit(0);
+        }
+        close(ends[1]);
+        char begun = 0;
+        QCOMPARE(read(ends[0], &begun, 1), 1);
+        kill(parent, SIGKILL);
+        waitpid(parent, nullptr, 0);
+        QCOMPARE(read(ends[0], &begun, 1), 0); // nobody has the other end any more
+        close(ends[0]);
     }
 
     void containsFaults()

@@ -12,7 +12,6 @@
 #include <algorithm>
 #include <QFileInfo>
 #include <QMap>
-#include <QTemporaryDir>
 
 namespace qor {
 
@@ -230,12 +229,10 @@ bool ImportJet(const QString& sourceName, const QString& newName, bool dryRun)
         RequireFreeName(newName);
     Import import(sourceName);
     const auto fill = [&](DataBase& dataBase) { import.Fill(dataBase); };
-    if (dryRun) {
-        const QTemporaryDir folder;
-        MakeDatabase(folder.filePath(u"trial"_s), fill);
-    } else {
+    if (dryRun)
+        TryDatabase(fill);
+    else
         MakeDatabase(newName, fill);
-    }
     import.Print(sourceName);
     PrintLine(dryRun ? u"Nothing was written; this was a dry run."_s : u"%1: made"_s.arg(newName));
     return !HasPlaces(import.Warnings());

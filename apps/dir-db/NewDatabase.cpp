@@ -7,6 +7,8 @@
 #include "Query.h"
 #include "Schema.h"
 
+#include <QDir>
+
 namespace qor {
 
 namespace {
@@ -44,6 +46,12 @@ void MakeDatabase(const QString& fileName, const FillDatabase& fill)
         throw RuntimeError(error.Number(), QString(error.Description()).replace(file.BuiltName(), fileName));
     }
     file.Appear();
+}
+
+void TryDatabase(const FillDatabase& fill)
+{
+    const NewFile file(QDir::temp().filePath(u"trial"_s));
+    Build(file.BuiltName(), fill);
 }
 
 } // namespace qor

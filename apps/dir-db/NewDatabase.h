@@ -14,4 +14,7 @@ using FillDatabase = std::function<void(DataBase&)>;
 /// made or cannot be written.
 void MakeDatabase(const QString& fileName, const FillDatabase& fill);
 
+/// The same without a result: the database is made in the folder for temporary files and thrown away.
+void TryDatabase(const FillDatabase& fill);
+
 } // namespace qor

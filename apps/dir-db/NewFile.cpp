@@ -1,6 +1,7 @@
 #include "NewFile.h"
 
 #include "platform/data/DatabaseFile.h"
+#include "SignalsHeld.h"
 
 #include <array>
 #include <cerrno>
@@ -15,7 +16,7 @@ namespace qor {
 
 namespace {
 
-constexpr std::array endingSignals{SIGINT, SIGTERM, SIGHUP};
+constexpr std::array endingSignals{SIGINT, SIGTERM, SIGHUP, SIGQUIT};
 constexpr std::array builtSuffixes{"", "-wal", "-shm", "-journal"};
 
 /// What a signal has to remove, in a form that its handler may read.
@@ -116,19 +117,19 @@ void SyncFolderOf(const QString& fileName)
         RequireDone(error, fileName);
 }
 
-NewFile::NewFile(const QString& fileName)
-    : mName(fileName),
-      mFolder(QFileInfo(fileName).path() + u"/.dir-db-XXXXXX"_s),
-      mBuiltName(mFolder.filePath(u"database"_s))
+NewFile::NewFile(const QString& fileName) : mName(fileName)
 {
-    if (!mFolder.isValid())
-        ThrowFileNotMade(mName, mFolder.errorString() + u"; choose a folder that you may write to"_s);
-    mRemovedBySignal = std::make_unique<RemovedBySignal>(mFolder.path(), mBuiltName);
+    const SignalsHeld held; // until their handler knows the folder
+    mFolder.emplace(QFileInfo(fileName).path() + u"/.dir-db-XXXXXX"_s);
+    if (!mFolder->isValid())
+        ThrowFileNotMade(mName, mFolder->errorString() + u"; choose a folder that you may write to"_s);
+    mBuiltName = mFolder->filePath(u"database"_s);
+    mRemovedBySignal = std::make_unique<RemovedBySignal>(mFolder->path(), mBuiltName);
 }
 
 NewFile::~NewFile()
 {
-    mFolder.remove(); // while a signal still finds the handler
+    mFolder->remove(); // while a signal still finds the handler
 }
 
 void NewFile::Appear()

@@ -4,6 +4,7 @@
 #include "platform/runtime/Text.h"
 
 #include <memory>
+#include <optional>
 #include <QTemporaryDir>
 
 namespace qor {
@@ -42,7 +43,7 @@ private:
     class RemovedBySignal;
 
     QString mName;
-    QTemporaryDir mFolder;
+    std::optional<QTemporaryDir> mFolder;
     QString mBuiltName;
     std::unique_ptr<RemovedBySignal> mRemovedBySignal;
 };

@@ -5,9 +5,9 @@
 #include "platform/data/DatabaseFile.h"
 #include "platform/runtime/RuntimeError.h"
 #include "Query.h"
+#include "SignalsHeld.h"
 
 #include <cerrno>
-#include <csignal>
 #include <fcntl.h>
 #include <optional>
 #include <QCoreApplication>
@@ -187,23 +187,6 @@ void RemoveLogs(const QString& fileName)
     }
     SyncFolderOf(fileName); // no loss of power brings one of them back beside the new database
 }
-
-/// A signal that would end the program waits while this lives.
-class SignalsHeld
-{
-public:
-    SignalsHeld()
-    {
-        sigset_t all;
-        sigfillset(&all);
-        sigprocmask(SIG_BLOCK, &all, &mBefore);
-    }
-    ~SignalsHeld() { sigprocmask(SIG_SETMASK, &mBefore, nullptr); }
-    Q_DISABLE_COPY_MOVE(SignalsHeld)
-
-private:
-    sigset_t mBefore = {};
-};
 
 } // namespace
 

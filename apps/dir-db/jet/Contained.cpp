@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <QFile>
 #include <sys/mman.h>
+#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -62,10 +63,13 @@ void SetLimits(ContainedLimits limits)
     std::signal(SIGXFSZ, SIG_IGN);
 }
 
-/// The new process from its first step to its exit code.
-int Work(const std::function<QByteArray()>& work, ContainedLimits limits, SharedFile& output, int messages)
+/// The new process from its first step to its exit code. It ends with its parent, whatever ends that.
+int Work(const std::function<QByteArray()>& work, ContainedLimits limits, SharedFile& output, int messages,
+         pid_t parent)
 {
     try {
+        if (prctl(PR_SET_PDEATHSIG, SIGKILL) != 0 || getppid() != parent)
+            return 1;
         SetLimits(limits);
         if (dup2(messages, STDOUT_FILENO) < 0 || dup2(messages, STDERR_FILENO) < 0)
             return 1;
@@ -96,11 +100,12 @@ ContainedResult RunContained(const std::function<QByteArray()>& work, ContainedL
     SharedFile output("output");
     SharedFile messages("messages");
     std::fflush(nullptr); // what waits to be written would be written by both processes
+    const pid_t parent = getpid();
     const pid_t process = fork();
     if (process < 0)
         throw RuntimeError(ErrorNumber::OutOfMemory, u"No other process can be started."_s);
     if (process == 0)
-        _exit(Work(work, limits, output, messages.Descriptor()));
+        _exit(Work(work, limits, output, messages.Descriptor(), parent));
     ContainedResult result{.ending = WaitFor(process), .output = {}, .messages = messages.Read(1024)};
     if (result.ending == Ending::Done)
         result.output = output.Read(limits.bytes);

@@ -21,7 +21,8 @@ struct ContainedResult
     QByteArray messages; ///< the first of what it wrote on standard output and standard error
 };
 
-/// Runs the work in a copy of this process and waits for it. Raises RuntimeError when there is no new process.
+/// Runs the work in a copy of this process and waits for it. The copy does not outlive this process. Raises
+/// RuntimeError when there is no new process.
 ContainedResult RunContained(const std::function<QByteArray()>& work, ContainedLimits limits);
 
 } // namespace qor

@@ -6,10 +6,15 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
+#include <cstdlib>
+#include <fcntl.h>
 #include <QDataStream>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QTemporaryDir>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace qor {
 
@@ -88,18 +93,42 @@ void RequireJetFile(const QString& fileName)
                          u"it is cut off or damaged; its length is not that of a Jet database"_s);
 }
 
-/// A copy without a name: whatever ends the program leaves nothing of it behind.
+/// A file for temporary data that has no name, so that whatever ends the program leaves nothing of it behind. Below
+/// zero when there is none.
+int OpenUnnamed()
+{
+    constexpr int flags = O_RDWR | O_CLOEXEC;
+    const int descriptor = open(QFile::encodeName(QDir::tempPath()), O_TMPFILE | flags, S_IRUSR | S_IWUSR);
+    if (descriptor >= 0)
+        return descriptor;
+    QByteArray name = QFile::encodeName(QDir::temp().filePath(u"dir-db-XXXXXX"_s)); // where all files need a name
+    const int named = mkostemp(name.data(), flags);
+    if (named >= 0)
+        unlink(name);
+    return named;
+}
+
+[[noreturn]] void ThrowNotCopied(const QString& fileName, const QString& why)
+{
+    ThrowNotImported(ErrorNumber::DeviceIO, fileName,
+                     u"it cannot be copied into the folder %1; %2"_s.arg(QDir::tempPath(), why));
+}
+
 void OpenPrivateCopy(const QString& fileName, QFile& copy)
 {
-    QTemporaryDir folder;
-    if (!folder.isValid())
-        ThrowNotImported(ErrorNumber::FileAccess, fileName,
-                         u"there is no folder for a copy of it; %1"_s.arg(folder.errorString()));
-    copy.setFileName(folder.filePath(u"copy"_s));
+    constexpr auto mode = QIODevice::ReadWrite | QIODevice::Unbuffered;
     QFile source(fileName);
-    if (!source.copy(copy.fileName()) || !copy.open(QIODevice::ReadOnly))
-        ThrowNotImported(ErrorNumber::DeviceIO, fileName,
-                         u"it cannot be copied into the folder %1; %2"_s.arg(QDir::tempPath(), source.errorString()));
+    const int descriptor = OpenUnnamed();
+    if (descriptor < 0 || !copy.open(descriptor, mode, QFileDevice::AutoCloseHandle))
+        ThrowNotCopied(fileName, qt_error_string(errno));
+    if (!source.open(QIODevice::ReadOnly))
+        ThrowNotCopied(fileName, source.errorString());
+    for (QByteArray block = source.read(mebibyte); !block.isEmpty(); block = source.read(mebibyte)) {
+        if (copy.write(block) != block.size())
+            ThrowNotCopied(fileName, copy.errorString());
+    }
+    if (source.error() != QFileDevice::NoError)
+        ThrowNotCopied(fileName, source.errorString());
 }
 
 QByteArray Packed(const JetDatabase& database, const QString& fault)
