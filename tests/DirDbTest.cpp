@@ -1,5 +1,6 @@
 // dir-db as people run it: what it makes, what it refuses and which faults its check finds.
 
+#include "rules/EarlierVersions.h"
 #include "store/CommandCatalog.h"
 #include "support/Cases.h"
 #include "support/SampleDatabase.h"
@@ -347,6 +348,32 @@ private Q_SLOTS:
         const Outcome outcome = DirDb({u"check"_s, fileName});
         QCOMPARE(outcome.exitCode, expected.isEmpty() ? 0 : 3);
         QVERIFY2(outcome.output.contains(expected) && outcome.errors.isEmpty(), qPrintable(outcome.output));
+    }
+
+    void listsEarlierVersions()
+    {
+        const auto history = [&](int node) {
+            return DirDb({u"history"_s, u"--node"_s, QString::number(node), mSample->FileName()});
+        };
+        const QString misc = mSample->ProductFolder() + u"/Misc/"_s;
+        mSample->SetEntries(7, {u"Smith|Anne|101|1|1"_s, u"Jones|Tom|102|2|2"_s});
+        QCOMPARE(
+            history(7).output,
+            u"There are no earlier versions of DIR 7 in partition 1 of configuration 1 in %1DIRHistory/1-1-7.\n"_s.arg(
+                misc));
+        for (const int node : {7, 9}) {
+            KeepVersion(misc, KeptNow({{{1, 1}, static_cast<qint16>(node)},
+                                       {},
+                                       {{u"Smith"_s, u"Anne"_s, u"103"_s, u"1"_s, u"1"_s}}}));
+            KeepVersion(misc, KeptNow({{{1, 1}, static_cast<qint16>(node)}, {}, {}}));
+        }
+        const QStringList lines = history(7).output.trimmed().split(u'\n');
+        QCOMPARE(lines[1].simplified(), u"Saved By Entries Changes"_s);
+        QVERIFY2(lines[2].endsWith(u"  0        +0 -2 ~0") && lines[3].endsWith(u"  1        +0 -1 ~1"),
+                 qPrintable(lines.join(u'\n')));
+        QVERIFY(history(9).output.startsWith(u"DIR 9 in partition 1 of configuration 1 is no longer stored."_s));
+        const Outcome outcome = history(70);
+        QVERIFY2(outcome.exitCode == 1 && outcome.errors.startsWith(u"There is no DIR 70"), qPrintable(outcome.errors));
     }
 
     /// given: the options.

@@ -2,6 +2,7 @@
 
 #include "platform/runtime/RuntimeError.h"
 
+#include <algorithm>
 #include <cstdio>
 
 namespace qor {
@@ -23,6 +24,12 @@ char16_t HarmlessCode(char16_t code)
     return commands ? replacement : code;
 }
 
+/// In columns of the terminal: a mark stands on the character before it.
+qsizetype Width(const QString& text)
+{
+    return std::ranges::count_if(text, [](QChar c) { return !c.isMark() && !c.isLowSurrogate(); });
+}
+
 void Print(const QString& line, std::FILE* stream)
 {
     std::fputs(Harmless(line).toLocal8Bit() + '\n', stream);
@@ -40,6 +47,23 @@ QString Harmless(QString text)
 void PrintLine(const QString& line)
 {
     Print(line, stdout);
+}
+
+void PrintTable(const QList<QStringList>& lines)
+{
+    QList<qsizetype> widths(lines[0].size(), 0);
+    for (const QStringList& line : lines) {
+        for (qsizetype i = 0; i < line.size(); ++i)
+            widths[i] = std::max(widths[i], Width(line[i]));
+    }
+    for (const QStringList& line : lines) {
+        QString text;
+        for (qsizetype i = 0; i < line.size(); ++i)
+            text += u"  "_s + line[i] + QString(widths[i] - Width(line[i]), u' ');
+        while (text.endsWith(u' '))
+            text.chop(1);
+        PrintLine(text);
+    }
 }
 
 void PrintRecord(const QString& record)

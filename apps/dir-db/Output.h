@@ -3,6 +3,8 @@
 
 #include "platform/runtime/Text.h"
 
+#include <QStringList>
+
 namespace qor {
 
 /// The text with a visible sign for each control character and each character that turns the direction of
@@ -11,6 +13,8 @@ QString Harmless(QString text);
 
 /// One harmless line on standard output.
 void PrintLine(const QString& line);
+/// Harmless lines, indented, with their cells below each other.
+void PrintTable(const QList<QStringList>& lines);
 /// One harmless record of CSV, whose values keep their tabs and line ends.
 void PrintRecord(const QString& record);
 /// JSON, with an escape in place of each character for which Harmless has a sign.

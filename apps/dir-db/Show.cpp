@@ -8,7 +8,6 @@
 #include "rules/EntryColumns.h"
 #include "store/CommandCatalog.h"
 
-#include <algorithm>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -86,29 +85,6 @@ void PrintCsv(Recordset& rows, const QList<ShownColumn>& columns)
         PrintCsvLine(Values(rows, columns, Owner::Node) + Values(rows, columns, Owner::Entry));
 }
 
-/// In columns of the terminal: a mark stands on the character before it.
-qsizetype Width(const QString& text)
-{
-    return std::ranges::count_if(text, [](QChar c) { return !c.isMark() && !c.isLowSurrogate(); });
-}
-
-void PrintAligned(const QList<QStringList>& lines)
-{
-    QList<qsizetype> widths(lines[0].size(), 0);
-    for (const QStringList& line : lines) {
-        for (qsizetype i = 0; i < line.size(); ++i)
-            widths[i] = std::max(widths[i], Width(line[i]));
-    }
-    for (const QStringList& line : lines) {
-        QString text;
-        for (qsizetype i = 0; i < line.size(); ++i)
-            text += u"  "_s + line[i] + QString(widths[i] - Width(line[i]), u' ');
-        while (text.endsWith(u' '))
-            text.chop(1);
-        PrintLine(text);
-    }
-}
-
 /// DIR 7: NodeDescription "Staff", UsePasswords "1", ...
 QString NodeLine(const Recordset& rows, const QList<ShownColumn>& columns)
 {
@@ -131,7 +107,7 @@ void PrintNode(Recordset& rows, const QList<ShownColumn>& columns)
             lines << Values(rows, columns, Owner::Entry);
     }
     if (lines.size() > 1)
-        PrintAligned(lines);
+        PrintTable(lines);
     else
         PrintLine(u"  no entries"_s);
 }

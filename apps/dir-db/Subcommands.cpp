@@ -2,6 +2,7 @@
 
 #include "Backup.h"
 #include "Check.h"
+#include "History.h"
 #include "ImportJet.h"
 #include "NewDatabase.h"
 #include "Output.h"
@@ -91,6 +92,18 @@ Work SetUpShow(Arguments& arguments)
     };
 }
 
+Work SetUpHistory(Arguments& arguments)
+{
+    const auto request = std::make_shared<HistoryRequest>();
+    arguments.File("FILE", request->fileName, "The database");
+    arguments.Number("--node", request->node.number, "The directory node; to be given", Need::Always);
+    AddPartition(arguments, request->node.partition);
+    return [request] {
+        PrintHistory(*request);
+        return success;
+    };
+}
+
 Work SetUpImportJet(Arguments& arguments)
 {
     const auto files = std::make_shared<Files>();
@@ -131,6 +144,7 @@ constexpr std::array subcommands{
     Subcommand{"sample", "Make a database with nodes and entries to look at", SetUpSample},
     Subcommand{"import-jet", "Make a database from a Jet 4 database", SetUpImportJet},
     Subcommand{"show", "Print the directory nodes and entries of a partition", SetUpShow},
+    Subcommand{"history", "List the earlier versions of a directory node", SetUpHistory},
     Subcommand{"check", "Say whether a file is a sound database, and what is odd in it", SetUpCheck},
     Subcommand{"backup", "Make a copy of a database, also while editors have it open", SetUpBackup},
     Subcommand{"restore", "Put what a sound copy holds in the place of a database", SetUpRestore},
