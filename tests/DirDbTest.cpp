@@ -198,7 +198,10 @@ private Q_SLOTS:
         lock.l_start = 4711; // of some node
         lock.l_len = 1;
         QCOMPARE(fcntl(saving.handle(), F_OFD_SETLK, &lock), 0);
-        QCOMPARE(DirDb(backup, u"timeout 1 \"$@\""_s).exitCode, 124); // still waiting for the save when it is ended
+        const Outcome waiting =
+            DirDb(backup, u"exec script -qec \"timeout --foreground 1.5 $*\" /dev/null"_s); // in a terminal
+        QCOMPARE(waiting.exitCode, 124); // it still waited for the save when it was ended
+        QVERIFY2(waiting.output.contains(u"\rWaiting for the end of a save (1 s) "), qPrintable(waiting.output));
         QCOMPARE(EntriesOf(mFolder->path()), names);
         saving.close();
         QCOMPARE(DirDb(backup).exitCode, 0);

@@ -7,6 +7,7 @@
 #include "platform/data/Connection.h"
 #include "platform/data/DatabaseFile.h"
 #include "platform/runtime/RuntimeError.h"
+#include "Progress.h"
 #include "Query.h"
 #include "ReadAccess.h"
 #include "Replacement.h"
@@ -30,7 +31,8 @@ public:
     explicit PauseOfSaves(const QString& fileName) : mLocked(QFileInfo(fileName).canonicalFilePath() + u"-saving"_s)
     {
         if (!mLocked.open(QIODevice::ReadOnly | QIODevice::ExistingOnly))
-            return;                         // nobody has saved yet, or where we may not look
+            return; // nobody has saved yet, or where we may not look
+        const Progress progress("Waiting for the end of a save");
         constexpr int longestSave = 30'000; // ms
         constexpr unsigned long lookEvery = 20;
         for (const QDeadlineTimer deadline(longestSave); !Lock(); QThread::msleep(lookEvery)) {
@@ -78,6 +80,7 @@ QString ContentsOf(const NewFile& file)
 /// through; a second copy of the engine in this process would not know the locks of the first.)
 void TakeSnapshot(const QString& sourceName, const NewFile& file)
 {
+    const Progress progress("Copying the database");
     Connection source;
     const ReadAccess access(source, sourceName);
     RequireSound(source, sourceName);

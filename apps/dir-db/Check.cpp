@@ -2,6 +2,7 @@
 
 #include "EntryFindings.h"
 #include "platform/runtime/RuntimeError.h"
+#include "Progress.h"
 #include "Query.h"
 #include "ReadAccess.h"
 #include "Schema.h"
@@ -94,6 +95,7 @@ QStringList SchemaReasons(Connection& connection)
 
 void LookAtContents(DataBase& dataBase, CheckResult& result)
 {
+    const Progress progress("Looking at the entries");
     Connection& connection = dataBase.Conn;
     result.directoryNodes = CountOf(connection, u"Node_DIR WHERE NodeTypeID = ?1"_s, {NODE_TYPE_DIR});
     result.entries = CountOf(connection, u"Detail_DIR"_s);
@@ -115,6 +117,7 @@ void Collect(QStringList& reasons, Step step)
 
 QStringList FindUnsoundness(Connection& connection)
 {
+    const Progress progress("Checking the pages of the database");
     QStringList reasons;
     Collect(reasons, [&] { return IntegrityReasons(connection); });
     Collect(reasons, [&] { return SchemaReasons(connection); });

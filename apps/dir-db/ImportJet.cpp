@@ -6,6 +6,7 @@
 #include "NewFile.h"
 #include "Output.h"
 #include "platform/runtime/RuntimeError.h"
+#include "Progress.h"
 #include "Query.h"
 #include "RowWriter.h"
 
@@ -128,6 +129,7 @@ QString IdentityText(const Identity& identity)
 
 Import::Import(const QString& sourceName)
 {
+    const Progress progress("Reading the source");
     const JetDatabase source = ReadJetFile(sourceName, Wishes());
     mOtherTables = source.otherTables;
     for (qsizetype i = 0; i < source.tables.size(); ++i)
@@ -192,6 +194,7 @@ QList<TakenRow> Import::WithoutRepeats(const SchemaTable& schema, const QList<Ta
 
 void Import::Fill(DataBase& dataBase)
 {
+    const Progress progress("Writing the database");
     for (const TakenTable& table : mTables) {
         RowWriter writer(dataBase.Conn, table.id);
         for (const TakenRow& row : table.rows)
