@@ -321,38 +321,6 @@ private Q_SLOTS:
         QCOMPARE(outcome.output, QString());
     }
 
-    /// given: LastName, FirstName, Extension, NamePrompt, Password of each entry.
-    void checkWarns_data()
-    {
-        const QString entry = u"('Smith', 'Anne', '12', %1, '1')"_s;
-        const QString absent = entry.arg(13);
-        const QString place = u"configuration 1, partition 1, DIR 12"_s;
-        AddCases({{"nothing", u"('O''Neil 2', 'Anne', ' 1e3 ', 2, '1'), "_s + entry.arg(3), {}},
-                  {"no message node", absent, u"message node is missing: 1\n  "_s + place + u", entry 1: MSG 13\n"_s},
-                  {"not in the pool", entry.arg(9), u", entry 1: MSG 9\n"_s},
-                  {"in the pool only", entry.arg(10), u", entry 1: MSG 10\n"_s},
-                  {"duplicate", QStringList{entry.arg(2), entry.arg(3), entry.arg(2)}.join(u','),
-                   u"more than once: 1\n  "_s + place + u": prompt 2 in the entries 1, 3\n"_s},
-                  {"duplicate as shown", entry.arg(1) + u',' + entry.arg(1000), u"prompt 1 in the entries 1, 2\n"_s},
-                  {"invalid", u"('Smith', 'Anne', '12' || char(27) || 'a', 2, '1')"_s,
-                   u"refuses to save: 1\n  "_s + place + u", entry 1: the extension \"12␛a\" is not a number\n"_s},
-                  {"defaults", u"('', NULL, '', NULL, NULL)"_s,
-                   u"missing values: 1\n  "_s + place +
-                       u", entry 1: LastName, FirstName, Extension, NamePrompt, Password\n"_s}});
-    }
-    void checkWarns()
-    {
-        QFETCH(QString, given);
-        QFETCH(QString, expected);
-        const QString fileName = ChangedSample(
-            u"DELETE FROM Detail_DIR; DELETE FROM Node_General_Pool WHERE NodeTypeID = 0 AND NodeNumber = 9; "
-            "DELETE FROM Node_MSG WHERE NodeNumber = 10; "
-            "INSERT INTO Detail_DIR SELECT 1, 1, 12, row_number() OVER (), * FROM (VALUES %1)"_s.arg(given));
-        const Outcome outcome = DirDb({u"check"_s, fileName});
-        QCOMPARE(outcome.exitCode, expected.isEmpty() ? 0 : 3);
-        QVERIFY2(outcome.output.contains(expected) && outcome.errors.isEmpty(), qPrintable(outcome.output));
-    }
-
     void listsEarlierVersions()
     {
         const auto history = [&](int node) {

@@ -1,12 +1,16 @@
 #include "Check.h"
 
 #include "EntryFindings.h"
+#include "NodeFindings.h"
+#include "platform/data/Connection.h"
 #include "platform/runtime/RuntimeError.h"
 #include "Progress.h"
 #include "Query.h"
 #include "ReadAccess.h"
+#include "RecordingFiles.h"
 #include "Schema.h"
-#include "store/DataBase.h"
+#include "store/CommandCatalog.h"
+#include "TextFindings.h"
 
 #include <algorithm>
 #include <QHash>
@@ -93,13 +97,13 @@ QStringList SchemaReasons(Connection& connection)
     return reasons;
 }
 
-void LookAtContents(DataBase& dataBase, CheckResult& result)
+void LookAtContents(Connection& connection, const RecordingFiles* recordings, CheckResult& result)
 {
     const Progress progress("Looking at the entries");
-    Connection& connection = dataBase.Conn;
     result.directoryNodes = CountOf(connection, u"Node_DIR WHERE NodeTypeID = ?1"_s, {NODE_TYPE_DIR});
     result.entries = CountOf(connection, u"Detail_DIR"_s);
-    result.findings = FindInEntries(dataBase);
+    result.findings = FindInNodes(connection) + FindInEntries(connection, recordings);
+    result.findings << FindForeignTexts(connection);
 }
 
 /// A step that the damage stops does not keep the next ones from telling what they find.
@@ -125,14 +129,18 @@ QStringList FindUnsoundness(Connection& connection)
     return reasons;
 }
 
-CheckResult CheckDatabase(const QString& fileName)
+CheckResult CheckDatabase(const QString& fileName, const QString& recordings)
 {
-    DataBase dataBase(ConnectionStringFor(fileName));
-    const ReadAccess access(dataBase.Conn, fileName);
+    std::optional<RecordingFiles> files;
+    if (!recordings.isEmpty())
+        files.emplace(recordings);
+    Connection connection;
+    connection.SetConnectionString(ConnectionStringFor(fileName));
+    const ReadAccess access(connection, fileName);
     CheckResult result;
-    result.reasons = FindUnsoundness(dataBase.Conn);
+    result.reasons = FindUnsoundness(connection);
     if (result.reasons.isEmpty())
-        LookAtContents(dataBase, result);
+        LookAtContents(connection, files ? &*files : nullptr, result);
     access.RequireUnchanged();
     return result;
 }

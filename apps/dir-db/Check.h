@@ -12,13 +12,14 @@ struct CheckResult
     QStringList reasons; ///< why the database is not sound, in sentences; none for a sound one
     int directoryNodes = 0;
     int entries = 0;
-    Findings findings; ///< in the entries of a sound database
+    Findings findings; ///< in the nodes and entries of a sound database
 };
 
 /// Why the database is not sound, in sentences: its integrity, tables, columns and keys.
 QStringList FindUnsoundness(Connection& connection);
 
-/// Raises RuntimeError for a file that does not open as a database.
-CheckResult CheckDatabase(const QString& fileName);
+/// recordings: the folder with the wave files of the message nodes; empty when they are not asked after. Raises
+/// RuntimeError for a file that does not open as a database and for a folder that cannot be read.
+CheckResult CheckDatabase(const QString& fileName, const QString& recordings = {});
 
 } // namespace qor

@@ -1,187 +1,195 @@
 #include "EntryFindings.h"
 
-#include "platform/runtime/Numbers.h"
-#include "Query.h"
-#include "rules/EntryColumns.h"
-#include "rules/MessageNodes.h"
-#include "rules/PromptNumbers.h"
+#include "MessageDescriptions.h"
+#include "RecordingFiles.h"
+#include "rules/TelephoneKeys.h"
 #include "rules/Validation.h"
-#include "store/DataBase.h"
+#include "StoredDirectories.h"
 
 #include <algorithm>
-#include <map>
-#include <QSet>
-#include <set>
-#include <tuple>
 
 namespace qor {
 
 namespace {
 
-struct StoredDirectory
+const QString newExtension = u"1"_s; ///< of a new entry, and of one without an extension
+
+/// One kind of finding and how it is found.
+struct Search
 {
-    QString name;                        ///< "configuration 1, partition 1, DIR 7"
-    std::optional<Partition> partition;  ///< none for one that the editor cannot be opened on
-    std::vector<DirectoryEntry> entries; ///< as the editor shows them
-    QStringList positions;               ///< of the entries
-    QList<QStringList> replacedColumns;  ///< of the entries
-
-    QString Place(std::size_t row) const
-    {
-        return u"%1, entry %2"_s.arg(name, positions.at(static_cast<qsizetype>(row)));
-    }
-};
-using StoredDirectories = std::vector<StoredDirectory>;
-
-QString DirectoryName(const Recordset& rows)
-{
-    return u"configuration %1, partition %2, DIR %3"_s.arg(rows.Field(u"ConfigID"_s).toString(),
-                                                           rows.Field(u"PartID"_s).toString(),
-                                                           rows.Field(u"NodeMasterID"_s).toString());
-}
-
-std::optional<Partition> PartitionOf(const Recordset& rows)
-{
-    const auto config = WholeNumber16(rows.Field(u"ConfigID"_s));
-    const auto number = WholeNumber16(rows.Field(u"PartID"_s));
-    return config && number ? std::optional(Partition{*config, *number}) : std::nullopt;
-}
-
-StoredDirectories ReadDirectories(Connection& connection)
-{
-    Recordset rows =
-        Query(connection, u"SELECT * FROM Detail_DIR ORDER BY ConfigID, PartID, NodeMasterID, SequenceNo"_s);
-    const EntryReader reader(rows);
-    StoredDirectories directories;
-    for (; !rows.EndOfFile(); rows.MoveNext()) {
-        const QString name = DirectoryName(rows);
-        if (directories.empty() || directories.back().name != name)
-            directories.push_back(
-                {.name = name, .partition = PartitionOf(rows), .entries = {}, .positions = {}, .replacedColumns = {}});
-        StoredDirectory& directory = directories.back();
-        directory.entries.push_back(reader.Read(rows));
-        directory.positions << rows.Field(u"SequenceNo"_s).toString();
-        directory.replacedColumns << reader.ReplacedColumns(rows);
-    }
-    return directories;
-}
-
-/// A finding of this kind with a line for each entry for which `fault` has a text.
-template <typename Fault>
-Finding FindFaults(const QString& kind, const StoredDirectories& directories, Fault fault)
-{
-    Finding finding{.kind = kind, .places = {}};
-    for (const StoredDirectory& directory : directories) {
-        for (std::size_t row = 0; row < directory.entries.size(); ++row) {
-            const QString text = fault(directory, row);
-            if (!text.isEmpty())
-                finding.places << directory.Place(row) + u": "_s + text;
-        }
-    }
-    return finding;
-}
-
-class MessageSearch
-{
-public:
-    explicit MessageSearch(DataBase& dataBase) : mDataBase(dataBase) {}
-
-    bool Has(const Partition& partition, const QString& prompt)
-    {
-        const auto [place, isNew] = mFound.try_emplace({partition.config, partition.number, prompt});
-        if (isNew) // many entries name the same prompts
-            place->second = std::ranges::binary_search(Numbers(partition), prompt.toInt()) &&
-                            IsNodeExisted(mDataBase, partition, NODE_TYPE_MSG, prompt);
-        return place->second;
-    }
-
-private:
-    const MessageNodeNumbers& Numbers(const Partition& partition)
-    {
-        const auto [place, isNew] = mNumbers.try_emplace({partition.config, partition.number});
-        if (isNew)
-            place->second = UsedMessageNodeNumbers(mDataBase, partition);
-        return place->second;
-    }
-
-    DataBase& mDataBase;
-    std::map<std::pair<qint16, qint16>, MessageNodeNumbers> mNumbers; ///< of the partitions met so far
-    std::map<std::tuple<qint16, qint16, QString>, bool> mFound;       ///< for the prompts met so far
+    Finding finding;
+    std::function<void(const StoredDirectory& directory, Finding& finding)> look;
 };
 
-Finding MissingMessages(DataBase& dataBase, const StoredDirectories& directories)
+/// Finds the entries that have a fault. text: what is to be said of it.
+template <typename HasFault, typename Text>
+Search EachEntry(const QString& kind, HasFault hasFault, Text text)
 {
-    MessageSearch search(dataBase);
-    return FindFaults(u"entries whose message node is missing"_s, directories,
-                      [&](const StoredDirectory& directory, std::size_t row) {
-                          const QString& prompt = directory.entries[row].prompt;
-                          const bool found = directory.partition && search.Has(*directory.partition, prompt);
-                          return found ? QString() : u"MSG "_s + prompt;
-                      });
+    return {{kind}, [=](const StoredDirectory& directory, Finding& finding) {
+                for (const StoredEntry& entry : directory.entries) {
+                    if (hasFault(directory, entry))
+                        finding.AddPlace([&] { return directory.Place(entry) + u": "_s + text(entry); });
+                }
+            }};
 }
 
-/// The prompts that a directory has more than once, in their order.
-std::set<int> DuplicatePrompts(const StoredDirectory& directory)
+template <typename HasFault, typename Text>
+Search EachShownEntry(const QString& kind, HasFault hasFault, Text text)
 {
-    QSet<QString> met;
-    std::set<int> prompts;
-    for (const std::size_t row : RepeatedPrompts(directory.entries, [&](const QString& prompt) {
-             const bool before = met.contains(prompt);
-             met.insert(prompt);
-             return before;
-         }))
-        prompts.insert(directory.entries[row].prompt.toInt());
-    return prompts;
+    return EachEntry(
+        kind,
+        [hasFault](const StoredDirectory& /*directory*/, const StoredEntry& entry) { return hasFault(entry.shown); },
+        [text](const StoredEntry& entry) { return text(entry.shown); });
 }
 
-Finding DuplicatePrompts(const StoredDirectories& directories)
+Search NamedColumns(const QString& kind, QStringList StoredEntry::*columns)
 {
-    Finding finding{.kind = u"prompts that a directory has more than once"_s, .places = {}};
-    for (const StoredDirectory& directory : directories) {
-        for (const int prompt : DuplicatePrompts(directory)) {
-            QStringList positions;
-            for (std::size_t row = 0; row < directory.entries.size(); ++row) {
-                if (directory.entries[row].prompt.toInt() == prompt)
-                    positions << directory.positions.at(static_cast<qsizetype>(row));
-            }
-            finding.places << u"%1: prompt %2 in the entries %3"_s.arg(directory.name, QString::number(prompt),
-                                                                       positions.join(u", "_s));
-        }
+    return EachEntry(
+        kind,
+        [=](const StoredDirectory& /*directory*/, const StoredEntry& entry) { return !(entry.*columns).isEmpty(); },
+        [=](const StoredEntry& entry) { return (entry.*columns).join(u", "_s); });
+}
+
+Search MissingMessages(const StoredMessages& messages)
+{
+    return EachEntry(
+        u"entries whose name nothing speaks, as their message node is missing"_s,
+        [&messages](const StoredDirectory& directory, const StoredEntry& entry) {
+            const StoredMessage* const message = FindMessage(messages.Of(directory.partition), entry.shown.prompt);
+            return !message || !message->isInPool;
+        },
+        [](const StoredEntry& entry) { return u"MSG "_s + entry.shown.prompt; });
+}
+
+/// An entry without a message node is found as such.
+Search MissingRecordings(const StoredMessages& messages, const RecordingFiles& recordings)
+{
+    const auto message = [&messages](const StoredDirectory& directory, const StoredEntry& entry) {
+        return FindMessage(messages.Of(directory.partition), entry.shown.prompt);
+    };
+    return {{u"entries whose name nothing speaks, as the file that their message node names is missing"_s},
+            [message, &recordings](const StoredDirectory& directory, Finding& finding) {
+                for (const StoredEntry& entry : directory.entries) {
+                    const StoredMessage* const named = message(directory, entry);
+                    if (named && !recordings.Contains(named->recording))
+                        finding.AddPlace([&] {
+                            return u"%1: MSG %2, \"%3\""_s.arg(directory.Place(entry), entry.shown.prompt,
+                                                               named->recording);
+                        });
+                }
+            }};
+}
+
+/// Numbers by their size.
+QStringList InOrder(const QSet<QString>& values)
+{
+    QStringList ordered(values.cbegin(), values.cend());
+    std::ranges::sort(ordered, {}, [](const QString& value) { return std::pair(value.size(), value); });
+    return ordered;
+}
+
+QString Positions(const StoredDirectory& directory, QString DirectoryEntry::*field, const QString& value)
+{
+    QStringList positions;
+    for (const StoredEntry& entry : directory.entries) {
+        if (entry.shown.*field == value)
+            positions << entry.position;
     }
-    return finding;
+    return positions.join(u", "_s);
+}
+
+/// Finds the values that several entries of a directory have, but for one value.
+Search Repeats(const QString& kind, const QString& what, QString DirectoryEntry::*field, const QString& leftOut)
+{
+    return {{kind}, [=](const StoredDirectory& directory, Finding& finding) {
+                QSet<QString> met;
+                QSet<QString> repeated;
+                met.reserve(static_cast<qsizetype>(directory.entries.size()));
+                for (const StoredEntry& entry : directory.entries) {
+                    const qsizetype before = met.size();
+                    met.insert(entry.shown.*field);
+                    if (met.size() == before && entry.shown.*field != leftOut)
+                        repeated.insert(entry.shown.*field);
+                }
+                for (const QString& value : InOrder(repeated))
+                    finding.AddPlace([&] {
+                        return u"%1: %2 %3 in the entries %4"_s.arg(directory.name, what, value,
+                                                                    Positions(directory, field, value));
+                    });
+            }};
+}
+
+QString FullName(const DirectoryEntry& entry)
+{
+    return entry.firstName + u' ' + entry.lastName;
+}
+
+bool IsAtNewExtension(const DirectoryEntry& entry)
+{
+    return entry.extension == newExtension;
+}
+
+bool LacksKeys(const DirectoryEntry& entry)
+{
+    return !HasKeys(entry.lastName) || !HasKeys(entry.firstName);
 }
 
 /// Names are never empty here: a missing one is shown as the default.
-Finding RefusedEntries(const StoredDirectories& directories)
+bool IsRefused(const DirectoryEntry& entry)
 {
-    return FindFaults(u"entries that the editor refuses to save"_s, directories,
-                      [](const StoredDirectory& directory, std::size_t row) {
-                          const DirectoryEntry& entry = directory.entries[row];
-                          return IsSound(entry) ? QString()
-                                                : u"the extension \"%1\" is not a number"_s.arg(entry.extension);
-                      });
+    return !IsSound(entry);
 }
 
-Finding ReplacedValues(const StoredDirectories& directories)
+QString RefusalOf(const DirectoryEntry& entry)
 {
-    return FindFaults(u"entries of which the editor shows defaults for missing values"_s, directories,
-                      [](const StoredDirectory& directory, std::size_t row) {
-                          return directory.replacedColumns.at(static_cast<qsizetype>(row)).join(u", "_s);
-                      });
+    return u"the extension \"%1\" is not a number"_s.arg(entry.extension);
+}
+
+std::vector<Search> AllSearches(const StoredMessages& messages)
+{
+    return {
+        MissingMessages(messages),
+        Repeats(u"prompts that speak for several entries, as a directory has them more than once"_s, u"prompt"_s,
+                &DirectoryEntry::prompt, {}),
+        Repeats(u"extensions that callers reach under several names, as a directory has them more than once"_s,
+                u"extension"_s, &DirectoryEntry::extension, newExtension),
+        EachShownEntry(u"entries whose callers reach extension 1, which stands in new entries"_s, IsAtNewExtension,
+                       FullName),
+        EachShownEntry(u"entries that callers may not find, as telephones have no key for a character of the name"_s,
+                       LacksKeys, FullName),
+        EachShownEntry(u"entries that the editor refuses to save"_s, IsRefused, RefusalOf),
+        NamedColumns(u"entries of which the editor shows defaults for missing values"_s, &StoredEntry::replacedColumns),
+        NamedColumns(u"entries that the editor shows and saves with other characters, as a text is not UTF-8"_s,
+                     &StoredEntry::foreignColumns),
+    };
 }
 
 } // namespace
 
-Finding FindMissingMessages(DataBase& dataBase)
+Finding FindMissingMessages(Connection& connection)
 {
-    return MissingMessages(dataBase, ReadDirectories(dataBase.Conn));
+    const StoredMessages messages(connection);
+    Search search = MissingMessages(messages);
+    ForEachDirectory(connection, [&](const StoredDirectory& directory) { search.look(directory, search.finding); });
+    return search.finding;
 }
 
-Findings FindInEntries(DataBase& dataBase)
+Findings FindInEntries(Connection& connection, const RecordingFiles* recordings)
 {
-    const StoredDirectories directories = ReadDirectories(dataBase.Conn);
-    return {MissingMessages(dataBase, directories), DuplicatePrompts(directories), RefusedEntries(directories),
-            ReplacedValues(directories)};
+    const StoredMessages messages(connection);
+    std::vector<Search> searches = AllSearches(messages);
+    if (recordings)
+        searches.push_back(MissingRecordings(messages, *recordings));
+    MessageDescriptions descriptions(messages);
+    ForEachDirectory(connection, [&](const StoredDirectory& directory) {
+        for (Search& search : searches)
+            search.look(directory, search.finding);
+        descriptions.Look(directory);
+    });
+    Findings findings;
+    for (const Search& search : searches)
+        findings << search.finding;
+    return findings << descriptions.Result();
 }
 
 } // namespace qor

@@ -5,14 +5,15 @@
 
 namespace qor {
 
-class DataBase;
+class Connection;
+class RecordingFiles;
 
 /// Entries whose message node is missing. The editor asks the general pool for it and copies it from the
 /// message nodes, so it has to stand in both.
-Finding FindMissingMessages(DataBase& dataBase);
+Finding FindMissingMessages(Connection& connection);
 
-/// Every kind: missing message nodes, prompts that a directory has twice, rows that the editor marks as invalid
-/// and values in whose place it shows a default.
-Findings FindInEntries(DataBase& dataBase);
+/// Every kind of what is odd in the entries, in one pass. recordings: where the names are to be spoken; null when that
+/// is not asked.
+Findings FindInEntries(Connection& connection, const RecordingFiles* recordings);
 
 } // namespace qor

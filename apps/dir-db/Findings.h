@@ -7,8 +7,23 @@ namespace qor {
 
 struct Finding
 {
-    QString kind;       ///< "entries whose message node is missing"
-    QStringList places; ///< one line for each
+    QString kind;            ///< "entries whose message node is missing"
+    QStringList places = {}; ///< a line for each of the first ones
+    qsizetype count = 0;
+
+    /// place: makes the line; not called when there are enough of them.
+    template <typename Place>
+    void AddPlace(const Place& place)
+    {
+        constexpr qsizetype shownPlaces = 20;
+        if (count < shownPlaces)
+            places << place();
+        ++count;
+    }
+    void Add(const QString& place)
+    {
+        AddPlace([&] { return place; });
+    }
 };
 using Findings = QList<Finding>;
 

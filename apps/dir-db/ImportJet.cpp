@@ -26,11 +26,11 @@ enum class Kind { InUse, ColumnMissing, MoreRows, NullIdentity, SameIdentity };
 Findings NoFindings()
 {
     return {
-        {u"another program seems to use the source or did not close it"_s, {}},
-        {u"columns that the source does not have and that stay empty"_s, {}},
-        {u"tables with more rows than they say; the source was not closed properly"_s, {}},
-        {u"tables with rows whose identity has a missing value; these rows were not taken"_s, {}},
-        {u"identities of more than one row, of which the first was taken"_s, {}},
+        {u"another program seems to use the source or did not close it"_s},
+        {u"columns that the source does not have and that stay empty"_s},
+        {u"tables with more rows than they say; the source was not closed properly"_s},
+        {u"tables with rows whose identity has a missing value; these rows were not taken"_s},
+        {u"identities of more than one row, of which the first was taken"_s},
     };
 }
 
@@ -59,7 +59,7 @@ public:
 
 private:
     void TakeTable(const SchemaTable& schema, const JetTable& source);
-    void Warn(Kind kind, const QString& place) { mWarnings[static_cast<int>(kind)].places << place; }
+    void Warn(Kind kind, const QString& place) { mWarnings[static_cast<int>(kind)].Add(place); }
     QList<TakenRow> WithIdentity(const SchemaTable& schema, const JetTable& source);
     QList<TakenRow> WithoutRepeats(const SchemaTable& schema, const QList<TakenRow>& rows);
 
@@ -207,7 +207,7 @@ void Import::Fill(DataBase& dataBase)
                                  .arg(QString::fromLatin1(name))
                                  .arg(written));
     }
-    mWarnings << FindMissingMessages(dataBase);
+    mWarnings << FindMissingMessages(dataBase.Conn);
 }
 
 void Import::Print(const QString& sourceName) const

@@ -3,12 +3,21 @@
 
 #include "platform/data/Recordset.h"
 
+#include <functional>
+
 namespace qor {
 
 class Connection;
 
 /// text: with ?1, ?2, ... for the values.
 Recordset Query(Connection& connection, const QString& text, const QStringList& values = {});
+
+/// The same row by row, as Command::ForEachRow has it.
+void ForEachRow(Connection& connection, const QString& text, const std::function<void(const Recordset& row)>& take);
+
+/// What a statement names to get the texts of a column as they are stored: in UTF-8 as bytes, whose characters need not
+/// be any, else as texts. Other values stay as they are.
+QString StoredTexts(Connection& connection, const QString& column);
 
 /// rows: what follows FROM.
 int CountOf(Connection& connection, const QString& rows, const QStringList& values = {});

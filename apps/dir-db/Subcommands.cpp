@@ -70,8 +70,10 @@ int ReportCheck(const QString& fileName, const CheckResult& result)
 Work SetUpCheck(Arguments& arguments)
 {
     const auto file = std::make_shared<QString>();
+    const auto recordings = std::make_shared<QString>();
     arguments.File("FILE", *file, "The database");
-    return [file] { return ReportCheck(*file, CheckDatabase(*file)); };
+    arguments.FileOption("--recordings", "FOLDER", *recordings, "Also entries whose wave file this folder lacks");
+    return [=] { return ReportCheck(*file, CheckDatabase(*file, *recordings)); };
 }
 
 Work SetUpShow(Arguments& arguments)

@@ -48,24 +48,20 @@ EntryReader::EntryReader(const Recordset& rows)
         mIndexes[i] = rows.FieldIndex(QString::fromLatin1(entryColumns[i].name));
 }
 
-DirectoryEntry EntryReader::Read(const Recordset& rows) const
+DirectoryEntry EntryReader::Read(const Recordset& rows, QStringList* replaced) const
 {
     DirectoryEntry entry;
     for (std::size_t i = 0; i < entryColumns.size(); ++i) {
         const EntryColumn& column = entryColumns[i];
-        entry.*column.field = TextOrDefault(column, rows.Field(mIndexes[i]));
+        QString& text = entry.*column.field;
+        text = column.shownText(rows.Field(mIndexes[i]));
+        if (!text.isEmpty())
+            continue;
+        text = QString::fromLatin1(column.whenMissing);
+        if (replaced)
+            *replaced << QString::fromLatin1(column.name);
     }
     return entry;
-}
-
-QStringList EntryReader::ReplacedColumns(const Recordset& rows) const
-{
-    QStringList replaced;
-    for (std::size_t i = 0; i < entryColumns.size(); ++i) {
-        if (entryColumns[i].shownText(rows.Field(mIndexes[i])).isEmpty())
-            replaced << QString::fromLatin1(entryColumns[i].name);
-    }
-    return replaced;
 }
 
 } // namespace qor

@@ -29,10 +29,9 @@ public:
     /// Raises RuntimeError when the rows lack a column.
     explicit EntryReader(const Recordset& rows);
 
-    /// The entry in the current row, every missing value replaced, so that it can be shown.
-    DirectoryEntry Read(const Recordset& rows) const;
-    /// The columns of the current row in whose place Read puts a default.
-    QStringList ReplacedColumns(const Recordset& rows) const;
+    /// The entry in the current row, every missing value replaced, so that it can be shown. replaced: where not null,
+    /// gets the columns of these values.
+    DirectoryEntry Read(const Recordset& rows, QStringList* replaced = nullptr) const;
 
 private:
     std::array<int, 5> mIndexes{};

@@ -1,0 +1,40 @@
+// Whom message nodes are described as.
+#pragma once
+
+#include "Findings.h"
+#include "StoredMessages.h"
+
+namespace qor {
+
+struct StoredDirectory;
+
+/// Finds the message nodes that are described as one entry and named by another. The editor describes a node as the
+/// entry for which it makes it, and leaves the description when the number goes to somebody else.
+class MessageDescriptions
+{
+public:
+    explicit MessageDescriptions(const StoredMessages& messages) : mMessages(messages) {}
+
+    void Look(const StoredDirectory& directory);
+    /// What was found in the directories that it looked at.
+    Finding Result() const;
+
+private:
+    struct Misnamed
+    {
+        QString description;
+        QString namedBy; ///< the first such entry
+    };
+    struct PartitionFound
+    {
+        QHash<QString, QString> described; ///< where the entry of each description is; empty where none was met
+        std::map<int, Misnamed> misnamed;  ///< the message nodes that an entry names whom they do not describe
+    };
+
+    PartitionFound& FoundIn(const Partition& partition);
+
+    const StoredMessages& mMessages;
+    std::map<std::pair<qint16, qint16>, PartitionFound> mPartitions;
+};
+
+} // namespace qor
