@@ -130,16 +130,31 @@ private Q_SLOTS:
         Run(u"UPDATE Node_MSG SET KELFilename = 'names\\Bob, \"B\".wav' WHERE NodeNumber = 3;"
             "UPDATE Node_MSG SET KELFilename = '' WHERE NodeNumber = 4;"
             "INSERT INTO Detail_DIR VALUES (1, 1, 12, 3, 'May', 'Eve', '103', 4, '1'), (1, 1, 12, 4, 'Roe', 'Al', '104', 13, '1')"_s);
+        const QString heading = u"File,Say,Extension\n"_s;
+        const QString later = u"P01M004.wav,Eve May,103\nP01M013.wav,Al Roe,104\n"_s;
+        QCOMPARE(DirDb({u"recordings"_s, File()}).output, heading +
+                                                              u"P01M002.wav,Anne Smith,101\n"
+                                                              "\"names\\Bob, \"\"B\"\".wav\",Bob Jones,102\n"_s +
+                                                              later);
+
         const QTemporaryDir folder;
         WriteFile(folder.filePath(u"p01m002.WAV"_s), "");
         WriteFile(folder.filePath(u"Bob, \"b\".wav"_s), "");
+        const QStringList missing{u"recordings"_s, u"--missing"_s, folder.path(), u"--node"_s, u"12"_s, File()};
+        QCOMPARE(DirDb(missing).output, heading + later);
         const Outcome checked = DirDb({u"check"_s, u"--recordings"_s, folder.path(), File()});
         QVERIFY2(checked.output.contains(
                      u"names is missing: 1\n  configuration 1, partition 1, DIR 12, entry 3: MSG 4, \"\"\n"),
                  qPrintable(checked.output));
 
-        const Outcome outcome = DirDb({u"check"_s, u"--recordings"_s, folder.filePath(u"none"_s), File()});
-        QVERIFY2(outcome.exitCode == 1 && outcome.errors.contains(u"none cannot be read"), qPrintable(outcome.errors));
+        for (const QStringList& command :
+             {QStringList{u"check"_s, u"--recordings"_s}, {u"recordings"_s, u"--missing"_s}}) {
+            const Outcome outcome = DirDb(command + QStringList{folder.filePath(u"none"_s), File()});
+            QVERIFY2(outcome.exitCode == 1 && outcome.output.isEmpty() &&
+                         outcome.errors.contains(u"none cannot be read"),
+                     qPrintable(outcome.errors));
+        }
+        QVERIFY(DirDb({u"recordings"_s, u"--node"_s, u"7"_s, File()}).errors.contains(u"no DIR 7 in partition 1"));
     }
 
     void keysOfNames_data()
@@ -155,6 +170,34 @@ private Q_SLOTS:
         QFETCH(QString, given);
         QFETCH(QString, expected);
         QCOMPARE(TelephoneKeys(given), expected);
+    }
+
+    /// given: the arguments behind the file.
+    void keys_data()
+    {
+        AddCases(
+            {{"reached", u"764"_s,
+              u"764 reaches 2 people\n  entry 1: Anne Smith, extension 101\n  entry 3: Rob "
+              "Śmigly, extension 13\n"_s},
+             {"more keys", u"7648"_s, u"reaches 1 person\n  entry 1: Anne"_s},
+             {"nobody", u"999"_s, u"reaches 0 people\n"_s},
+             {"by first name", u"--by first 762"_s, u"1 person\n  entry 3: Rob"_s},
+             {"shared", {}, u"DIR 12: 764 is shared by 2 people\n  entry 1: Anne"_s},
+             {"not shared", u"--digits 4"_s, u"no code of 4 keys is shared\n"_s},
+             {"shared, either", u"--by either --digits 2"_s,
+              u"DIR 12: 56 is shared by 2 people\n  entry 2: Bob Jones, extension 102\n  entry 4: Lo Jo, extension 14\n"_s},
+             {"no keys", u"76a"_s, u"\"76a\" are no keys"_s},
+             {"no digits", u"--digits 0"_s, u"at least 1 digit"_s}});
+    }
+    void keys()
+    {
+        QFETCH(QString, given);
+        QFETCH(QString, expected);
+        Run(u"INSERT INTO Detail_DIR VALUES (1, 1, 12, 3, 'Śmigly', 'Rob', '13', 4, '1'), (1, 1, 12, 4, 'Jo', 'Lo', '14', 5, '1')"_s);
+        const Outcome outcome = DirDb(QStringList{u"keys"_s, File()} + given.split(u' ', Qt::SkipEmptyParts));
+        const QString said = outcome.output + outcome.errors;
+        QVERIFY2(said.contains(expected), qPrintable(said));
+        QCOMPARE(outcome.output.startsWith(u"By this rule: "), outcome.exitCode == 0);
     }
 };
 

@@ -4,13 +4,16 @@
 #include "Check.h"
 #include "History.h"
 #include "ImportJet.h"
+#include "Keys.h"
 #include "NewDatabase.h"
 #include "Output.h"
+#include "Recordings.h"
 #include "Sample.h"
 #include "Show.h"
 
 #include <array>
 #include <memory>
+#include <QMap>
 
 namespace qor {
 
@@ -74,6 +77,48 @@ Work SetUpCheck(Arguments& arguments)
     arguments.File("FILE", *file, "The database");
     arguments.FileOption("--recordings", "FOLDER", *recordings, "Also entries whose wave file this folder lacks");
     return [=] { return ReportCheck(*file, CheckDatabase(*file, *recordings)); };
+}
+
+void AddNodes(Arguments& arguments, NodeChoice& nodes)
+{
+    arguments.Number("--node", nodes.node, "One directory node only");
+    AddPartition(arguments, nodes.partition);
+}
+
+Work SetUpRecordings(Arguments& arguments)
+{
+    const auto request = std::make_shared<RecordingsRequest>();
+    arguments.File("FILE", request->fileName, "The database");
+    AddNodes(arguments, request->nodes);
+    arguments.FileOption("--missing", "FOLDER", request->missingIn, "Only the files that this folder lacks");
+    return [request] {
+        PrintRecordings(*request);
+        return success;
+    };
+}
+
+const QMap<QString, SpelledName>& SpelledNames()
+{
+    static const QMap<QString, SpelledName> names{
+        {u"last"_s, SpelledName::Last}, {u"first"_s, SpelledName::First}, {u"either"_s, SpelledName::Either}};
+    return names;
+}
+
+Work SetUpKeys(Arguments& arguments)
+{
+    const auto request = std::make_shared<KeysRequest>();
+    const auto by = std::make_shared<QString>(u"last"_s);
+    arguments.File("FILE", request->fileName, "The database");
+    arguments.Text("KEYS", request->keys, "What a caller presses; if not given, the codes that several people share",
+                   Need::Optional);
+    AddNodes(arguments, request->nodes);
+    arguments.Number("--digits", request->digits, "The length of the codes; 3 if not given");
+    arguments.Choice("--by", SpelledNames().keys(), *by, "Which name callers spell; last if not given");
+    return [request, by] {
+        request->spelled = SpelledNames()[*by];
+        ShowKeys(*request);
+        return success;
+    };
 }
 
 Work SetUpShow(Arguments& arguments)
@@ -148,6 +193,8 @@ constexpr std::array subcommands{
     Subcommand{"show", "Print the directory nodes and entries of a partition", SetUpShow},
     Subcommand{"history", "List the earlier versions of a directory node", SetUpHistory},
     Subcommand{"check", "Say whether a file is a sound database, and what is odd in it", SetUpCheck},
+    Subcommand{"recordings", "Print which file speaks whose name, as CSV", SetUpRecordings},
+    Subcommand{"keys", "Print whom callers reach with telephone keys", SetUpKeys},
     Subcommand{"backup", "Make a copy of a database, also while editors have it open", SetUpBackup},
     Subcommand{"restore", "Put what a sound copy holds in the place of a database", SetUpRestore},
 };
