@@ -56,7 +56,7 @@ Search MissingMessages(const StoredMessages& messages)
         u"entries whose name nothing speaks, as their message node is missing"_s,
         [&messages](const StoredDirectory& directory, const StoredEntry& entry) {
             const StoredMessage* const message = FindMessage(messages.Of(directory.partition), entry.shown.prompt);
-            return !message || !message->isInPool;
+            return message == nullptr || !message->isInPool;
         },
         [](const StoredEntry& entry) { return u"MSG "_s + entry.shown.prompt; });
 }
