@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numeric>
 #include <QLocale>
 
 namespace qor {
@@ -71,6 +72,10 @@ std::optional<double> NumberFromText(QStringView text)
     const QStringView trimmed = text.trimmed();
     if (!HasNumberForm(trimmed))
         return std::nullopt;
+    constexpr qsizetype exactDigits = 15;
+    if (trimmed.size() <= exactDigits && SkipDigits(trimmed, 0) == trimmed.size()) // worth the shortcut, too
+        return std::accumulate(trimmed.begin(), trimmed.end(), 0.0,
+                               [](double number, QChar digit) { return number * 10 + (digit.unicode() - u'0'); });
     bool ok = false;
     const double value = QLocale::c().toDouble(trimmed, &ok);
     return ok && std::isfinite(value) ? std::optional(value) : std::nullopt;
