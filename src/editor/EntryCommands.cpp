@@ -88,7 +88,7 @@ void EntryCommands::InsertNewRow(int position)
     mForm.cmbPromptNumber->SetListIndex(0);
     ListItems& items = LVDirectory.Items();
     const int number = items.RowCount() + 1;
-    items.Insert(position, {EntryRow(number, {{}, {}, u"1"_s, NewRowPrompts(mForm, mRules).Next(), u"1"_s})});
+    items.Insert(position, {EntryRow(number, {{}, {}, u"1"_s, NewRowPrompts(mForm, mRules).Next(), newEntryPassword})});
 
     const int row = items.RowOfKey(RowKey(number));
     SelectAndShow(row);

@@ -70,9 +70,8 @@ QString NewRowPrompts::Next()
             mRules.GetNextAvailableMSGNODENUMBER(mForm, true);
     }
     if (!mUsed)
-        return u"1"_s;
-    const qint16 number = mRules.GetNextAvailableMSGNODENUMBER(mForm, false, &*mUsed);
-    return QString::number(number == 0 ? 1 : number);
+        return NewEntryPrompt(0);
+    return NewEntryPrompt(mRules.GetNextAvailableMSGNODENUMBER(mForm, false, &*mUsed));
 }
 
 void BusinessRules::CheckForUnReferencedNodes(EditorForm& form)

@@ -50,7 +50,7 @@ void IncomingRows::Add(DirectoryEntry entry)
 {
     if (entry.prompt.isEmpty()) {
         entry.prompt = mPrompts.Next();
-        entry.password = u"1"_s;
+        entry.password = newEntryPassword;
     }
     mRows.push_back(EntryRow(++mNumber, std::move(entry)));
 }

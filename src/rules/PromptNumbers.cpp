@@ -5,6 +5,7 @@
 #include "store/DataBase.h"
 
 #include <algorithm>
+#include <set>
 
 namespace qor {
 
@@ -36,6 +37,18 @@ MessageNodeNumbers UsedMessageNodeNumbers(DataBase& dataBase, const Partition& p
     }
     std::sort(numbers.begin(), numbers.end()); // it sorts a number that is kept as a text behind the others
     return numbers;
+}
+
+int FreeNumberCount(const MessageNodeNumbers& used, int highest)
+{
+    const std::set<int> distinct(used.begin(), used.end());
+    return highest - static_cast<int>(std::count_if(distinct.begin(), distinct.end(),
+                                                    [&](int number) { return number >= 1 && number <= highest; }));
+}
+
+QString NewEntryPrompt(qint16 number)
+{
+    return QString::number(number == 0 ? 1 : number);
 }
 
 qint16 PromptNumbers::Next(const QString& startingPrompt, int highest, const MessageNodeNumbers& used)

@@ -15,6 +15,14 @@ using MessageNodeNumbers = std::vector<int>;
 /// Raises RuntimeError when they cannot be read.
 MessageNodeNumbers UsedMessageNodeNumbers(DataBase& dataBase, const Partition& partition);
 
+/// How many of the numbers from 1 to `highest` no message node has.
+int FreeNumberCount(const MessageNodeNumbers& used, int highest);
+
+/// The prompt of a new entry that was given this number; 1 where there was none.
+QString NewEntryPrompt(qint16 number);
+/// The password that all begin with.
+inline const QString newEntryPassword = u"1"_s;
+
 /// Remembers the number that it gave last. Successive calls count up from the starting prompt and wrap at the highest
 /// number; numbers below the remembered one are not looked at again before that.
 class PromptNumbers
