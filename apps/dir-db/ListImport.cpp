@@ -10,6 +10,7 @@
 #include "rules/NodeSaving.h"
 #include "rules/PromptNumbers.h"
 #include "rules/Validation.h"
+#include "SignalsHeld.h"
 #include "store/DataBase.h"
 #include "StoredNode.h"
 
@@ -176,6 +177,16 @@ private:
     QStringList mNames;
 };
 
+std::optional<DirectoryNode> Save(DataBase& dataBase, const ListImportRequest& request, const ImportedNode& imported)
+{
+    try {
+        return SaveNodeKeepingVersion(dataBase, imported.node, MiscFolderFor(request.fileName),
+                                      imported.highestMessageNode);
+    } catch (const RuntimeError& error) { // its sentences are parted for a message box
+        throw RuntimeError(error.Number(), QString(error.Description()).replace(u"\r\n"_s, u" "_s), error.Source());
+    }
+}
+
 void TellStored(DataBase& dataBase, const ImportedNode& imported, const std::optional<DirectoryNode>& stored)
 {
     const DirectoryNode& node = imported.node;
@@ -191,6 +202,7 @@ void TellStored(DataBase& dataBase, const ImportedNode& imported, const std::opt
 /// The files first: a directory that was saved without them could not be completed.
 void Write(DataBase& dataBase, const ListImportRequest& request, const ImportedNode& imported)
 {
+    const SignalsHeld held; // a directory that is half saved helps nobody
     MadeFiles files;
     if (const auto& refused = imported.report.refused; !refused.empty()) {
         files.Make(request.rejectedName, RejectedText(refused));
@@ -202,8 +214,7 @@ void Write(DataBase& dataBase, const ListImportRequest& request, const ImportedN
         return;
     }
     RequireRoomForSave(QFileInfo(QFileInfo(request.fileName).canonicalFilePath()).path());
-    const auto stored =
-        SaveNodeKeepingVersion(dataBase, imported.node, MiscFolderFor(request.fileName), imported.highestMessageNode);
+    const auto stored = Save(dataBase, request, imported);
     files.Keep();
     TellStored(dataBase, imported, stored);
 }
