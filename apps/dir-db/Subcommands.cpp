@@ -5,6 +5,8 @@
 #include "History.h"
 #include "ImportJet.h"
 #include "Keys.h"
+#include "ListExport.h"
+#include "ListImport.h"
 #include "NewDatabase.h"
 #include "Output.h"
 #include "Recordings.h"
@@ -79,6 +81,12 @@ Work SetUpCheck(Arguments& arguments)
     return [=] { return ReportCheck(*file, CheckDatabase(*file, *recordings)); };
 }
 
+void AddNode(Arguments& arguments, NodeIdentity& node)
+{
+    arguments.Number("--node", node.number, "The directory node; to be given", Need::Always);
+    AddPartition(arguments, node.partition);
+}
+
 void AddNodes(Arguments& arguments, NodeChoice& nodes)
 {
     arguments.Number("--node", nodes.node, "One directory node only");
@@ -143,8 +151,7 @@ Work SetUpHistory(Arguments& arguments)
 {
     const auto request = std::make_shared<HistoryRequest>();
     arguments.File("FILE", request->fileName, "The database");
-    arguments.Number("--node", request->node.number, "The directory node; to be given", Need::Always);
-    AddPartition(arguments, request->node.partition);
+    AddNode(arguments, request->node);
     return [request] {
         PrintHistory(*request);
         return success;
@@ -162,6 +169,54 @@ Work SetUpImportJet(Arguments& arguments)
         return files->second.isEmpty() && !*dryRun ? u"FILE is required without --dry-run."_s : QString();
     });
     return [files, dryRun] { return ImportJet(files->first, files->second, *dryRun) ? success : withWarnings; };
+}
+
+/// What the options of an import say that is not in its request as it stands.
+struct ImportOptions
+{
+    ListImportRequest request = {};
+    bool appends = false;
+    QString layout = {};
+};
+
+void AddImportOptions(Arguments& arguments, ImportOptions& options)
+{
+    ListImportRequest& request = options.request;
+    arguments.Flag("--append", options.appends, "The entries of the list follow those that are there");
+    arguments.Flag("--replace", request.replaces, "They take their place");
+    arguments.Flag("--dry-run", request.dryRun, "Report only");
+    arguments.Flag("--share-prompts", request.sharesPrompts, "Save entries that share a prompt as well");
+    arguments.Choice("--layout", {u"plain"_s, u"table"_s}, options.layout,
+                     "How to read a list that the editor would ask about");
+    arguments.FileOption("--rejected", "OUT", request.rejectedName, "A new list of what becomes no entry");
+    arguments.FileOption("--suggested", "OUT", request.suggestedName,
+                         "The same with what would make it entries, to be looked through");
+}
+
+Work SetUpImport(Arguments& arguments)
+{
+    const auto options = std::make_shared<ImportOptions>();
+    arguments.File("FILE", options->request.fileName, "The database");
+    arguments.File("LIST", options->request.listName, "The list, CSV");
+    AddNode(arguments, options->request.node);
+    AddImportOptions(arguments, *options);
+    arguments.Check([options] {
+        return options->appends == options->request.replaces ? u"Choose --append or --replace."_s : QString();
+    });
+    return [options] {
+        if (!options->layout.isEmpty())
+            options->request.rule = options->layout == u"table" ? ListRule::Table : ListRule::Plain;
+        return ImportList(options->request) ? success : withWarnings;
+    };
+}
+
+Work SetUpExport(Arguments& arguments)
+{
+    const auto request = std::make_shared<ListExportRequest>();
+    arguments.File("FILE", request->fileName, "The database");
+    arguments.File("LIST", request->listName, "The new list; standard output if not given", Need::Optional);
+    AddNode(arguments, request->node);
+    return [request] { return ExportList(*request) ? success : withWarnings; };
 }
 
 Work SetUpBackup(Arguments& arguments)
@@ -193,6 +248,8 @@ constexpr std::array subcommands{
     Subcommand{"show", "Print the directory nodes and entries of a partition", SetUpShow},
     Subcommand{"history", "List the earlier versions of a directory node", SetUpHistory},
     Subcommand{"check", "Say whether a file is a sound database, and what is odd in it", SetUpCheck},
+    Subcommand{"import", "Take a list into a directory node, as the editor does", SetUpImport},
+    Subcommand{"export", "Write the entries of a directory node as a list", SetUpExport},
     Subcommand{"recordings", "Print which file speaks whose name, as CSV", SetUpRecordings},
     Subcommand{"keys", "Print whom callers reach with telephone keys", SetUpKeys},
     Subcommand{"backup", "Make a copy of a database, also while editors have it open", SetUpBackup},
