@@ -29,7 +29,8 @@ struct Beginning
 
 Beginning BeginningOf(QIODevice& device)
 {
-    QByteArray bytes = device.peek(highestSizeTried);
+    const qint64 size = device.isSequential() ? highestSizeTried : std::min(highestSizeTried, device.size());
+    QByteArray bytes = device.peek(size);
     const bool isWhole = bytes.size() < highestSizeTried;
     if (!isWhole)
         bytes.truncate(bytes.lastIndexOf('\n') + 1);

@@ -110,7 +110,10 @@ QByteArrayView TextBytes::Ahead(qsizetype count)
 
 void DecodeText(QByteArrayView bytes, QString& text)
 {
-    text.resize(bytes.size());
+    if (text.isDetached() && text.capacity() >= bytes.size())
+        text.resize(bytes.size());
+    else
+        text = QString(bytes.size(), Qt::Uninitialized);
     if (TakeAscii(bytes, text.data()))
         return;
     // A mark inside the text is a character as others are; the one at the start of the file is gone already.
@@ -123,6 +126,8 @@ void DecodeText(QByteArrayView bytes, QString& text)
 
 int LineEndsIn(QByteArrayView bytes)
 {
+    if (!bytes.contains('\n') && !bytes.contains('\r')) // as nearly always
+        return 0;
     int count = 0;
     for (qsizetype i = 0; i < bytes.size(); ++i) {
         const bool isReturn = bytes[i] == '\r' && (i + 1 == bytes.size() || bytes[i + 1] != '\n');

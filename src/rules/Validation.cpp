@@ -18,19 +18,15 @@ void AddLine(QString& message, const QString& text)
     message += u"     "_s + text;
 }
 
-bool IsAllOf(const QString& text, bool (*admits)(QChar))
-{
-    return std::all_of(text.begin(), text.end(), admits);
-}
-
 bool IsName(const QString& text)
 {
-    return IsAllOf(text, IsLetter);
+    return std::all_of(text.begin(), text.end(), [](QChar c) { return IsLetter(c); });
 }
 
 bool IsExtension(const QString& text)
 {
-    return text.size() <= highestExtensionLength && IsAllOf(text, IsDigit);
+    return text.size() <= highestExtensionLength &&
+           std::all_of(text.begin(), text.end(), [](QChar c) { return IsDigit(c); });
 }
 
 void CheckField(QString& message, const QString& field, const QString& text, bool sound)
