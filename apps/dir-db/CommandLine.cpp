@@ -75,7 +75,7 @@ QString ExtraFault(const CLI::App& app, const std::string& argument)
     const QString text = QString::fromStdString(argument);
     if (!text.startsWith(u'-'))
         return (HasCommand(app) ? u"\"%1\" is one argument too many."_s : u"There is no command \"%1\"."_s).arg(text);
-    if (HasCommand(app) && ChosenOf(app).get_option_no_throw(argument.substr(0, argument.find('='))))
+    if (HasCommand(app) && ChosenOf(app).get_option_no_throw(argument.substr(0, argument.find('='))) != nullptr)
         return u"The option \"%1\" belongs behind the command."_s.arg(text);
     return u"There is no option \"%1\". Write \"--\" before files whose names begin with a dash."_s.arg(text);
 }
@@ -83,7 +83,7 @@ QString ExtraFault(const CLI::App& app, const std::string& argument)
 /// What is wrong, in a sentence. The reader's own ones are taken where they name the argument.
 QString FaultIn(const CLI::App& app, const CLI::ParseError& error)
 {
-    const QString text = QString::fromStdString(error.what());
+    QString text = QString::fromStdString(error.what());
     const std::vector<std::string> extras = app.remaining(true);
     if (dynamic_cast<const CLI::ValidationError*>(&error))
         return text;

@@ -39,7 +39,7 @@ bool IsForEngine(const QString& fileName)
 class OldDatabase
 {
 public:
-    explicit OldDatabase(const QString& fileName) : mFileName(fileName) {}
+    explicit OldDatabase(QString fileName) : mFileName(std::move(fileName)) {}
     ~OldDatabase()
     {
         if (!mConnection || !mWasWriteAhead)
@@ -215,11 +215,11 @@ QStringList ReplaceDatabase(NewFile& file)
         RequireUnused(fileName, old);
     }
     const SignalsHeld held;
-    const QStringList kept = Keep(fileName, !old.IsSettled());
+    QStringList kept = Keep(fileName, !old.IsSettled());
     RemoveLogs(fileName);
     old.GiveUp();
     file.Replace();
-    for (const QString& name : kept)
+    for (const QString& name : std::as_const(kept))
         QFile::setPermissions(name, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
     return kept;
 }
