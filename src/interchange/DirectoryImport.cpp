@@ -41,7 +41,7 @@ void DirectoryImport::cmdOpenCSVFilename_Click()
     });
 }
 
-bool DirectoryImport::CanImportRejected() const
+bool DirectoryImport::CanImportRejected()
 {
     return QFileInfo::exists(RejectedListName());
 }

@@ -21,7 +21,7 @@ public:
 
     /// Imports what the last import refused, out of the file that it left.
     void ImportRejected();
-    bool CanImportRejected() const;
+    static bool CanImportRejected();
 
 private:
     struct Reading

@@ -13,7 +13,7 @@ namespace qor {
 namespace {
 
 /// Far more than any directory that can be edited.
-constexpr qint64 highestDraftSize = 64 * 1024 * 1024;
+constexpr qint64 highestDraftSize = 64LL * 1024 * 1024;
 
 /// "DIRUnsaved-1-1-7."
 QString Stem(const NodeIdentity& identity)

@@ -10,7 +10,7 @@ namespace qor {
 
 namespace {
 
-constexpr qint64 highestVersionSize = 64 * 1024 * 1024;
+constexpr qint64 highestVersionSize = 64LL * 1024 * 1024;
 const QString timeFormat = u"yyyyMMdd'T'HHmmsszzz"_s; // in UTC, so that the names sort by time
 
 /// Names of files, the oldest first.

@@ -109,7 +109,7 @@ void SaveNode(DataBase& dataBase, const DirectoryNode& node)
 
 void RequireRoomForSave(const QString& databaseFolder)
 {
-    constexpr qint64 room = 8 * 1024 * 1024; // the engine empties its log when it has grown to half of that
+    constexpr qint64 room = 8LL * 1024 * 1024; // the engine empties its log when it has grown to half of that
     if (QStorageInfo(databaseFolder).bytesAvailable() < room) {
         throw RuntimeError(
             ErrorNumber::FileAccess,

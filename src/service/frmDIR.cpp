@@ -151,7 +151,7 @@ void frmDIR::ConnectImportMenu()
                .keys = {},
                .where = {},
                .run = [&import] { import.ImportRejected(); },
-               .isUseful = [&import] { return import.CanImportRejected(); }});
+               .isUseful = DirectoryImport::CanImportRejected});
     cmdOpenCSVFilename->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(cmdOpenCSVFilename, &QWidget::customContextMenuRequested, menu, [this, menu](const QPoint& place) {
         GuardEvent([&] { menu->ShowMenu(cmdOpenCSVFilename->mapToGlobal(place)); });

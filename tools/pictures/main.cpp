@@ -1,6 +1,6 @@
-// pictures FOLDER PREFIX CSV-FILE [--dark] (with table.csv beside the file): drives the editor through its states and writes a picture of each. It needs
-// the database of a sample that nobody has open, and ends the process once in the middle of work: call it with --crash
-// first.
+// pictures FOLDER PREFIX CSV-FILE [--dark]: drives the editor through its states and writes a picture of each;
+// table.csv lies beside the file. It needs a sample database that nobody has open, and ends the process once in the
+// middle of work: call it with --crash first.
 #include "QOR_DIR_Node.h"
 
 #include <cstdlib>

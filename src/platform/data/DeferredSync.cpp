@@ -40,7 +40,8 @@ DeferredSync::DeferredSync(Connection& connection) : mConnection(connection)
 {
     mConnection.RequireSameFile(u"Nothing was saved."_s);
     mConnection.OpenForWriting();
-    mPath = mConnection.mEngine->canonicalPath;
+    mPath =
+        mConnection.mEngine->canonicalPath; // NOLINT(cppcoreguidelines-prefer-member-initializer): known from here on
     mDeferred = RunPragma(u"PRAGMA journal_mode"_s) == u"wal"_s;
     if (mDeferred)
         RunPragma(u"PRAGMA synchronous = NORMAL"_s);

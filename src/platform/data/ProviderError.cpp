@@ -54,7 +54,7 @@ constexpr int notADatabase = 26;
 /// of a faulty disk, or of a file that cannot be opened.
 bool IsDiskFull(const QString& fileName)
 {
-    constexpr unsigned long room = 64 * 1024;
+    constexpr unsigned long room = 64UL * 1024;
     struct statvfs status;
     if (statvfs(QFile::encodeName(fileName).constData(), &status) != 0)
         return false;

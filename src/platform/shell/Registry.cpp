@@ -31,7 +31,7 @@ void RequireTrusted()
 /// Nothing where there is no file.
 QByteArray ReadRegistryFile()
 {
-    constexpr qint64 highestSize = 1024 * 1024;
+    constexpr qint64 highestSize = 1024LL * 1024;
     RequireTrusted();
     try {
         return ReadWholeFile(RegistryFileName(), highestSize).value_or(QByteArray());

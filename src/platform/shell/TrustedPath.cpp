@@ -68,7 +68,7 @@ private:
         Status status{};
         if (const int error = ReadStatus(path, status))
             return MissingProblem(path, error);
-        if (const auto problem = PartProblem(path, status))
+        if (auto problem = PartProblem(path, status))
             return problem;
         mInShared = IsWritableByOthers(status) && IsSticky(status);
         if (!S_ISLNK(status.st_mode))
