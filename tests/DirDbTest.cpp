@@ -330,7 +330,7 @@ private Q_SLOTS:
         mSample->SetEntries(7, {u"Smith|Anne|101|1|1"_s, u"Jones|Tom|102|2|2"_s});
         QCOMPARE(
             history(7).output,
-            u"There are no earlier versions of DIR 7 in partition 1 of configuration 1 in %1DIRHistory/1-1-7.\n"_s.arg(
+            u"There are no earlier versions of DIR 7 in configuration 1, partition 1 in %1DIRHistory/1-1-7.\n"_s.arg(
                 misc));
         for (const int node : {7, 9}) {
             KeepVersion(misc, KeptNow({{{1, 1}, static_cast<qint16>(node)},
@@ -342,7 +342,7 @@ private Q_SLOTS:
         QCOMPARE(lines[1].simplified(), u"Saved By Entries Changes"_s);
         QVERIFY2(lines[2].endsWith(u"  0        +0 -2 ~0") && lines[3].endsWith(u"  1        +0 -1 ~1"),
                  qPrintable(lines.join(u'\n')));
-        QVERIFY(history(9).output.startsWith(u"DIR 9 in partition 1 of configuration 1 is no longer stored."_s));
+        QVERIFY(history(9).output.startsWith(u"DIR 9 in configuration 1, partition 1 is no longer stored."_s));
         const Outcome outcome = history(70);
         QVERIFY2(outcome.exitCode == 1 && outcome.errors.startsWith(u"There is no DIR 70"), qPrintable(outcome.errors));
     }

@@ -8,10 +8,10 @@
 #include "rules/NodeDifferences.h"
 #include "rules/NodeLoading.h"
 #include "store/DataBase.h"
+#include "StoredNode.h"
 
 #include <limits>
 #include <QDir>
-#include <QFileInfo>
 
 namespace qor {
 
@@ -26,20 +26,6 @@ std::optional<DirectoryNode> StoredNode(const HistoryRequest& request)
     auto node = LoadNode(dataBase, request.node, anyPrompt);
     access.RequireUnchanged();
     return node;
-}
-
-/// Misc lies beside the folder of the database.
-QString MiscFolderOf(const QString& fileName)
-{
-    return QDir::cleanPath(QFileInfo(fileName).canonicalPath() + u"/../Misc"_s) + u'/';
-}
-
-/// "DIR 7 in partition 1 of configuration 1"
-QString NameOf(const NodeIdentity& node)
-{
-    return u"DIR %1 in partition %2 of configuration %3"_s.arg(node.number)
-        .arg(node.partition.number)
-        .arg(node.partition.config);
 }
 
 void PrintVersions(const std::vector<KeptNode>& versions, const std::vector<DirectoryEntry>& stored)
@@ -58,7 +44,7 @@ void PrintHistory(const HistoryRequest& request)
 {
     const auto stored = StoredNode(request);
     const QString name = NameOf(request.node);
-    const QString miscFolder = MiscFolderOf(request.fileName);
+    const QString miscFolder = MiscFolderFor(request.fileName);
     const QString folder = QDir::cleanPath(VersionFolder(miscFolder, request.node));
     const std::vector<KeptNode> versions = ReadVersions(miscFolder, request.node);
     const bool isKept = HasVersions(miscFolder, request.node);
