@@ -136,7 +136,7 @@ void RequireSavable(const ListImportRequest& request, const ImportedNode& import
     const auto fault = FindFault(node.entries, Meeting());
     if (fault && fault->isInvalid)
         Refuse(u"Entry %1 of %2 cannot be saved, because its extension is not a number. Correct it in the editor "
-               "first, or replace the directory."_s.arg(QString::number(fault->row + 1), name));
+               "first, or add \"--replace\"."_s.arg(QString::number(fault->row + 1), name));
     if (fault && !request.sharesPrompts) {
         const auto repeated = RepeatedPrompts(node.entries, Meeting());
         Refuse(u"In %1 the prompts of %2 would be those of others, the first of them entry %3 with MSG %4: there are "
