@@ -141,6 +141,7 @@ private Q_SLOTS:
         const quint32 seed = given.isEmpty() ? QRandomGenerator::global()->generate() : given.toUInt();
         qInfo("QOR_LISTS_SEED=%u", seed);
         Lists lists(seed);
+        mSample->Run(u"UPDATE Node_DIR SET StartingPromptNumber = 200"_s);
         mSample->Run(u"PRAGMA synchronous = OFF"_s); // of what is set up here only
         BareForm form;
         form.Load();

@@ -45,7 +45,7 @@ void RequireFreeNames(const ListImportRequest& request)
 /// The whole file, which nobody may change meanwhile: half a list would take the place of a directory.
 QByteArray ReadList(const QString& name)
 {
-    constexpr qint64 highestSize = 16 * 1024 * 1024;
+    constexpr qint64 highestSize = qint64{16} * 1024 * 1024;
     const QFileInfo before(name);
     const auto written = before.lastModified();
     const auto bytes = ReadWholeFile(name, highestSize);

@@ -18,7 +18,7 @@ constexpr int toleratedErrors = 20; // one more ends the reading
 
 // Of what became no row; a list of people has far fewer.
 constexpr std::size_t highestRefusedCount = 20'000;
-constexpr qsizetype highestRefusedLength = 8 * 1024 * 1024; ///< of all their texts
+constexpr qsizetype highestRefusedLength = qsizetype{8} * 1024 * 1024; ///< of all their texts
 
 const QString lineBreak = u"\r\n"_s;
 

@@ -15,7 +15,7 @@ namespace qor {
 namespace {
 
 constexpr qint64 highestLineTried = 2000;
-constexpr qint64 highestSizeTried = 1024 * 1024;
+constexpr qint64 highestSizeTried = qint64{1024} * 1024;
 constexpr int highestCaptionRow = 5; // above the captions may stand a title
 
 constexpr std::array separators{';', '\t', ','};

@@ -34,9 +34,10 @@ std::unique_ptr<QIODevice> DeviceOf(const QString& text)
 
 TabularReader::TabularReader(const QString& text) : TabularReader(DeviceOf(text), {.separator = SeparatorOf(text)}) {}
 
-TabularReader::TabularReader(std::unique_ptr<QIODevice> text, const TableLayout& layout) : TabularReader(*text, layout)
+TabularReader::TabularReader(std::unique_ptr<QIODevice> text, const TableLayout& layout)
+    : mText(std::move(text)), mLayout(layout), mReader(*mText, layout.separator)
 {
-    mText = std::move(text);
+    Skip();
 }
 
 TabularReader::TabularReader(QIODevice& device, const TableLayout& layout)
@@ -47,7 +48,7 @@ TabularReader::TabularReader(QIODevice& device, const TableLayout& layout)
 
 QStringList TabularReader::ReadRow()
 {
-    const QStringList row = QStringList{mEntry.lastName, mEntry.firstName, mEntry.extension}.first(mFieldCount);
+    QStringList row = QStringList{mEntry.lastName, mEntry.firstName, mEntry.extension}.first(mFieldCount);
     Skip();
     return row;
 }
