@@ -12,7 +12,7 @@ public:
     RowWriter(Connection& connection, TableId table);
 
     /// A value for each column, in the order of the schema; a null text is written as Null.
-    void Write(QStringList values);
+    void Write(const QStringList& values);
 
 private:
     Command mInsert;

@@ -2,15 +2,9 @@
 
 #include "platform/data/Engine.h"
 
-#include <QSqlQuery>
 #include <QSqlRecord>
 
 namespace qor {
-
-struct Command::Statement
-{
-    QSqlQuery query;
-};
 
 namespace {
 
@@ -38,8 +32,9 @@ private:
 constexpr std::size_t cachedRows = 100; ///< room for so many is made at once
 
 /// error: what ended the rows, if it was not their end
-std::shared_ptr<const RecordRows> ReadRows(QSqlQuery& query, QSqlError& error)
+std::shared_ptr<const RecordRows> ReadRows(Statement& statement, QSqlError& error)
 {
+    QSqlQuery& query = statement.query;
     const FinishGuard finish(query);
     auto rows = std::make_shared<RecordRows>();
     rows->columns = ColumnNames(query.record());
@@ -47,7 +42,7 @@ std::shared_ptr<const RecordRows> ReadRows(QSqlQuery& query, QSqlError& error)
     rows->values.reserve(static_cast<std::size_t>(columnCount) * cachedRows);
     while (query.next()) {
         for (int i = 0; i < columnCount; ++i)
-            rows->values.push_back(query.value(i));
+            rows->values.push_back(statement.Value(i));
         ++rows->rowCount;
     }
     error = query.lastError();
@@ -56,11 +51,12 @@ std::shared_ptr<const RecordRows> ReadRows(QSqlQuery& query, QSqlError& error)
 
 } // namespace
 
-Command::Command(Connection& connection, QString name, QString engineText, int parameterCount)
+Command::Command(Connection& connection, QString name, QString engineText, int parameterCount, NullText nullText)
     : mConnection(connection),
       mName(std::move(name)),
       mEngineText(std::move(engineText)),
-      mParameterCount(parameterCount)
+      mParameterCount(parameterCount),
+      mNullText(nullText)
 {
 }
 
@@ -71,7 +67,7 @@ Recordset Command::Open(const QStringList& values)
 {
     Run(values);
     QSqlError error;
-    auto rows = ReadRows(mStatement->query, error);
+    auto rows = ReadRows(*mStatement, error);
     if (error.isValid())
         throw mConnection.Failure(error);
     mConnection.Succeeded();
@@ -91,7 +87,7 @@ void Command::ForEachRow(const QStringList& values, const std::function<void(con
     const Recordset current(row);
     while (query.next()) {
         for (std::size_t i = 0; i < row->values.size(); ++i)
-            row->values[i] = query.value(static_cast<int>(i));
+            row->values[i] = mStatement->Value(static_cast<int>(i));
         take(current);
     }
     if (const QSqlError error = query.lastError(); error.isValid())
@@ -111,18 +107,14 @@ void Command::Run(const QStringList& values)
 {
     RequireValues(values);
     mConnection.Open();
-    if (!mStatement || !mStatement->query.driver()) { // a driver goes with the engine that was dropped
-        auto statement = std::make_unique<Statement>(Statement{QSqlQuery(mConnection.mEngine->Database())});
-        statement->query.setForwardOnly(true);
-        if (!statement->query.prepare(mEngineText))
-            throw mConnection.Failure(statement->query.lastError());
-        mStatement = std::move(statement);
+    if (!mStatement || !mStatement->query.driver()) // a driver goes with the engine that was dropped
+        mStatement = mConnection.mEngine->Prepare(mEngineText, mParameterCount);
+    QStringList texts = values;
+    if (mNullText == NullText::IsEmpty) {
+        for (QString& text : texts)
+            text = text.isNull() ? u""_s : text;
     }
-    for (int i = 0; i < values.size(); ++i) {
-        // A null text would be bound as Null.
-        mStatement->query.bindValue(i, values[i].isNull() ? u""_s : values[i]);
-    }
-    if (!mStatement->query.exec()) {
+    if (!mStatement->Run(texts)) {
         const QSqlError error = mStatement->query.lastError();
         mStatement->query.finish();
         throw mConnection.Failure(error);

@@ -9,6 +9,7 @@ class QSqlError;
 
 namespace qor {
 
+class DatabaseEngine;
 class RuntimeError;
 
 /// "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" and the file name.
@@ -37,13 +38,18 @@ public:
     /// open connection. Once such a wait was in vain, the next ones take a second at most, until a command succeeds.
     void SetLockTimeout(int milliseconds);
 
-    /// Opens the file; nothing when it is open. A file is never created, and its journal mode stays as found. Raises
-    /// RuntimeError: unknown provider, no such file, another format, a lock. After a failure it may be called again.
+    /// Opens the file, or the server that it names; nothing when it is open. A file is never created, and its journal
+    /// mode stays as found. Raises RuntimeError: unknown provider, no such file, another format, a lock. After a
+    /// failure it may be called again.
     void Open();
     /// Not when the toolkit dropped all connections, with the end of an application object or of the process, and not
     /// after a command found the file out of reach (read-only, input or output, opening); Open then opens anew, and so
     /// does the next command.
     bool IsOpen() const;
+    /// Gives the engine back; the next Open opens anew.
+    void Close();
+    /// Whether other stations may write to it: a server, and no file. Of an open connection.
+    bool IsShared() const;
     /// Raises RuntimeError when the name of the opened file leads to no file or to another one. outcome: a sentence
     /// that tells what became of the work. The connection is closed then; its log stays with the old file and is not
     /// laid over the new one. Nothing when it is not open.
@@ -51,13 +57,12 @@ public:
 
 private:
     friend class Command;
+    friend class DatabaseEngine;
     friend class DeferredSync;
     friend class SavingLock;
-    struct Engine;
 
     /// Open, and anew when the file could not be written at the first time.
     void OpenForWriting();
-    void Close();
     /// What a command has to raise, after the connection has drawn its conclusions from it.
     RuntimeError Failure(const QSqlError& error);
     void Succeeded();
@@ -67,8 +72,8 @@ private:
     QString mConnectionString;
     Access mAccess = Access::ReadWrite;
     int mLockTimeout = 30'000;  // ms
-    bool mWaitedInVain = false; ///< for a lock, and no command has succeeded since
-    std::unique_ptr<Engine> mEngine;
+    bool mWaitedInVain = false; ///< and no command has succeeded since
+    std::unique_ptr<DatabaseEngine> mEngine;
 };
 
 } // namespace qor

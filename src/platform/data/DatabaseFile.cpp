@@ -1,6 +1,6 @@
 #include "platform/data/DatabaseFile.h"
 
-#include "platform/data/Engine.h"
+#include "platform/data/FileEngine.h"
 
 #include <array>
 #include <QFile>
@@ -61,12 +61,12 @@ void SetWriteAheadMode(const QString& connectionName, const QString& fileName)
 {
     QSqlDatabase database = QSqlDatabase::database(connectionName, false);
     if (!database.open())
-        throw ProviderError(database.lastError(), fileName);
+        throw FileError(database.lastError(), fileName);
     QSqlQuery query(database);
     const bool isAnswered = query.exec(u"PRAGMA journal_mode = WAL"_s) && query.next();
     const QString mode = isAnswered ? query.value(0).toString() : QString();
     if (!isAnswered || query.next() || query.lastError().isValid())
-        throw ProviderError(query.lastError(), fileName);
+        throw FileError(query.lastError(), fileName);
     if (mode != u"wal"_s)
         ThrowDatabaseFault(fileName,
                            "cannot be kept in write-ahead mode on this file system. Choose a folder on a local disk.");
@@ -75,8 +75,7 @@ void SetWriteAheadMode(const QString& connectionName, const QString& fileName)
 /// Writes the header of an empty database in write-ahead mode into an empty file.
 void WriteHeader(const QString& fileName)
 {
-    const QString driver = u"QSQLITE"_s;
-    RequireDriver(driver);
+    RequireDriver(fileDriver, fileDriverPackage);
     const QString name = NewConnectionName();
     struct Remove
     {
@@ -84,7 +83,7 @@ void WriteHeader(const QString& fileName)
         ~Remove() { QSqlDatabase::removeDatabase(name); }
     } const remove{name};
     {
-        QSqlDatabase database = QSqlDatabase::addDatabase(driver, name);
+        QSqlDatabase database = QSqlDatabase::addDatabase(fileDriver, name);
         database.setDatabaseName(EngineFileUri(fileName));
         database.setConnectOptions(u"QSQLITE_OPEN_URI"_s);
     }

@@ -1,11 +1,12 @@
 // Many commits, one sync.
 #pragma once
 
-#include "platform/runtime/Text.h"
+#include <memory>
 
 namespace qor {
 
 class Connection;
+class EngineSync;
 
 /// While it lives, a database in write-ahead mode writes its commits without waiting for the disk after each;
 /// Finish then waits once, for all of them. The log is one file, so a power loss in between takes back the
@@ -26,13 +27,7 @@ public:
     void Finish();
 
 private:
-    QString RunPragma(const QString& pragma);
-    void SyncFiles() const;
-
-    Connection& mConnection;
-    QString mPath; ///< of the file, where no link is left
-    bool mDeferred = false;
-    bool mFinished = false;
+    std::unique_ptr<EngineSync> mSync; ///< until it has finished
 };
 
 } // namespace qor

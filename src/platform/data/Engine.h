@@ -1,51 +1,116 @@
-// The engine behind a connection; for the sources of this folder only.
+// What differs between the engines behind a connection; for the sources of this folder only.
 #pragma once
 
 #include "platform/data/Connection.h"
-#include "platform/data/DatabaseFile.h"
 #include "platform/runtime/RuntimeError.h"
 
+#include <optional>
 #include <QPointer>
 #include <QSqlDatabase>
 #include <QSqlDriver>
 #include <QSqlError>
+#include <QSqlQuery>
 
 namespace qor {
 
-struct Connection::Engine
+/// A statement of a command, ready to run again and again.
+class Statement
 {
-    /// Looks at the file before it is opened: one that is put in its place in between is found by the first save.
-    explicit Engine(const QString& databaseName);
+public:
+    explicit Statement(const QSqlDatabase& database) : query(database) {}
+    virtual ~Statement() = default;
+    Q_DISABLE_COPY_MOVE(Statement)
 
-    QString name;          ///< of the connection in Qt's table of connections
-    QString fileName;      ///< as people know it
-    QString path;          ///< absolute; it may end in a link
-    QString canonicalPath; ///< where the engine's other files lie beside it
-    std::optional<FileIdentity> identity;
-    bool isWritable;             ///< at the time of opening
-    QPointer<QSqlDriver> driver; ///< null once the toolkit has dropped the connection
-    bool logIsOnDisk = false;    ///< the write-ahead log's entry in its folder has been synced
+    /// Runs it with these texts, a null one as Null. False when the engine refuses; the query has the error.
+    virtual bool Run(const QStringList& values) = 0;
+    /// A value of the row that the query stands on; a Null is null.
+    virtual QVariant Value(int column) const = 0;
 
-    QSqlDatabase Database() const { return QSqlDatabase::database(name, false); }
+    QSqlQuery query;
 };
 
-/// An engine's failure as a sentence that names the file, what is wrong and what to do.
-RuntimeError ProviderError(const QSqlError& error, const QString& fileName);
+/// An engine's failure, and what a connection has to conclude from it.
+struct EngineFailure
+{
+    RuntimeError error;
+    bool waitedInVain = false; ///< for a lock or an answer
+    bool endsEngine = false;   ///< it does not recover by itself; another one may
+    bool mayRepeat = false;    ///< a command that only reads succeeds at the next try, perhaps
+};
 
-/// The same for a file that the engine reads but is too old to write.
-RuntimeError NewerFormatError(const QString& fileName);
+/// Locked until it is destroyed.
+class EngineLock
+{
+public:
+    EngineLock() = default;
+    virtual ~EngineLock() = default;
+    Q_DISABLE_COPY_MOVE(EngineLock)
+};
 
-/// The engine's code without what it says of the place.
-int PrimaryCode(const QSqlError& error);
-bool IsLockCode(int primaryCode);
+/// Commits do not wait for the disk until it is destroyed.
+class EngineSync
+{
+public:
+    EngineSync() = default;
+    virtual ~EngineSync() = default;
+    Q_DISABLE_COPY_MOVE(EngineSync)
+
+    /// As DeferredSync::Finish, once.
+    virtual void Finish() = 0;
+};
+
+class DatabaseEngine
+{
+public:
+    explicit DatabaseEngine(const QString& fileName);
+    /// Gives Qt's connection back; the queries on it have ended, or end with it.
+    virtual ~DatabaseEngine();
+    Q_DISABLE_COPY_MOVE(DatabaseEngine)
+
+    const QString& FileName() const { return mFileName; }
+    /// Not once the toolkit has dropped the connection.
+    bool IsOpen() const { return !mDriver.isNull(); }
+    QSqlDatabase Database() const { return QSqlDatabase::database(mName, false); }
+
+    virtual bool IsShared() const = 0;
+    /// Opens it, once. lockTimeout: in milliseconds, of the opening too.
+    virtual QSqlError Open(Access access, int lockTimeout) = 0;
+    virtual void ApplyLockTimeout(int milliseconds) = 0;
+    /// Whether a failure can come from having been opened when nothing could be written.
+    virtual bool IsReadOnly() const { return false; }
+    virtual EngineFailure Judge(const QSqlError& error) const = 0;
+    /// text: as Command has it. What is wrong with it shows when it runs.
+    virtual std::unique_ptr<Statement> Prepare(const QString& text, int parameterCount) = 0;
+    /// Raises RuntimeError when the engine cannot hold a text.
+    virtual void RequireStorable(const QString& /*text*/) const {}
+    /// Nothing while the file's name leads to what was opened; else what Connection::RequireSameFile raises.
+    virtual std::optional<RuntimeError> Replacement(const QString& outcome, int lockTimeout) = 0;
+
+    /// As SavingLock; nothing where there are no such locks.
+    virtual std::unique_ptr<EngineLock> Lock(Connection& connection, qint64 section, int timeout) = 0;
+    virtual std::unique_ptr<EngineSync> DeferSync(Connection& connection) = 0;
+
+protected:
+    /// Makes Qt's connection. Raises RuntimeError when the toolkit has no such driver.
+    QSqlDatabase AddDatabase(const QString& driver, const QString& package);
+
+    /// What a save needs of its connection, in which another engine may stand by then, or none.
+    static DatabaseEngine* In(Connection& connection) { return connection.mEngine.get(); }
+    static RuntimeError Failure(Connection& connection, const QSqlError& error) { return connection.Failure(error); }
+
+private:
+    QString mFileName;            ///< as people know it
+    QString mName;                ///< of the connection in Qt's table of connections
+    QPointer<QSqlDriver> mDriver; ///< null once the toolkit has dropped the connection
+};
+
+/// The engine that holds the data of this file. Raises RuntimeError when the file tells none.
+std::unique_ptr<DatabaseEngine> EngineFor(const QString& fileName);
 
 /// Raises RuntimeError when the toolkit has no such driver.
-void RequireDriver(const QString& driver);
+void RequireDriver(const QString& driver, const QString& package);
 
 /// A connection name of our own that no connection of the host has.
 QString NewConnectionName();
-
-/// The database name and options that open `fileName` without creating it.
-QString EngineFileUri(const QString& fileName, Access access = Access::ReadWrite);
 
 } // namespace qor

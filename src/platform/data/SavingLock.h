@@ -7,6 +7,7 @@
 namespace qor {
 
 class Connection;
+class EngineLock;
 
 /// While it lives, no other program and no other connection holds the lock of the same section of the same database.
 /// It only keeps out those who ask for it, and goes with the process.
@@ -23,8 +24,7 @@ public:
     SavingLock& operator=(const SavingLock&) = delete;
 
 private:
-    struct Held;
-    std::unique_ptr<Held> mHeld;
+    std::unique_ptr<EngineLock> mHeld;
 };
 
 } // namespace qor

@@ -1,5 +1,4 @@
-#include "platform/data/DatabaseFile.h"
-#include "platform/data/Engine.h"
+#include "platform/data/FileEngine.h"
 
 #include <algorithm>
 #include <array>
@@ -91,7 +90,7 @@ bool IsLockCode(int primaryCode)
     return primaryCode == 5 || primaryCode == 6;
 }
 
-RuntimeError ProviderError(const QSqlError& error, const QString& fileName)
+RuntimeError FileError(const QSqlError& error, const QString& fileName)
 {
     const QString engineText = error.databaseText().isEmpty() ? error.driverText() : error.databaseText();
     const QString sentence = SentenceFor(error.nativeErrorCode().toInt(), engineText, fileName);
