@@ -3,6 +3,7 @@
 #include "platform/data/Engine.h"
 
 #include <QSqlRecord>
+#include <utility>
 
 namespace qor {
 
@@ -63,9 +64,21 @@ Command::Command(Connection& connection, QString name, QString engineText, int p
 Command::~Command() = default;
 Command::Command(Command&&) noexcept = default;
 
+void Command::RunToRead(const QStringList& values)
+{
+    try {
+        Run(values);
+    } catch (const RuntimeError&) {
+        if (!std::exchange(mConnection.mMayRepeat, false))
+            throw;
+        mStatement.reset();
+        Run(values);
+    }
+}
+
 Recordset Command::Open(const QStringList& values)
 {
-    Run(values);
+    RunToRead(values);
     QSqlError error;
     auto rows = ReadRows(*mStatement, error);
     if (error.isValid())
@@ -77,7 +90,7 @@ Recordset Command::Open(const QStringList& values)
 
 void Command::ForEachRow(const QStringList& values, const std::function<void(const Recordset& row)>& take)
 {
-    Run(values);
+    RunToRead(values);
     QSqlQuery& query = mStatement->query;
     const FinishGuard finish(query);
     auto row = std::make_shared<RecordRows>();

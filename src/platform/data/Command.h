@@ -38,6 +38,8 @@ public:
 
 private:
     void Run(const QStringList& values);
+    /// Once more where the engine says that it may succeed then.
+    void RunToRead(const QStringList& values);
     void RequireValues(const QStringList& values) const;
 
     Connection& mConnection;

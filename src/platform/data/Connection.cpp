@@ -1,7 +1,8 @@
 #include "platform/data/Connection.h"
 
-#include "platform/data/DatabaseFile.h"
-#include "platform/data/Engine.h"
+#include "platform/data/FileEngine.h"
+#include "platform/data/LinkFile.h"
+#include "platform/data/ServerEngine.h"
 
 #include <algorithm>
 #include <QUuid>
@@ -30,6 +31,15 @@ QString FileIn(const QString& connectionString)
             u"The provider \"%1\" is not known. The connection string must name %2."_s.arg(provider, jetProvider));
     }
     return connectionString.sliced(source + sourceKey.size());
+}
+
+/// The engine that holds the data of this file.
+std::unique_ptr<DatabaseEngine> EngineFor(const QString& fileName)
+{
+    RequireDatabaseFile(fileName);
+    if (const auto service = ServiceIn(fileName))
+        return std::make_unique<ServerEngine>(fileName, *service);
+    return std::make_unique<FileEngine>(fileName);
 }
 
 constexpr int impatientTimeout = 1000; ///< ms, of a wait that the one before was in vain for
@@ -97,14 +107,19 @@ void Connection::Open()
 {
     if (IsOpen())
         return;
-    const QString fileName = FileIn(mConnectionString);
-    RequireDatabaseFile(fileName);
-    mEngine = EngineFor(fileName);
-    const QSqlError error = mEngine->Open(mAccess, LockTimeout());
-    if (error.isValid()) {
-        const RuntimeError failure = Failure(error);
+    if (mStaysWithEngine > 0)
+        throw RuntimeError(ErrorNumber::ConnectionLost,
+                           u"The connection to the shared database %1 was lost while it was saved. Nothing more was "
+                           "written."_s.arg(FileIn(mConnectionString)));
+    mEngine = EngineFor(FileIn(mConnectionString));
+    try {
+        const QSqlError error = mEngine->Open({mAccess, LockTimeout(), mWaitedInVain});
+        if (error.isValid())
+            throw Failure(error);
+    } catch (...) {
+        mMayRepeat = false;
         Close();
-        throw failure;
+        throw;
     }
 }
 
@@ -135,6 +150,7 @@ void Connection::ApplyLockTimeout() const
 RuntimeError Connection::Failure(const QSqlError& error)
 {
     const EngineFailure failure = mEngine->Judge(error);
+    mMayRepeat = failure.mayRepeat && (!failure.endsEngine || mStaysWithEngine == 0);
     if (failure.waitedInVain) {
         mWaitedInVain = true;
         ApplyLockTimeout();
@@ -150,6 +166,17 @@ void Connection::Succeeded()
         return;
     mWaitedInVain = false;
     ApplyLockTimeout();
+}
+
+void Connection::RequireStorable(const QString& text)
+{
+    Open();
+    mEngine->RequireStorable(text);
+}
+
+void Connection::StayWithEngine(bool stays)
+{
+    mStaysWithEngine += stays ? 1 : -1;
 }
 
 void Connection::RequireSameFile(const QString& outcome)

@@ -54,6 +54,12 @@ public:
     /// that tells what became of the work. The connection is closed then; its log stays with the old file and is not
     /// laid over the new one. Nothing when it is not open.
     void RequireSameFile(const QString& outcome);
+    /// Raises RuntimeError when the engine cannot hold this text in a column for texts. To be asked before what is
+    /// stored makes way. Opens the connection if it is not open.
+    void RequireStorable(const QString& text);
+    /// While it stays, a server that was lost is not connected to anew, since what a save holds there went with the old
+    /// connection. To be ended as often as it was asked for.
+    void StayWithEngine(bool stays);
 
 private:
     friend class Command;
@@ -73,6 +79,8 @@ private:
     Access mAccess = Access::ReadWrite;
     int mLockTimeout = 30'000;  // ms
     bool mWaitedInVain = false; ///< and no command has succeeded since
+    bool mMayRepeat = false;    ///< what failed last, if it only reads
+    int mStaysWithEngine = 0;   ///< how many ask for it
     std::unique_ptr<DatabaseEngine> mEngine;
 };
 

@@ -59,6 +59,13 @@ public:
     virtual void Finish() = 0;
 };
 
+struct OpenOptions
+{
+    Access access;
+    int lockTimeout;  ///< in milliseconds
+    bool isImpatient; ///< the last wait was in vain
+};
+
 class DatabaseEngine
 {
 public:
@@ -73,8 +80,8 @@ public:
     QSqlDatabase Database() const { return QSqlDatabase::database(mName, false); }
 
     virtual bool IsShared() const = 0;
-    /// Opens it, once. lockTimeout: in milliseconds, of the opening too.
-    virtual QSqlError Open(Access access, int lockTimeout) = 0;
+    /// Opens it, once. Raises RuntimeError for what is no error of the engine's.
+    virtual QSqlError Open(const OpenOptions& options) = 0;
     virtual void ApplyLockTimeout(int milliseconds) = 0;
     /// Whether a failure can come from having been opened when nothing could be written.
     virtual bool IsReadOnly() const { return false; }
@@ -103,9 +110,6 @@ private:
     QString mName;                ///< of the connection in Qt's table of connections
     QPointer<QSqlDriver> mDriver; ///< null once the toolkit has dropped the connection
 };
-
-/// The engine that holds the data of this file. Raises RuntimeError when the file tells none.
-std::unique_ptr<DatabaseEngine> EngineFor(const QString& fileName);
 
 /// Raises RuntimeError when the toolkit has no such driver.
 void RequireDriver(const QString& driver, const QString& package);

@@ -63,13 +63,13 @@ FileEngine::FileEngine(const QString& fileName)
 }
 
 /// Only a first statement tells whether the file is a database.
-QSqlError FileEngine::Open(Access access, int lockTimeout)
+QSqlError FileEngine::Open(const OpenOptions& options)
 {
-    if (mIsWritable && access == Access::ReadWrite)
+    if (mIsWritable && options.access == Access::ReadWrite)
         MendPermissions(mCanonicalPath);
     QSqlDatabase database = AddDatabase(fileDriver, fileDriverPackage);
-    database.setDatabaseName(EngineFileUri(FileName(), access));
-    database.setConnectOptions(u"QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=%1"_s.arg(lockTimeout));
+    database.setDatabaseName(EngineFileUri(FileName(), options.access));
+    database.setConnectOptions(u"QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=%1"_s.arg(options.lockTimeout));
     if (!database.open())
         return database.lastError();
     QSqlQuery query(database);
@@ -116,11 +116,6 @@ std::optional<RuntimeError> FileEngine::Replacement(const QString& outcome, int 
 std::unique_ptr<EngineLock> FileEngine::Lock(Connection& /*connection*/, qint64 section, int timeout)
 {
     return LockBeside(mCanonicalPath, FileName(), section, timeout);
-}
-
-std::unique_ptr<DatabaseEngine> EngineFor(const QString& fileName)
-{
-    return std::make_unique<FileEngine>(fileName);
 }
 
 } // namespace qor

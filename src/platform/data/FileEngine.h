@@ -13,7 +13,7 @@ public:
     explicit FileEngine(const QString& fileName);
 
     bool IsShared() const override { return false; }
-    QSqlError Open(Access access, int lockTimeout) override;
+    QSqlError Open(const OpenOptions& options) override;
     void ApplyLockTimeout(int milliseconds) override;
     bool IsReadOnly() const override { return !mIsWritable; }
     EngineFailure Judge(const QSqlError& error) const override;

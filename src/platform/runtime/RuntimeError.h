@@ -24,6 +24,7 @@ enum class ErrorNumber : int {
     UnsupportedValueType = 1001,
     Provider = 3000,       ///< the database engine or its file
     DatabaseLocked = 3006, ///< the wait for another program ran out; a later try may succeed
+    ConnectionLost = 3151, ///< to a database server; what it holds now is not known
 };
 
 class RuntimeError : public std::exception

@@ -1,0 +1,51 @@
+// A server that holds the database for many stations, through the toolkit's driver for it.
+#pragma once
+
+#include "platform/data/AnswerWatch.h"
+#include "platform/data/Engine.h"
+
+namespace qor {
+
+class ServerEngine : public DatabaseEngine
+{
+public:
+    /// service: what the link in the file names.
+    ServerEngine(const QString& fileName, QString service);
+    ~ServerEngine() override;
+    Q_DISABLE_COPY_MOVE(ServerEngine)
+
+    bool IsShared() const override { return true; }
+    QSqlError Open(const OpenOptions& options) override;
+    void ApplyLockTimeout(int milliseconds) override { mLockTimeout = milliseconds; }
+    EngineFailure Judge(const QSqlError& error) const override;
+    std::unique_ptr<Statement> Prepare(const QString& text, int parameterCount) override;
+    void RequireStorable(const QString& text) const override;
+    std::optional<RuntimeError> Replacement(const QString& outcome, int lockTimeout) override;
+    std::unique_ptr<EngineLock> Lock(Connection& connection, qint64 section, int timeout) override;
+    std::unique_ptr<EngineSync> DeferSync(Connection& connection) override;
+
+    /// Runs a text as it stands, within the time that a server may take.
+    bool Run(QSqlQuery& query, const QString& text);
+    /// Runs what is prepared in this query.
+    bool Run(QSqlQuery& query);
+    /// Prepares a text in the engine's words.
+    bool PrepareIn(QSqlQuery& query, const QString& text);
+
+private:
+    bool SendLockTimeout();
+
+    QString mService;
+    QString mPath; ///< of the link, absolute
+    int mLockTimeout = 0;
+    int mSentLockTimeout = 0; ///< what the server knows
+    std::unique_ptr<AnswerWatch> mWatch;
+};
+
+/// The service was not reached, or a statement failed: a sentence that names the file, what is wrong and what to do. It
+/// has the first line of what the server says; the next ones may hold a row with its password.
+RuntimeError ServerError(const QSqlError& error, const QString& fileName, const QString& service);
+
+/// The same for a connection that has ended. hasGivenUp: because the server did not answer in time.
+RuntimeError LostServerError(const QSqlError& error, const QString& fileName, bool hasGivenUp);
+
+} // namespace qor

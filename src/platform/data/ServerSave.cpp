@@ -1,0 +1,90 @@
+// What a save takes of a server: a lock that ends with the session, and commits that wait for the disk once.
+#include "platform/data/Command.h"
+#include "platform/data/ServerEngine.h"
+
+namespace qor {
+
+namespace {
+
+void Run(Connection& connection, const QString& text)
+{
+    Command(connection, text, text, 0).Execute({});
+}
+
+class ServerLock : public EngineLock
+{
+public:
+    ServerLock(Connection& connection, qint64 key) : mConnection(connection), mKey(key)
+    {
+        // A command that reads: a session that was lost while nobody worked is replaced here.
+        Command(connection, u"the lock of a save"_s, u"SELECT pg_advisory_lock(%1)"_s.arg(mKey), 0).Open({});
+        mConnection.StayWithEngine(true);
+    }
+    ~ServerLock() override
+    {
+        try {
+            if (mConnection.IsOpen())
+                Command(mConnection, u"the end of a save"_s, u"SELECT pg_advisory_unlock(%1)"_s.arg(mKey), 0).Open({});
+        } catch (...) {
+            // The lock goes with the session.
+        }
+        mConnection.StayWithEngine(false);
+    }
+    Q_DISABLE_COPY_MOVE(ServerLock)
+
+private:
+    Connection& mConnection;
+    qint64 mKey;
+};
+
+class ServerSync : public EngineSync
+{
+public:
+    explicit ServerSync(Connection& connection) : mConnection(connection)
+    {
+        Run(mConnection, u"SET synchronous_commit = off"_s);
+        mConnection.StayWithEngine(true);
+    }
+    ~ServerSync() override { mConnection.StayWithEngine(false); }
+    Q_DISABLE_COPY_MOVE(ServerSync)
+
+    /// The setting alone brings nothing to disk, and commits of other sessions need not either: a message in the log,
+    /// committed in this session, takes all commits before it along.
+    void Finish() override
+    {
+        Run(mConnection, u"SET synchronous_commit = on; SELECT pg_logical_emit_message(true, '', '')"_s);
+    }
+
+private:
+    Connection& mConnection;
+};
+
+/// Apart from the keys of other programs on the same database, as far as that is possible.
+qint64 KeyOf(qint64 section)
+{
+    constexpr qint64 ours = qint64{0x5144} << 48; // "QD"; sections take 48 bits
+    return ours | section;
+}
+
+} // namespace
+
+std::unique_ptr<EngineLock> ServerEngine::Lock(Connection& connection, qint64 section, int /*timeout*/)
+{
+    const QString fileName = FileName(); // this engine may be replaced on the way
+    try {
+        return std::make_unique<ServerLock>(connection, KeyOf(section));
+    } catch (const RuntimeError& error) {
+        if (error.Number() != ErrorNumber::DatabaseLocked)
+            throw;
+        throw RuntimeError(ErrorNumber::DatabaseLocked,
+                           u"Another station is saving the same to the shared database %1. Wait until it has finished "
+                           "and try again."_s.arg(fileName));
+    }
+}
+
+std::unique_ptr<EngineSync> ServerEngine::DeferSync(Connection& connection)
+{
+    return std::make_unique<ServerSync>(connection);
+}
+
+} // namespace qor
