@@ -3,9 +3,11 @@
 #include "Check.h"
 #include "NewFile.h"
 #include "Output.h"
+#include "PauseOfSaves.h"
 #include "platform/data/Command.h"
 #include "platform/data/Connection.h"
 #include "platform/data/DatabaseFile.h"
+#include "platform/data/LinkFile.h"
 #include "platform/runtime/RuntimeError.h"
 #include "Progress.h"
 #include "Query.h"
@@ -13,55 +15,19 @@
 #include "Replacement.h"
 #include "store/CommandCatalog.h"
 
-#include <fcntl.h>
-#include <QDeadlineTimer>
 #include <QFile>
 #include <QFileInfo>
-#include <QThread>
 
 namespace qor {
 
 namespace {
 
-/// A save is many commits. While this lives none begins; it waits for the end of those that have begun. A save holds a
-/// lock on a byte of the file beside the database that is named here, which byte is its own matter.
-class PauseOfSaves
+void RequireFile(const QString& fileName, const QString& whatToDo)
 {
-public:
-    explicit PauseOfSaves(const QString& fileName) : mLocked(QFileInfo(fileName).canonicalFilePath() + u"-saving"_s)
-    {
-        if (!mLocked.open(QIODevice::ReadOnly | QIODevice::ExistingOnly))
-            return; // nobody has saved yet, or where we may not look
-        const Progress progress("Waiting for the end of a save");
-        constexpr int longestSave = 30'000; // ms
-        constexpr unsigned long lookEvery = 20;
-        for (const QDeadlineTimer deadline(longestSave); !Lock(); QThread::msleep(lookEvery)) {
-            if (deadline.hasExpired())
-                throw RuntimeError(ErrorNumber::Provider, u"The database %1 is being saved by another program. Wait "
-                                                          "until that has finished and try again."_s.arg(fileName));
-        }
-    }
-
-private:
-    /// Against every byte, and gone with the file's descriptor.
-    bool Lock()
-    {
-        struct flock all = {};
-        all.l_type = F_RDLCK;
-        all.l_whence = SEEK_SET;
-        return fcntl(mLocked.handle(), F_OFD_SETLK, &all) == 0;
-    }
-
-    QFile mLocked;
-};
-
-void RequireSound(Connection& connection, const QString& fileName)
-{
-    const QStringList reasons = FindUnsoundness(connection);
-    if (!reasons.isEmpty())
+    if (QFileInfo(fileName).isFile() && ServiceIn(fileName)) {
         throw RuntimeError(ErrorNumber::Provider,
-                           u"The database %1 is not sound. %2 Choose another file; \"dir-db check\" tells more."_s.arg(
-                               fileName, reasons[0]));
+                           u"The file %1 is a link to a shared database. %2"_s.arg(fileName, whatToDo));
+    }
 }
 
 /// "7 directory nodes, 567 entries"
@@ -108,6 +74,7 @@ void SetWriteAheadMode(const NewFile& file)
 
 void BackUpDatabase(const QString& fileName, const QString& copyName)
 {
+    RequireFile(fileName, u"Back it up with the tools of its server, or take it into a file with \"dir-db copy\"."_s);
     RequireFreeName(copyName);
     NewFile copy(copyName);
     TakeSnapshot(fileName, copy);
@@ -119,6 +86,8 @@ void BackUpDatabase(const QString& fileName, const QString& copyName)
 void RestoreDatabase(const QString& copyName, const QString& fileName)
 {
     const QString target = RequireReplaceable(fileName);
+    for (const QString& name : {copyName, fileName})
+        RequireFile(name, u"Name a file, or take a sound copy there with \"dir-db copy\"."_s);
     if (QFileInfo(copyName).canonicalFilePath() == target)
         ThrowFileNotMade(fileName, u"it is the copy itself; name the copy first, then the database"_s);
     NewFile restored(target);

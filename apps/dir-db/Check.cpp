@@ -129,6 +129,15 @@ QStringList FindUnsoundness(Connection& connection)
     return reasons;
 }
 
+void RequireSound(Connection& connection, const QString& fileName)
+{
+    const QStringList reasons = FindUnsoundness(connection);
+    if (!reasons.isEmpty())
+        throw RuntimeError(ErrorNumber::Provider,
+                           u"The database %1 is not sound. %2 Choose another file; \"dir-db check\" tells more."_s.arg(
+                               fileName, reasons[0]));
+}
+
 CheckResult CheckDatabase(const QString& fileName, const QString& recordings)
 {
     std::optional<RecordingFiles> files;

@@ -18,6 +18,9 @@ struct CheckResult
 /// Why the database is not sound, in sentences: its integrity, tables, columns and keys.
 QStringList FindUnsoundness(Connection& connection);
 
+/// Raises RuntimeError with the first reason.
+void RequireSound(Connection& connection, const QString& fileName);
+
 /// recordings: the folder with the wave files of the message nodes; empty when they are not asked after. Raises
 /// RuntimeError for a file that does not open as a database and for a folder that cannot be read.
 CheckResult CheckDatabase(const QString& fileName, const QString& recordings = {});

@@ -1,6 +1,7 @@
 #include "ReadAccess.h"
 
 #include "platform/data/Connection.h"
+#include "platform/data/LinkFile.h"
 #include "platform/runtime/RuntimeError.h"
 
 #include <fcntl.h>
@@ -40,6 +41,10 @@ void Open(Connection& connection, Access access)
 ReadAccess::ReadAccess(Connection& connection, const QString& fileName) : mFileName(fileName)
 {
     connection.SetConnectionString(ConnectionStringFor(fileName));
+    if (QFileInfo(fileName).isFile() && ServiceIn(fileName)) {
+        Open(connection, Access::ReadOnly);
+        return;
+    }
     const QFileInfo file(QFileInfo(fileName).canonicalFilePath());
     const bool hasLog = QFileInfo(file.filePath() + u"-wal"_s).size() > 0;
     if (MayWrite(file.filePath()) && MayWrite(file.path())) {

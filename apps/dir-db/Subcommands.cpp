@@ -2,6 +2,7 @@
 
 #include "Backup.h"
 #include "Check.h"
+#include "Copy.h"
 #include "History.h"
 #include "ImportJet.h"
 #include "Keys.h"
@@ -37,7 +38,7 @@ void AddPartition(Arguments& arguments, Partition& partition)
 Work SetUpCreate(Arguments& arguments)
 {
     const auto file = std::make_shared<QString>();
-    arguments.File("FILE", *file, "The new database");
+    arguments.File("FILE", *file, "The new database, or a link to the server where its tables are to be made");
     return [file] {
         MakeDatabase(*file, [](DataBase&) {});
         PrintLine(u"%1: made, without nodes"_s.arg(*file));
@@ -219,6 +220,14 @@ Work SetUpExport(Arguments& arguments)
     return [request] { return ExportList(*request) ? success : withWarnings; };
 }
 
+Work SetUpCopy(Arguments& arguments)
+{
+    const auto files = std::make_shared<Files>();
+    arguments.File("FROM", files->first, "The database, or a link to a server");
+    arguments.File("TO", files->second, "A new database, or a link to a server without rows");
+    return [files] { return CopyDatabase(files->first, files->second) ? success : withWarnings; };
+}
+
 Work SetUpBackup(Arguments& arguments)
 {
     const auto files = std::make_shared<Files>();
@@ -252,6 +261,7 @@ constexpr std::array subcommands{
     Subcommand{"export", "Write the entries of a directory node as a list", SetUpExport},
     Subcommand{"recordings", "Print which file speaks whose name, as CSV", SetUpRecordings},
     Subcommand{"keys", "Print whom callers reach with telephone keys", SetUpKeys},
+    Subcommand{"copy", "Take a database to a server, or from there into a file", SetUpCopy},
     Subcommand{"backup", "Make a copy of a database, also while editors have it open", SetUpBackup},
     Subcommand{"restore", "Put what a sound copy holds in the place of a database", SetUpRestore},
 };

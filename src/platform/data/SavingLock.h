@@ -1,13 +1,17 @@
 // One save at a time.
 #pragma once
 
+#include "platform/runtime/Text.h"
+
 #include <memory>
-#include <QtGlobal>
 
 namespace qor {
 
 class Connection;
 class EngineLock;
+
+/// What stands behind FROM for the locks of this kind that sessions hold on a server's database.
+QString HeldSavingLocks();
 
 /// While it lives, no other program and no other connection holds the lock of the same section of the same database.
 /// It only keeps out those who ask for it, and goes with the process.

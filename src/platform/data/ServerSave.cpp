@@ -1,5 +1,6 @@
 // What a save takes of a server: a lock that ends with the session, and commits that wait for the disk once.
 #include "platform/data/Command.h"
+#include "platform/data/SavingLock.h"
 #include "platform/data/ServerEngine.h"
 
 namespace qor {
@@ -59,12 +60,9 @@ private:
     Connection& mConnection;
 };
 
-/// Apart from the keys of other programs on the same database, as far as that is possible.
-qint64 KeyOf(qint64 section)
-{
-    constexpr qint64 ours = qint64{0x5144} << 48; // "QD"; sections take 48 bits
-    return ours | section;
-}
+/// The upper bits of our keys, "QD", apart from those of other programs on the same database. Sections take the others.
+constexpr qint64 ourKeys = 0x5144;
+constexpr int sectionBits = 48;
 
 } // namespace
 
@@ -72,7 +70,7 @@ std::unique_ptr<EngineLock> ServerEngine::Lock(Connection& connection, qint64 se
 {
     const QString fileName = FileName(); // this engine may be replaced on the way
     try {
-        return std::make_unique<ServerLock>(connection, KeyOf(section));
+        return std::make_unique<ServerLock>(connection, (ourKeys << sectionBits) | section);
     } catch (const RuntimeError& error) {
         if (error.Number() != ErrorNumber::DatabaseLocked)
             throw;
@@ -80,6 +78,15 @@ std::unique_ptr<EngineLock> ServerEngine::Lock(Connection& connection, qint64 se
                            u"Another station is saving the same to the shared database %1. Wait until it has finished "
                            "and try again."_s.arg(fileName));
     }
+}
+
+/// The server shows the upper half of a key as classid.
+QString HeldSavingLocks()
+{
+    constexpr int halfBits = 32;
+    return u"pg_locks WHERE locktype = 'advisory' AND objsubid = 1 AND classid::bigint >> %1 = %2 AND database = "
+           "(SELECT oid FROM pg_database WHERE datname = current_database())"_s.arg(sectionBits - halfBits)
+               .arg(ourKeys);
 }
 
 std::unique_ptr<EngineSync> ServerEngine::DeferSync(Connection& connection)

@@ -1,0 +1,44 @@
+// Moments at which no node is being saved. A save is many commits.
+#pragma once
+
+#include "platform/runtime/Text.h"
+
+#include <QFile>
+
+namespace qor {
+
+class Connection;
+
+/// While it lives no save of the database in this file begins; it waits for the end of those that have begun. A save
+/// holds a lock on a byte of the file beside the database that is named here, which byte is its own matter.
+class PauseOfSaves
+{
+public:
+    /// Raises RuntimeError when a save does not end.
+    explicit PauseOfSaves(const QString& fileName);
+
+private:
+    bool Lock();
+
+    QFile mLocked;
+};
+
+/// While it lives everything that is read shows the database, a file or a server, as it was at one moment outside of a
+/// save. Others go on saving.
+class StillReading
+{
+public:
+    /// Raises RuntimeError when a save does not end.
+    StillReading(Connection& connection, const QString& fileName);
+    ~StillReading();
+    Q_DISABLE_COPY_MOVE(StillReading)
+
+private:
+    bool IsQuiet();
+    void Begin(const QString& statement);
+    void End();
+
+    Connection& mConnection;
+};
+
+} // namespace qor
