@@ -11,42 +11,83 @@ namespace qor {
 
 namespace {
 
-/// A kind that one statement finds.
+QString PartitionOf(const Recordset& row)
+{
+    return u"configuration %1, partition %2"_s.arg(row.Field(0).toString(), row.Field(1).toString());
+}
+
+QString InQuotes(QString text)
+{
+    return u'\'' + text.replace(u'\'', u"''"_s) + u'\'';
+}
+
+QString UnusableMaximum(const Recordset& row)
+{
+    const QVariant& highest = row.Field(2);
+    if (WholeNumber16(highest).value_or(0) > 0)
+        return {};
+    if (highest.isNull())
+        return PartitionOf(row) + u": none"_s;
+    const QString text = row.Field(3).toString();
+    return PartitionOf(row) + u": "_s + (highest.typeId() == QMetaType::QString ? InQuotes(text) : text);
+}
+
+QString DirectoryWithoutNode(const Recordset& row)
+{
+    return PartitionOf(row) + u", DIR %1: %2 entries"_s.arg(row.Field(2).toString(), row.Field(3).toString());
+}
+
+QString NodeOutsidePool(const Recordset& row)
+{
+    return PartitionOf(row) + u", %1 %2"_s.arg(row.Field(2).toString(), row.Field(3).toString());
+}
+
+QString PartitionWithoutPattern(const Recordset& row)
+{
+    return PartitionOf(row) + u": in "_s + row.Field(2).toString();
+}
+
+/// A kind that one statement finds. The engine makes the texts of numbers, so that they are printed as it prints them.
 struct StatedSearch
 {
     const char* kind;
-    const char* places; ///< a statement that returns them
+    const char* rows;
+    QString (*place)(const Recordset& row); ///< what is to be said of a row, or nothing
 };
 
 constexpr std::array statedSearches{
-    StatedSearch{"partitions whose directories the editor does not open, as their maximum of message nodes is not from "
-                 "1 to 32767",
-                 "SELECT printf('configuration %s, partition %s: %s', ConfigID, PartID, iif(highest IS NULL, 'none', "
-                 "quote(highest))) FROM (SELECT DISTINCT ConfigID, PartID, (SELECT Max_number FROM Node_Type_Max WHERE "
-                 "Config_ID = ConfigID AND PartitionID = PartID AND NodeType_ID = 0) AS highest FROM Node_DIR WHERE "
-                 "NodeTypeID = 16) WHERE NOT ifnull(typeof(highest) = 'integer' AND highest BETWEEN 1 AND 32767, 0)"},
+    StatedSearch{
+        "partitions whose directories the editor does not open, as their maximum of message nodes is not from "
+        "1 to 32767",
+        "SELECT '' || ConfigID, '' || PartID, highest, '' || highest FROM (SELECT DISTINCT ConfigID, PartID, (SELECT "
+        "Max_number FROM Node_Type_Max WHERE Config_ID = ConfigID AND PartitionID = PartID AND NodeType_ID = 0) AS "
+        "highest FROM Node_DIR WHERE NodeTypeID = 16) AS p ORDER BY ConfigID, PartID",
+        UnusableMaximum},
     StatedSearch{
         "directories whose entries no editor shows, as their node is missing",
-        "SELECT printf('configuration %s, partition %s, DIR %s: %d entries', ConfigID, PartID, NodeMasterID, count) "
-        "FROM (SELECT ConfigID, PartID, NodeMasterID, COUNT(*) AS count FROM Detail_DIR GROUP BY 1, 2, 3) AS e "
+        "SELECT '' || ConfigID, '' || PartID, '' || NodeMasterID, entries FROM (SELECT ConfigID, PartID, NodeMasterID, "
+        "COUNT(*) AS entries FROM Detail_DIR GROUP BY ConfigID, PartID, NodeMasterID) AS e "
         "WHERE NOT EXISTS (SELECT 1 FROM Node_DIR AS d WHERE d.ConfigID = e.ConfigID AND d.PartID = e.PartID "
-        "AND d.NodeNumber = e.NodeMasterID AND d.NodeTypeID = 16)"},
+        "AND d.NodeNumber = e.NodeMasterID AND d.NodeTypeID = 16) ORDER BY ConfigID, PartID, NodeMasterID",
+        DirectoryWithoutNode},
     StatedSearch{
         "nodes that lists of nodes do not show, as their row in Node_General_Pool is missing",
-        "SELECT printf('configuration %s, partition %s, %s %s', ConfigID, PartID, kind, NodeNumber) "
+        "SELECT '' || ConfigID, '' || PartID, kind, '' || NodeNumber "
         "FROM (SELECT ConfigID, PartID, 16 AS type, 'DIR' AS kind, NodeNumber FROM Node_DIR WHERE NodeTypeID = "
         "16 UNION ALL SELECT ConfigID, PartID, 0, 'MSG', NodeNumber FROM Node_MSG) AS n "
         "WHERE NOT EXISTS (SELECT 1 FROM Node_General_Pool AS p WHERE p.ConfigID = n.ConfigID AND "
-        "p.PartID = n.PartID AND p.NodeTypeID = n.type AND p.NodeNumber = n.NodeNumber)"},
+        "p.PartID = n.PartID AND p.NodeTypeID = n.type AND p.NodeNumber = n.NodeNumber) "
+        "ORDER BY type DESC, ConfigID, PartID, NodeNumber",
+        NodeOutsidePool},
     StatedSearch{
         "partitions in which the editor makes no message nodes, though it says so, as message node 0 is missing",
-        "SELECT printf('configuration %s, partition %s: in %s', ConfigID, PartID, place) "
-        "FROM (SELECT DISTINCT ConfigID, PartID FROM Node_DIR WHERE NodeTypeID = 16), "
-        "(SELECT 'Node_MSG' AS place UNION ALL SELECT 'Node_General_Pool') "
+        "SELECT '' || ConfigID, '' || PartID, place "
+        "FROM (SELECT DISTINCT ConfigID, PartID FROM Node_DIR WHERE NodeTypeID = 16) AS p, "
+        "(SELECT 'Node_MSG' AS place UNION ALL SELECT 'Node_General_Pool') AS t "
         "WHERE (ConfigID, PartID, place) NOT IN (SELECT ConfigID, PartID, 'Node_MSG' FROM Node_MSG WHERE NodeNumber = "
-        "0 "
-        "UNION ALL SELECT ConfigID, PartID, 'Node_General_Pool' FROM Node_General_Pool WHERE NodeTypeID = 0 AND "
-        "NodeNumber = 0)"},
+        "0 UNION ALL SELECT ConfigID, PartID, 'Node_General_Pool' FROM Node_General_Pool WHERE NodeTypeID = 0 AND "
+        "NodeNumber = 0) ORDER BY place DESC, ConfigID, PartID",
+        PartitionWithoutPattern},
 };
 
 /// A directory node's row, with the maximum of its partition.
@@ -135,8 +176,11 @@ constexpr std::array nodeSearches{
 Finding Stated(Connection& connection, const StatedSearch& search)
 {
     Finding finding{QString::fromLatin1(search.kind)};
-    ForEachRow(connection, QString::fromLatin1(search.places),
-               [&](const Recordset& row) { finding.Add(row.Field(0).toString()); });
+    ForEachRow(connection, QString::fromLatin1(search.rows), [&](const Recordset& row) {
+        const QString place = search.place(row);
+        if (!place.isEmpty())
+            finding.Add(place);
+    });
     return finding;
 }
 
@@ -146,8 +190,7 @@ Findings InEachNode(Connection& connection)
     for (const NodeSearch& search : nodeSearches)
         findings << Finding{QString::fromLatin1(search.kind)};
     ForEachRow(connection, QString::fromLatin1(nodesText), [&](const Recordset& node) {
-        const QString place = u"configuration %1, partition %2, DIR %3: "_s.arg(
-            node.Field(0).toString(), node.Field(1).toString(), node.Field(2).toString());
+        const QString place = PartitionOf(node) + u", DIR %1: "_s.arg(node.Field(2).toString());
         for (std::size_t i = 0; i < nodeSearches.size(); ++i) {
             const QString fault = nodeSearches[i].fault(node);
             if (!fault.isEmpty())
