@@ -26,26 +26,59 @@ struct FoundColumn
 };
 using FoundColumns = QHash<QString, FoundColumn>; ///< by the name in lower case
 
-FoundColumns ReadColumns(Connection& connection, const SchemaTable& table)
-{
-    FoundColumns found;
-    Recordset columns =
-        Query(connection, u"SELECT name, type, pk FROM pragma_table_info(?1)"_s, {QString::fromLatin1(table.name)});
-    for (; !columns.EndOfFile(); columns.MoveNext()) {
-        found.insert(columns.Field(0).toString().toLower(),
-                     {columns.Field(1).toString().toUpper(), columns.Field(2).toInt()});
-    }
-    return found;
-}
-
-/// Whether the engine compares and sorts a column that was declared with `declared` as one of `type`.
-bool ServesAs(ColumnType type, const QString& declared)
+/// Whether the file's engine compares and sorts a column that was declared with `declared` as one of `type`.
+bool ServesInFile(ColumnType type, const QString& declared)
 {
     if (declared.contains(u"INT"))
         return type == ColumnType::Integer;
     const QStringList textWords{u"CHAR"_s, u"CLOB"_s, u"TEXT"_s};
     return type == ColumnType::Text &&
            std::ranges::any_of(textWords, [&](const QString& word) { return declared.contains(word); });
+}
+
+/// A server takes no other values into a column, and no longer ones: a limit is another type.
+bool ServesOnServer(ColumnType type, const QString& declared)
+{
+    const QStringList types = type == ColumnType::Integer ? QStringList{u"SMALLINT"_s, u"INTEGER"_s, u"BIGINT"_s}
+                                                          : QStringList{u"TEXT"_s, u"CHARACTER VARYING"_s};
+    return types.contains(declared);
+}
+
+/// What an engine tells of its tables.
+struct Catalog
+{
+    const char* columns;   ///< of the table ?1, in small letters: name, type, 1-based place in the primary key or 0
+    const char* integrity; ///< null where the engine's administrator looks after it
+    bool (*serves)(ColumnType type, const QString& declared);
+};
+
+constexpr Catalog fileCatalog{"SELECT name, type, pk FROM pragma_table_info(?1)", "PRAGMA integrity_check(10)",
+                              ServesInFile};
+
+/// Columns with a capital letter in their names are not those that the commands mean.
+constexpr Catalog serverCatalog{
+    "SELECT attname, format_type(atttypid, atttypmod), "
+    "COALESCE((SELECT place FROM unnest(indkey) WITH ORDINALITY AS k(number, place) "
+    "WHERE number = attnum AND place <= indnkeyatts), 0) "
+    "FROM pg_attribute LEFT JOIN pg_index ON indrelid = attrelid AND indisprimary "
+    "WHERE attrelid = to_regclass(?1) AND attnum > 0 AND NOT attisdropped AND attname = lower(attname)",
+    nullptr, ServesOnServer};
+
+const Catalog& CatalogOf(const Connection& connection)
+{
+    return connection.IsShared() ? serverCatalog : fileCatalog;
+}
+
+FoundColumns ReadColumns(Connection& connection, const SchemaTable& table)
+{
+    FoundColumns found;
+    Recordset columns = Query(connection, QString::fromLatin1(CatalogOf(connection).columns),
+                              {QString::fromLatin1(table.name).toLower()});
+    for (; !columns.EndOfFile(); columns.MoveNext()) {
+        found.insert(columns.Field(0).toString().toLower(),
+                     {columns.Field(1).toString().toUpper(), columns.Field(2).toInt()});
+    }
+    return found;
 }
 
 bool HasKey(const SchemaTable& table, const FoundColumns& found)
@@ -57,7 +90,7 @@ bool HasKey(const SchemaTable& table, const FoundColumns& found)
            });
 }
 
-QStringList TableReasons(const SchemaTable& table, const FoundColumns& found)
+QStringList TableReasons(const Catalog& catalog, const SchemaTable& table, const FoundColumns& found)
 {
     const QString tableName = QString::fromLatin1(table.name);
     if (found.isEmpty())
@@ -68,7 +101,7 @@ QStringList TableReasons(const SchemaTable& table, const FoundColumns& found)
         const auto place = found.constFind(name.toLower());
         if (place == found.cend())
             reasons << u"The table %1 lacks the column %2."_s.arg(tableName, name);
-        else if (!ServesAs(column.type, place->type))
+        else if (!catalog.serves(column.type, place->type))
             reasons << u"The column %1 of the table %2 has the type \"%3\", not %4."_s.arg(
                 name, tableName, place->type, column.type == ColumnType::Integer ? u"INTEGER"_s : u"TEXT"_s);
     }
@@ -79,8 +112,12 @@ QStringList TableReasons(const SchemaTable& table, const FoundColumns& found)
 
 QStringList IntegrityReasons(Connection& connection)
 {
+    const char* const text = CatalogOf(connection).integrity;
+    if (text == nullptr)
+        return {};
+    const Progress progress("Checking the pages of the database");
     QStringList reasons;
-    Recordset findings = Query(connection, u"PRAGMA integrity_check(10)"_s);
+    Recordset findings = Query(connection, QString::fromLatin1(text));
     for (; !findings.EndOfFile(); findings.MoveNext()) {
         const QString finding = findings.Field(0).toString();
         if (finding != u"ok")
@@ -93,7 +130,7 @@ QStringList SchemaReasons(Connection& connection)
 {
     QStringList reasons;
     for (const SchemaTable& table : Schema())
-        reasons << TableReasons(table, ReadColumns(connection, table));
+        reasons << TableReasons(CatalogOf(connection), table, ReadColumns(connection, table));
     return reasons;
 }
 
@@ -121,7 +158,6 @@ void Collect(QStringList& reasons, Step step)
 
 QStringList FindUnsoundness(Connection& connection)
 {
-    const Progress progress("Checking the pages of the database");
     QStringList reasons;
     Collect(reasons, [&] { return IntegrityReasons(connection); });
     Collect(reasons, [&] { return SchemaReasons(connection); });
@@ -146,7 +182,7 @@ CheckResult CheckDatabase(const QString& fileName, const QString& recordings)
     Connection connection;
     connection.SetConnectionString(ConnectionStringFor(fileName));
     const ReadAccess access(connection, fileName);
-    CheckResult result;
+    CheckResult result{.isShared = connection.IsShared()};
     result.reasons = FindUnsoundness(connection);
     if (result.reasons.isEmpty())
         LookAtContents(connection, files ? &*files : nullptr, result);

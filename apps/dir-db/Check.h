@@ -1,4 +1,4 @@
-// The check of a configuration database; it changes nothing of what the file holds.
+// The check of a configuration database; it changes nothing of what is stored.
 #pragma once
 
 #include "Findings.h"
@@ -9,20 +9,22 @@ class Connection;
 
 struct CheckResult
 {
-    QStringList reasons; ///< why the database is not sound, in sentences; none for a sound one
+    bool isShared = false;    ///< on a server, where no file can be put in its place
+    QStringList reasons = {}; ///< why the database is not sound, in sentences; none for a sound one
     int directoryNodes = 0;
     int entries = 0;
-    Findings findings; ///< in the nodes and entries of a sound database
+    Findings findings = {}; ///< in the nodes and entries of a sound database
 };
 
-/// Why the database is not sound, in sentences: its integrity, tables, columns and keys.
+/// Why the database is not sound, in sentences: its integrity (of a file; a server's
+/// administrator looks after it there), tables, columns and keys.
 QStringList FindUnsoundness(Connection& connection);
 
 /// Raises RuntimeError with the first reason.
 void RequireSound(Connection& connection, const QString& fileName);
 
 /// recordings: the folder with the wave files of the message nodes; empty when they are not asked after. Raises
-/// RuntimeError for a file that does not open as a database and for a folder that cannot be read.
+/// RuntimeError for a database that does not open and for a folder that cannot be read.
 CheckResult CheckDatabase(const QString& fileName, const QString& recordings = {});
 
 } // namespace qor

@@ -1,6 +1,7 @@
 #include "Query.h"
 
 #include "platform/data/Command.h"
+#include "platform/data/Connection.h"
 
 namespace qor {
 
@@ -16,8 +17,9 @@ void ForEachRow(Connection& connection, const QString& text, const std::function
 
 QString StoredTexts(Connection& connection, const QString& column)
 {
-    const bool inUtf8 = Query(connection, u"PRAGMA encoding"_s).Field(0).toString() == u"UTF-8";
-    return inUtf8 ? u"iif(typeof(%1) = 'text', CAST(%1 AS BLOB), %1)"_s.arg(column) : column;
+    const bool mayHoldAnyBytes =
+        !connection.IsShared() && Query(connection, u"PRAGMA encoding"_s).Field(0).toString() == u"UTF-8";
+    return mayHoldAnyBytes ? u"iif(typeof(%1) = 'text', CAST(%1 AS BLOB), %1)"_s.arg(column) : column;
 }
 
 int CountOf(Connection& connection, const QString& rows, const QStringList& values)

@@ -15,8 +15,8 @@ Recordset Query(Connection& connection, const QString& text, const QStringList& 
 /// The same row by row, as Command::ForEachRow has it.
 void ForEachRow(Connection& connection, const QString& text, const std::function<void(const Recordset& row)>& take);
 
-/// What a statement names to get the texts of a column as they are stored: in UTF-8 as bytes, whose characters need not
-/// be any, else as texts. Other values stay as they are.
+/// What a statement names to get the texts of a column as they are stored: out of a file in UTF-8 as bytes, which need
+/// not be characters, else as texts; a server takes none that are not. Other values stay as they are.
 QString StoredTexts(Connection& connection, const QString& column);
 
 /// rows: what follows FROM.

@@ -68,8 +68,11 @@ int ReportCheck(const QString& fileName, const CheckResult& result)
     PrintError(u"The database %1 is not sound:"_s.arg(fileName));
     for (const QString& reason : result.reasons)
         PrintError(u"  "_s + reason);
-    PrintError(
-        u"Restore it from a backup with \"dir-db restore COPY FILE\" or make a new one with \"dir-db create\"."_s);
+    PrintError(result.isShared
+                   ? u"Have its server's administrator restore it, or copy a sound one into an empty database with "
+                     "\"dir-db copy FROM TO\"."_s
+                   : u"Restore it from a backup with \"dir-db restore COPY FILE\" or make a new one with \"dir-db "
+                     "create\"."_s);
     return failure;
 }
 
