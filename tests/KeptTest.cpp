@@ -2,7 +2,6 @@
 // shows no node.
 #include "rules/DraftFiles.h"
 #include "rules/EarlierVersions.h"
-#include "rules/NodeDifferences.h"
 #include "support/Editor.h"
 #include "support/Files.h"
 #include "support/SampleDatabase.h"
@@ -333,23 +332,6 @@ private Q_SLOTS:
             e.ListKeys("Ctrl+Z");
             QCOMPARE(e.RowCount(), 3);
         });
-    }
-
-    void differences()
-    {
-        const auto entries = [](const QString& text) {
-            std::vector<DirectoryEntry> list;
-            for (const QString& fields : text.split(u' ', Qt::SkipEmptyParts))
-                list.push_back({fields.mid(0, 1), fields.mid(1, 1), fields.mid(2, 1), fields.mid(3, 1), {}});
-            return list;
-        };
-        const auto compare = [&](const QString& before, const QString& after) {
-            return DifferencesText(CompareEntries(entries(before), entries(after)));
-        };
-        QCOMPARE(compare(u"AA11 BB22"_s, u"AA11 BB22"_s), u"+0 -0 ~0"_s);
-        QCOMPARE(compare(u"AA11 BB22"_s, u"BB22 AA11"_s), u"+0 -0 ~0, other order"_s);
-        QCOMPARE(compare(u"AA11 AA11 BB22 CC33"_s, u"AA11 AA19 BX22 DD44 EE55"_s), u"+2 -1 ~2"_s);
-        QCOMPARE(compare({}, u"AA11"_s) + compare(u"AA11 AA11"_s, u"AA11"_s), u"+1 -0 ~0+0 -1 ~0"_s);
     }
 
     // A move to a node that cannot be read: nothing of another one may be saved under its number.

@@ -1,4 +1,4 @@
-// What differs between two lists of entries.
+// What differs between two states of a directory node.
 #pragma once
 
 #include "rules/DirectoryNode.h"
@@ -21,5 +21,10 @@ EntryDifferences CompareEntries(const std::vector<DirectoryEntry>& before, const
 
 /// "+12 -3 ~4"; "+0 -0 ~0, other order" for entries that only changed their places.
 QString DifferencesText(const EntryDifferences& differences);
+
+/// What differs from `before` to `after`, in header and entries, as short lines for a box: "Jones Bob: added",
+/// "Smith Anne: extension 101, now 105; another password". Of the added, removed and changed entries the first eight
+/// each and a count of the others; access codes and passwords never. Empty where nothing differs.
+QString DifferencesSentences(const DirectoryNode& before, const DirectoryNode& after);
 
 } // namespace qor
