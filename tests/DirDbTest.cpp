@@ -82,6 +82,7 @@ private Q_SLOTS:
                   {"no source", u"import-jet|--dry-run"_s, u"SOURCE is required"_s},
                   {"no file", u"import-jet|a"_s, u"FILE is required without --dry-run"_s},
                   {"empty name", u"create|"_s, u"must not be empty"_s},
+                  {"no role", u"grants|--editor|"_s, u"Name a role with --editor or --reader"_s},
                   {"option of another", u"check|--csv|a"_s, u"dir-db check: There is no option \"--csv\""_s},
                   {"option before", u"--csv|show|a"_s, u"belongs behind the command"_s},
                   {"value of a flag", u"show|--csv=x|a"_s, u"--csv takes no value"_s},
@@ -259,6 +260,30 @@ private Q_SLOTS:
             keyColumns << QString::number(steps.EndOfFile() ? 0 : steps.Field(u"detail"_s).toString().count(u"=?"));
         }
         QCOMPARE(keyColumns.join(u' '), u"3 2 4 3 2 3 3 4 0 3 4 4"_s);
+    }
+
+    /// What the commands of the catalog do, a right and a table each, is what an editor may do.
+    void grants()
+    {
+        const QString said = DirDb({u"grants"_s, u"--editor"_s, u"a\"B"_s, u"--reader"_s, u"r"_s}).output;
+        const auto found = [](const QString& text, const QString& pattern) {
+            QStringList pairs;
+            for (const auto& match : QRegularExpression(pattern).globalMatch(text))
+                for (const QString& right : match.captured(1).split(u", "_s))
+                    for (const QString& table : match.captured(2).toLower().split(u", "_s))
+                        pairs << right + u' ' + table;
+            pairs.sort();
+            return pairs;
+        };
+        QString commands;
+        for (const StoredCommand& command : CommandCatalog())
+            commands += QString::fromLatin1(command.sql) + u'\n';
+        QStringList needed =
+            found(commands, u"(SELECT|INSERT|UPDATE|DELETE)(?: INTO| FROM| [\\w.*]+ FROM)? (\\w+)[ \r]"_s);
+        needed.removeDuplicates();
+        QCOMPARE(found(said, u"GRANT ([A-Z, ]+) ON ([\\w, ]+) TO \"a\"\"B\";\n"_s), needed << u"USAGE schema public"_s);
+        QCOMPARE(found(said, u"GRANT ([A-Z, ]+) ON ([\\w, ]+) TO \"r\";\n"_s).size(), 6);
+        QCOMPARE(said.count(u"SET log_min_error_statement = 'panic';"_s), 2);
     }
 
     void checkChangesNothing()

@@ -65,6 +65,11 @@ void Arguments::FileOption(const char* option, const char* placeholder, QString&
     Add(option, placeholder, purpose, Need::Optional, [&fileName](const QString& text) { fileName = FileName(text); });
 }
 
+void Arguments::TextOption(const char* option, const char* placeholder, QString& text, const char* purpose)
+{
+    Add(option, placeholder, purpose, Need::Optional, [&text](const QString& given) { text = given; });
+}
+
 void Arguments::Flag(const char* option, bool& isSet, const char* purpose)
 {
     mApp.add_flag(option, isSet, purpose);

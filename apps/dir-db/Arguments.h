@@ -29,6 +29,8 @@ public:
     void Text(const char* placeholder, QString& text, const char* purpose, Need need = Need::Always);
     /// "--rejected OUT"
     void FileOption(const char* option, const char* placeholder, QString& fileName, const char* purpose);
+    /// "--editor ROLE"
+    void TextOption(const char* option, const char* placeholder, QString& text, const char* purpose);
     /// "--csv"
     void Flag(const char* option, bool& isSet, const char* purpose);
     /// "--node N" with a number of 16 bits.

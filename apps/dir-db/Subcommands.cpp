@@ -3,6 +3,7 @@
 #include "Backup.h"
 #include "Check.h"
 #include "Copy.h"
+#include "Grants.h"
 #include "History.h"
 #include "ImportJet.h"
 #include "Keys.h"
@@ -253,6 +254,21 @@ Work SetUpRestore(Arguments& arguments)
     };
 }
 
+Work SetUpGrants(Arguments& arguments)
+{
+    const auto request = std::make_shared<GrantsRequest>();
+    arguments.TextOption("--editor", "ROLE", request->editor, "Of those who edit directories");
+    arguments.TextOption("--reader", "ROLE", request->reader, "Of those who only look");
+    arguments.Check([request] {
+        return request->editor.isEmpty() && request->reader.isEmpty() ? u"Name a role with --editor or --reader."_s
+                                                                      : QString();
+    });
+    return [request] {
+        PrintGrants(*request);
+        return success;
+    };
+}
+
 constexpr std::array subcommands{
     Subcommand{"create", "Make an empty configuration database", SetUpCreate},
     Subcommand{"sample", "Make a database with nodes and entries to look at", SetUpSample},
@@ -267,6 +283,7 @@ constexpr std::array subcommands{
     Subcommand{"copy", "Take a database to a server, or from there into a file", SetUpCopy},
     Subcommand{"backup", "Make a copy of a database, also while editors have it open", SetUpBackup},
     Subcommand{"restore", "Put what a sound copy holds in the place of a database", SetUpRestore},
+    Subcommand{"grants", "Print the SQL that gives a server's roles their rights", SetUpGrants},
 };
 
 } // namespace
