@@ -10,6 +10,7 @@ class DataBase;
 /// What an import is about to store.
 struct ImportedNode
 {
+    DirectoryNode stored; ///< what is there before
     DirectoryNode node;
     std::size_t takenCount = 0;
     ListReport report;

@@ -93,6 +93,7 @@ ImportedNode ReadInto(DataBase& dataBase, const ListImportRequest& request, QIOD
     ImportedNode imported;
     imported.highestMessageNode = RequireHighestMessageNode(dataBase, request.node.partition);
     imported.node = RequireNode(dataBase, request.node, imported.highestMessageNode);
+    imported.stored = imported.node;
     std::vector<DirectoryEntry>& entries = imported.node.entries;
     if (request.replaces)
         entries.clear();
@@ -177,11 +178,12 @@ private:
     QStringList mNames;
 };
 
-std::optional<DirectoryNode> Save(DataBase& dataBase, const ListImportRequest& request, const ImportedNode& imported)
+SaveResult Save(DataBase& dataBase, const ListImportRequest& request, const ImportedNode& imported)
 {
     try {
-        return SaveNodeKeepingVersion(dataBase, imported.node, MiscFolderFor(request.fileName),
-                                      imported.highestMessageNode);
+        return SaveNodeKeepingVersion(dataBase, imported.node,
+                                      {.stored = imported.stored, .attempted = {}, .isDeleted = false},
+                                      MiscFolderFor(request.fileName), imported.highestMessageNode);
     } catch (const RuntimeError& error) { // its sentences are parted for a message box
         throw RuntimeError(error.Number(), QString(error.Description()).replace(u"\r\n"_s, u" "_s), error.Source());
     }
@@ -214,9 +216,14 @@ void Write(DataBase& dataBase, const ListImportRequest& request, const ImportedN
         return;
     }
     RequireRoomForSave(QFileInfo(QFileInfo(request.fileName).canonicalFilePath()).path());
-    const auto stored = Save(dataBase, request, imported);
+    const SaveResult result = Save(dataBase, request, imported);
+    if (result.isOvertaken) {
+        throw RuntimeError(ErrorNumber::Provider,
+                           u"%1 was changed at another station at the same moment. Nothing was saved. Try again."_s.arg(
+                               NameOf(imported.node.identity)));
+    }
     files.Keep();
-    TellStored(dataBase, imported, stored);
+    TellStored(dataBase, imported, result.stored);
 }
 
 } // namespace

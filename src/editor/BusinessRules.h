@@ -7,10 +7,16 @@
 #include "store/DataBase.h"
 
 #include <optional>
+#include <QSet>
 
 namespace qor {
 
 class EditorForm;
+
+enum class SaveOutcome {
+    Ended,     ///< well, or with a report
+    Overtaken, ///< another station saved the node since it was looked at; nothing was saved here
+};
 
 class BusinessRules
 {
@@ -49,15 +55,23 @@ public:
     /// last text.
     void CheckForUnReferencedNodes(EditorForm& form);
 
+    /// In a shared database: whether the node there is as the form knows it, or the administrator wants to overwrite
+    /// what another station changed. False as well when that cannot be read, after a report. Always true elsewhere.
+    bool MayOverwrite(EditorForm& form);
+
     /// Writes the form's node, its general-pool row and all its entries under this number, and remembers on the form
     /// what is stored then. What ran before a failure stays written; everything written is on disk when it returns.
-    void SaveChanges(EditorForm& form, qint16 nodeNumber);
+    SaveOutcome SaveChanges(EditorForm& form, qint16 nodeNumber);
 
 private:
     bool ShowStoredNode(EditorForm& form, qint16 nodeNumber);
+    qint16 NextPrompt(EditorForm& form, const MessageNodeNumbers& used);
+    /// Whether entries have this prompt from their making on this form, and nobody has made its message node here.
+    bool IsNewHere(const EditorForm& form, const QString& prompt) const;
 
     DataBase mDataBase;
     PromptNumbers mPromptNumbers;
+    QSet<QString> mGivenPrompts; ///< whose message nodes nobody has made here
 };
 
 /// The prompts of the rows that one operation adds. The numbers in use are read once, for the first row; when that

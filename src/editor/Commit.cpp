@@ -87,9 +87,12 @@ Commit::Outcome Commit::RunSequence()
         return Outcome::DirectoryRefused;
     if (!LabelMayBeSaved())
         return Outcome::LabelRefused;
-    if (!mDrafts.KeepForSave())
-        RequireRoomForSave(GetDatabaseFolder());
-    mRules.SaveChanges(mForm, mForm.NodeNumber());
+    do {
+        if (!mRules.MayOverwrite(mForm))
+            return Outcome::OverwritingRefused;
+        if (!mDrafts.KeepForSave())
+            RequireRoomForSave(GetDatabaseFolder());
+    } while (mRules.SaveChanges(mForm, mForm.NodeNumber()) == SaveOutcome::Overtaken);
     mForm.MarkUnchanged();
     mDrafts.DropIfSaved();
     return Outcome::Saved;

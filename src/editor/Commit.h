@@ -38,7 +38,7 @@ public:
     std::optional<DirectoryFault> CheckDirectoryData();
 
 private:
-    enum class Outcome { Saved, AccessCodeRefused, DirectoryRefused, LabelRefused };
+    enum class Outcome { Saved, AccessCodeRefused, DirectoryRefused, LabelRefused, OverwritingRefused };
 
     Outcome RunSequence();
     bool DirectoryMayBeSaved();

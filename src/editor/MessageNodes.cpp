@@ -1,10 +1,12 @@
 #include "rules/MessageNodes.h"
 #include "editor/BusinessRules.h"
+#include "editor/TakenPrompts.h"
 #include "form/ConfirmationDialog.h"
 #include "form/EditorForm.h"
 #include "platform/runtime/ErrorReport.h"
 #include "platform/ui/Screen.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace qor {
@@ -53,7 +55,21 @@ qint16 BusinessRules::GetNextAvailableMSGNODENUMBER(EditorForm& form, bool reset
     const auto read = used ? std::nullopt : ReadUsedNumbers(form);
     if (!used && !read)
         return 0;
-    return mPromptNumbers.Next(form.cmbMSGNodeNumber->Text(), form.HighestMessageNode(), used ? *used : *read);
+    return NextPrompt(form, used ? *used : *read);
+}
+
+qint16 BusinessRules::NextPrompt(EditorForm& form, const MessageNodeNumbers& used)
+{
+    const qint16 number = mPromptNumbers.Next(form.cmbMSGNodeNumber->Text(), form.HighestMessageNode(), used);
+    mGivenPrompts.insert(QString::number(number));
+    return number;
+}
+
+bool BusinessRules::IsNewHere(const EditorForm& form, const QString& prompt) const
+{
+    const auto& stored = form.Known().stored;
+    return mGivenPrompts.contains(prompt) &&
+           !(stored && std::ranges::find(stored->entries, prompt, &DirectoryEntry::prompt) != stored->entries.end());
 }
 
 std::optional<MessageNodeNumbers> BusinessRules::ReadUsedNumbers(EditorForm& form)
@@ -79,13 +95,22 @@ void BusinessRules::CheckForUnReferencedNodes(EditorForm& form)
     ReportErrors(u"CheckForUnReferencedNodes"_s, [&] {
         form.StatusBar1->show();
         form.StatusBar1->SetPanelText(u"Checking for non-existing nodes. Please wait..."_s);
+        const auto usedNumbers = [&] { return UsedMessageNodeNumbers(mDataBase, form.PartitionShown()); };
+        TakenPrompts taken(
+            form, [&](const QString& prompt) { return IsNewHere(form, prompt); },
+            [&] { return NextPrompt(form, usedNumbers()); });
+        if (mDataBase.Conn.IsShared())
+            taken.ReplaceAll(usedNumbers());
         ConfirmationQuestion question;
-        MakeMissingMessageNodes(
-            mDataBase, form.PartitionShown(), EntriesOf(*form.LVDirectory),
-            {.checked = BeginningsIn(*form.lstUniquePromptsForSaving),
-             .ask = [&](const QString& prompt) { return question.Ask(prompt); },
-             .made =
-                 [&](const QString& prompt) { form.StatusBar1->SetPanelText(u"MSG %1 is created."_s.arg(prompt)); }});
+        MakeMissingMessageNodes(mDataBase, form.PartitionShown(), EntriesOf(*form.LVDirectory),
+                                {.checked = BeginningsIn(*form.lstUniquePromptsForSaving),
+                                 .ask = [&](const QString& prompt) { return question.Ask(prompt); },
+                                 .made =
+                                     [&](const QString& prompt) {
+                                         form.StatusBar1->SetPanelText(u"MSG %1 is created."_s.arg(prompt));
+                                         mGivenPrompts.remove(prompt);
+                                     },
+                                 .taken = [&](std::size_t row) { return taken.Replace(static_cast<int>(row)); }});
     });
 }
 

@@ -5,8 +5,10 @@
 #include "form/LongOperation.h"
 #include "form/ModuleState.h"
 #include "platform/runtime/ErrorReport.h"
+#include "platform/ui/MsgBox.h"
 #include "platform/ui/Screen.h"
 #include "rules/DraftFiles.h"
+#include "rules/NodeLoading.h"
 #include "store/KELDARPlusFilesAndFolders.h"
 
 #include <QFileInfo>
@@ -14,6 +16,8 @@
 namespace qor {
 
 namespace {
+
+const QString saveProcedure = u"SaveChanges"_s;
 
 /// Where the list is that the database may not hold.
 QString KeptSentence(const NodeIdentity& identity)
@@ -24,24 +28,60 @@ QString KeptSentence(const NodeIdentity& identity)
     return u"\r\nYour list is kept in %1 and is offered when DIR %2 is opened again."_s.arg(draft).arg(identity.number);
 }
 
+bool AskToOverwrite(qint16 node, const QString& changes)
+{
+    return MsgBox(u"DIR %1 has been changed at another station.\r\n%2\r\nDo you want to overwrite these changes?"_s
+                      .arg(node)
+                      .arg(changes),
+                  MsgBoxStyle::YesNo | MsgBoxStyle::Question, u"Confirmation"_s) == MsgBoxAnswer::Yes;
+}
+
 } // namespace
 
-void BusinessRules::SaveChanges(EditorForm& form, qint16 nodeNumber)
+bool BusinessRules::MayOverwrite(EditorForm& form)
 {
-    ReportErrors(u"SaveChanges"_s, [&] {
+    return ReportErrors(saveProcedure, [&] {
+        if (!mDataBase.Conn.IsShared())
+            return true;
+        std::optional<DirectoryNode> found;
+        try {
+            found = LoadNode(mDataBase, form.NodeShown(), form.HighestMessageNode());
+        } catch (const RuntimeError& error) {
+            throw RuntimeError(error.Number(), error.Description() + u"\r\nNothing was saved."_s, error.Source());
+        }
+        const QString changes = ChangesOfOthers(form.Known(), found, form.HighestMessageNode());
+        if (!changes.isEmpty() && !AskToOverwrite(form.NodeNumber(), changes))
+            return false;
+        const bool isDeleted = !found;
+        form.SetKnown({.stored = std::move(found), .attempted = {}, .isDeleted = isDeleted});
+        return true;
+    });
+}
+
+SaveOutcome BusinessRules::SaveChanges(EditorForm& form, qint16 nodeNumber)
+{
+    return ReportErrors(saveProcedure, [&] {
         const HourglassPointer hourglass;
         const LongOperation running(form);
         CheckForUnReferencedNodes(form); // the nodes that it creates wait for no save
         form.StatusBar1->SetPanelText(u"Saving node information. Please wait..."_s);
-        form.SetStored({});
         const DirectoryNode node = NodeOn(form, nodeNumber);
+        const KnownNode known = form.Known();
+        form.SetKnown({.stored = known.stored, .attempted = node, .isDeleted = known.isDeleted});
         try {
-            form.SetStored(SaveNodeKeepingVersion(mDataBase, node, GetMiscFolder(), form.HighestMessageNode()));
+            auto result = SaveNodeKeepingVersion(mDataBase, node, known, GetMiscFolder(), form.HighestMessageNode());
+            if (result.isOvertaken || result.stored)
+                form.SetKnown(result.isOvertaken
+                                  ? known
+                                  : KnownNode{.stored = result.stored, .attempted = {}, .isDeleted = false});
+            if (result.isOvertaken)
+                return SaveOutcome::Overtaken;
         } catch (const RuntimeError& error) {
             throw RuntimeError(error.Number(), error.Description() + KeptSentence(node.identity), error.Source());
         }
         form.StatusBar1->SetPanelText(QString());
         Module().DirectoryChanged = false;
+        return SaveOutcome::Ended;
     });
 }
 

@@ -36,14 +36,14 @@ DirectoryNode NodeOn(const EditorForm& form, qint16 number)
 void ShowNode(EditorForm& form, DirectoryNode node)
 {
     form.SetShowsNode(true);
-    form.SetStored(node);
+    form.SetKnown({.stored = node, .attempted = {}, .isDeleted = false});
     ShowHeader(form, node.header);
     ShowEntries(form, std::move(node.entries));
 }
 
 void ShowNoNode(EditorForm& form)
 {
-    form.SetStored({});
+    form.SetKnown({});
     ShowHeader(form, {});
     ShowEntries(form, {});
     form.SetShowsNode(false);

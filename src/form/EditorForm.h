@@ -9,6 +9,7 @@
 #include "platform/ui/ListView.h"
 #include "platform/ui/StatusBar.h"
 #include "platform/ui/TextBox.h"
+#include "rules/OtherStations.h"
 
 #include "ui_frmDIR.h"
 
@@ -50,10 +51,12 @@ public:
     /// Whether the form shows a node; without one its fields, its list, OK and Apply cannot be used.
     bool ShowsNode() const { return mShowsNode; }
     void SetShowsNode(bool shown);
-    /// What the database held of the node on display when it was last read; nothing while that is not known, as after
-    /// a save that failed.
-    const std::optional<DirectoryNode>& Stored() const { return mStored; }
-    void SetStored(std::optional<DirectoryNode> node) { mStored = std::move(node); }
+    /// What is known of the node on display in the database.
+    const KnownNode& Known() const { return mKnown; }
+    void SetKnown(KnownNode known) { mKnown = std::move(known); }
+    /// What the database holds of it, unless others changed it since; null while that is not known, as after a save
+    /// that failed.
+    const DirectoryNode* Stored() const { return mKnown.attempted || !mKnown.stored ? nullptr : &*mKnown.stored; }
 
     /// The highest number of the partition's message nodes, which both number lists go up to; 0 until it is known.
     int HighestMessageNode() const { return mHighestMessageNode; }
@@ -123,7 +126,7 @@ private:
     qint16 mPartitionID = 0;
     qint16 mNodeNumber = 0;
     bool mShowsNode = true;
-    std::optional<DirectoryNode> mStored;
+    KnownNode mKnown;
     int mHighestMessageNode = 0;
     QSize mLaidSize; ///< what the controls are laid out for
     QSize mOpenedSize;

@@ -1,8 +1,10 @@
 #include "rules/MessageNodes.h"
 
+#include "platform/data/SavingLock.h"
 #include "platform/runtime/DateText.h"
 #include "platform/runtime/Numbers.h"
 #include "rules/CommandValues.h"
+#include "rules/SavingSections.h"
 #include "store/DataBase.h"
 
 #include <algorithm>
@@ -34,6 +36,29 @@ void MakeMessageNode(DataBase& dataBase, const Partition& partition, const Direc
                          QStringList{NODE_TYPE_MSG});
 }
 
+bool IsMessageNode(DataBase& dataBase, const Partition& partition, const QString& prompt)
+{
+    return IsNodeExisted(dataBase, partition, NODE_TYPE_MSG, prompt);
+}
+
+/// Looks again where another station may have been faster, and keeps others out until the node is made.
+void MakeAlone(DataBase& dataBase, const Partition& partition, DirectoryEntry& entry,
+               const std::function<QString()>& taken, const std::function<void(const QString&)>& made)
+{
+    std::optional<SavingLock> lock;
+    if (dataBase.Conn.IsShared()) {
+        lock.emplace(dataBase.Conn, SectionOf(partition));
+        while (IsMessageNode(dataBase, partition, entry.prompt)) {
+            const QString prompt = taken();
+            if (prompt == entry.prompt)
+                return;
+            entry.prompt = prompt;
+        }
+    }
+    MakeMessageNode(dataBase, partition, entry);
+    made(entry.prompt);
+}
+
 bool StopsCheck(ConfirmationAnswer answer)
 {
     return answer == ConfirmationAnswer::Stop || answer == ConfirmationAnswer::Closed;
@@ -57,22 +82,22 @@ bool IsNodeExisted(DataBase& dataBase, const Partition& partition, const QString
     return !node.EndOfFile();
 }
 
-void MakeMissingMessageNodes(DataBase& dataBase, const Partition& partition, const std::vector<DirectoryEntry>& entries,
+void MakeMissingMessageNodes(DataBase& dataBase, const Partition& partition, std::vector<DirectoryEntry> entries,
                              const MissingNodeCallbacks& callbacks)
 {
     auto answer = ConfirmationAnswer::No;
-    for (const DirectoryEntry& entry : entries) {
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        DirectoryEntry& entry = entries[i];
         if (callbacks.checked.contains(entry.prompt))
             continue;
-        if (!IsNodeExisted(dataBase, partition, NODE_TYPE_MSG, entry.prompt)) {
+        if (!IsMessageNode(dataBase, partition, entry.prompt)) {
             if (answer != ConfirmationAnswer::YesToAll)
                 answer = callbacks.ask(entry.prompt);
             if (StopsCheck(answer))
                 return;
-            if (MakesNode(answer)) {
-                MakeMessageNode(dataBase, partition, entry);
-                callbacks.made(entry.prompt);
-            }
+            if (MakesNode(answer))
+                MakeAlone(
+                    dataBase, partition, entry, [&] { return callbacks.taken(i); }, callbacks.made);
         }
         callbacks.checked.add(entry.prompt);
     }

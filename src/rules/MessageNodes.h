@@ -36,13 +36,17 @@ struct MissingNodeCallbacks
     PromptSet checked; ///< prompts in it are not looked up again
     std::function<ConfirmationAnswer(const QString& prompt)> ask;
     std::function<void(const QString& prompt)> made;
+    /// In a shared database: the node of this prompt was made by another station while the question was asked. The
+    /// answer is the prompt that the entry has from now on, which may be the same.
+    std::function<QString(std::size_t entry)> taken = {};
 };
 
 /// Looks up the message node of each entry and makes those that are missing as copies of the partition's message node
 /// 0, where the answer wants it: with Yes this one, with YesToAll this and every further one without asking; Stop and
 /// Closed end it, and that prompt is not checked. Where there is no message node 0 nothing is written, and it is told
-/// as made all the same. Raises RuntimeError when the database fails; nodes that were made stay.
-void MakeMissingMessageNodes(DataBase& dataBase, const Partition& partition, const std::vector<DirectoryEntry>& entries,
+/// as made all the same. In a shared database one station at a time makes nodes in a partition. Raises RuntimeError
+/// when the database fails; nodes that were made stay.
+void MakeMissingMessageNodes(DataBase& dataBase, const Partition& partition, std::vector<DirectoryEntry> entries,
                              const MissingNodeCallbacks& callbacks);
 
 /// "P01M005.wav": at least two digits of the partition and three of the node, a sign before them. A prompt that is no

@@ -7,7 +7,9 @@
 #include "platform/runtime/StandardError.h"
 #include "rules/CommandValues.h"
 #include "rules/EarlierVersions.h"
+#include "rules/EntryColumns.h"
 #include "rules/NodeLoading.h"
+#include "rules/SavingSections.h"
 #include "store/DataBase.h"
 
 #include <QDateTime>
@@ -42,39 +44,42 @@ void SaveEntries(DataBase& dataBase, const DirectoryNode& node, int& written)
     }
 }
 
-/// written: nothing when the entries stored before were not removed.
-QString HeldSentence(const DirectoryNode& node, std::optional<int> written)
+QString StoredAsItWas(const DirectoryNode& node)
 {
+    return u"\r\nDIR %1 is stored as it was."_s.arg(node.identity.number);
+}
+
+/// written: nothing when the entries stored before were not removed.
+QString OutcomeOf(const DirectoryNode& node, std::optional<int> written, bool isLost)
+{
+    if (isLost)
+        return u"\r\nHow much of DIR %1 the database holds now is not known."_s.arg(node.identity.number);
     if (!written)
-        return u"\r\nDIR %1 is stored as it was."_s.arg(node.identity.number);
+        return StoredAsItWas(node);
     return u"\r\nThe database now holds %2 of %3 entries of DIR %1."_s.arg(node.identity.number)
         .arg(*written)
         .arg(node.entries.size());
 }
 
-RuntimeError WithHeldSentence(const RuntimeError& error, const DirectoryNode& node, std::optional<int> written)
+RuntimeError WithOutcome(const RuntimeError& error, const QString& outcome)
 {
-    return {error.Number(), error.Description() + HeldSentence(node, written), error.Source()};
+    return {error.Number(), error.Description() + outcome, error.Source()};
 }
 
-/// One number for each node of a database, from 0 up.
-qint64 SectionOf(const NodeIdentity& identity)
+/// Before anything makes way for it.
+void RequireStorable(DataBase& dataBase, const DirectoryNode& node)
 {
-    constexpr int bits = 16;
-    qint64 section = 0;
-    for (const qint16 part : {identity.partition.config, identity.partition.number, identity.number})
-        section = (section << bits) | static_cast<quint16>(part);
-    return section;
+    dataBase.Conn.RequireStorable(node.header.description);
+    for (const DirectoryEntry& entry : node.entries) {
+        for (const EntryColumn& column : entryColumns)
+            dataBase.Conn.RequireStorable(entry.*column.field);
+    }
 }
 
-void KeepStoredVersion(DataBase& dataBase, const NodeIdentity& identity, const QString& miscFolder,
-                       int highestMessageNode)
+void KeepStoredVersion(const QString& miscFolder, DirectoryNode stored)
 {
-    auto stored = LoadNode(dataBase, identity, highestMessageNode);
-    if (!stored)
-        return;
     try {
-        KeepVersion(miscFolder, KeptNow(std::move(*stored)));
+        KeepVersion(miscFolder, KeptNow(std::move(stored)));
     } catch (const RuntimeError& error) {
         TellOnce(u"versions"_s, u"earlier versions are not kept. "_s + error.Description());
     }
@@ -96,6 +101,7 @@ void SaveNode(DataBase& dataBase, const DirectoryNode& node)
 {
     std::optional<int> written;
     try {
+        RequireStorable(dataBase, node);
         DeferredSync sync(dataBase.Conn);
         dataBase.Execute(CommandId::Delete_DIR_DetailsNode, ValuesOf(node.identity));
         written = 0;
@@ -103,7 +109,7 @@ void SaveNode(DataBase& dataBase, const DirectoryNode& node)
         SaveEntries(dataBase, node, *written);
         sync.Finish();
     } catch (const RuntimeError& error) {
-        throw WithHeldSentence(error, node, written);
+        throw WithOutcome(error, OutcomeOf(node, written, error.Number() == ErrorNumber::ConnectionLost));
     }
 }
 
@@ -118,18 +124,22 @@ void RequireRoomForSave(const QString& databaseFolder)
     }
 }
 
-std::optional<DirectoryNode> SaveNodeKeepingVersion(DataBase& dataBase, const DirectoryNode& node,
-                                                    const QString& miscFolder, int highestMessageNode)
+SaveResult SaveNodeKeepingVersion(DataBase& dataBase, const DirectoryNode& node, const KnownNode& known,
+                                  const QString& miscFolder, int highestMessageNode)
 {
     std::optional<SavingLock> lock;
     try {
         lock.emplace(dataBase.Conn, SectionOf(node.identity));
-        KeepStoredVersion(dataBase, node.identity, miscFolder, highestMessageNode);
+        auto stored = LoadNode(dataBase, node.identity, highestMessageNode);
+        if (dataBase.Conn.IsShared() && !ChangesOfOthers(known, stored, highestMessageNode).isEmpty())
+            return {.isOvertaken = true, .stored = {}};
+        if (stored)
+            KeepStoredVersion(miscFolder, std::move(*stored));
     } catch (const RuntimeError& error) {
-        throw WithHeldSentence(error, node, std::nullopt);
+        throw WithOutcome(error, StoredAsItWas(node));
     }
     SaveNode(dataBase, node);
-    return ReadBack(dataBase, node.identity, highestMessageNode);
+    return {.isOvertaken = false, .stored = ReadBack(dataBase, node.identity, highestMessageNode)};
 }
 
 } // namespace qor

@@ -1,9 +1,7 @@
 // Writing a directory node into the configuration database.
 #pragma once
 
-#include "rules/DirectoryNode.h"
-
-#include <optional>
+#include "rules/OtherStations.h"
 
 namespace qor {
 
@@ -19,11 +17,16 @@ void SaveNode(DataBase& dataBase, const DirectoryNode& node);
 /// on: it removes the stored entries first.
 void RequireRoomForSave(const QString& databaseFolder);
 
-/// Keeps what is stored of the node as an earlier version in the Misc folder, saves it, and gives what is stored then,
-/// as LoadNode reads it: nothing when it cannot be read, or when the node has no row. One save of a node runs at a
-/// time: others wait. Raises RuntimeError as SaveNode does; a version that cannot be kept is told on standard error,
-/// once.
-std::optional<DirectoryNode> SaveNodeKeepingVersion(DataBase& dataBase, const DirectoryNode& node,
-                                                    const QString& miscFolder, int highestMessageNode);
+struct SaveResult
+{
+    bool isOvertaken = false;            ///< another station saved the node just before; nothing was saved here
+    std::optional<DirectoryNode> stored; ///< what LoadNode reads now; nothing when it cannot, or the node has no row
+};
+
+/// Keeps what is stored of the node as an earlier version in the Misc folder, and saves it. One save of a node runs at
+/// a time: others wait. In a shared database nothing is saved when the node there is not as it is known here. Raises
+/// RuntimeError as SaveNode does; a version that cannot be kept is told on standard error, once.
+SaveResult SaveNodeKeepingVersion(DataBase& dataBase, const DirectoryNode& node, const KnownNode& known,
+                                  const QString& miscFolder, int highestMessageNode);
 
 } // namespace qor

@@ -100,7 +100,13 @@ bool Connection::IsOpen() const
 
 bool Connection::IsShared() const
 {
-    return mEngine && mEngine->IsShared();
+    if (mEngine)
+        return mEngine->IsShared();
+    try {
+        return ServiceIn(FileIn(mConnectionString)).has_value();
+    } catch (const RuntimeError&) {
+        return false;
+    }
 }
 
 void Connection::Open()

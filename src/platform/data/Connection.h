@@ -48,7 +48,7 @@ public:
     bool IsOpen() const;
     /// Gives the engine back; the next Open opens anew.
     void Close();
-    /// Whether other stations may write to it: a server, and no file. Of an open connection.
+    /// Whether other stations write to it: a server, and no file; as it is open, or would be opened.
     bool IsShared() const;
     /// Raises RuntimeError when the name of the opened file leads to no file or to another one. outcome: a sentence
     /// that tells what became of the work. The connection is closed then; its log stays with the old file and is not

@@ -1,0 +1,24 @@
+// The sections of a database that one program at a time saves, as all programs number them for their locks.
+#pragma once
+
+#include "rules/DirectoryNode.h"
+
+namespace qor {
+
+/// Of a node's entries and header: a number of 48 bits for each node, from 0 up.
+inline qint64 SectionOf(const NodeIdentity& identity)
+{
+    constexpr int bits = 16;
+    qint64 section = 0;
+    for (const qint16 part : {identity.partition.config, identity.partition.number, identity.number})
+        section = (section << bits) | static_cast<quint16>(part);
+    return section;
+}
+
+/// Of a partition's message nodes: apart from the others, as there is no directory node of this number.
+inline qint64 SectionOf(const Partition& partition)
+{
+    return SectionOf(NodeIdentity{.partition = partition, .number = std::numeric_limits<qint16>::min()});
+}
+
+} // namespace qor
