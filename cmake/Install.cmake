@@ -31,14 +31,20 @@ install(FILES packaging/dir-host.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/ap
 install(FILES packaging/completions/dir-host packaging/completions/dir-db
     DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT tools)
 
+# Version 1.0.0 registered itself under the name of its file, which has to lead to whatever took its place.
+set(linkOfFirst ${CMAKE_CURRENT_BINARY_DIR}/libQOR_DIR_Node.so.1.0.0)
+file(CREATE_LINK libQOR_DIR_Node.so.1 ${linkOfFirst} SYMBOLIC)
+install(FILES ${linkOfFirst} DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime)
+
 install(FILES packaging/lintian/libqor-dir-node1
     DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides COMPONENT runtime)
 
 find_program(GZIP gzip REQUIRED)
 foreach(page dir-host dir-db)
+    configure_file(packaging/man/${page}.1 ${page}.1 @ONLY)
     add_custom_command(OUTPUT ${page}.1.gz
-        COMMAND ${GZIP} -9nc ${PROJECT_SOURCE_DIR}/packaging/man/${page}.1 > ${page}.1.gz
-        DEPENDS ${PROJECT_SOURCE_DIR}/packaging/man/${page}.1)
+        COMMAND ${GZIP} -9nc ${page}.1 > ${page}.1.gz
+        DEPENDS ${CMAKE_CURRENT_BINARY_DIR}/${page}.1)
     install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${page}.1.gz
         DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)
 endforeach()
