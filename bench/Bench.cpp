@@ -14,6 +14,24 @@ QString NumbersTo(int highest)
     return u"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < %1) "_s.arg(highest);
 }
 
+/// Three digits, or all before the point.
+QString Digits(double number)
+{
+    return number < 999.5 ? QString::number(number, 'g', 3) : QString::number(number, 'f', 0);
+}
+
+bool IsOnce()
+{
+    return QCoreApplication::arguments().contains(u"--once"_s);
+}
+
+const char* Verdict(double value, std::optional<double> wanted)
+{
+    if (!wanted || IsOnce())
+        return "";
+    return value <= *wanted ? "yes" : "no";
+}
+
 } // namespace
 
 void Fail(const QString& reason)
@@ -30,7 +48,7 @@ void UseOffscreen()
 
 int Rounds(int rounds)
 {
-    return QCoreApplication::arguments().contains(u"--once"_s) ? 1 : rounds;
+    return IsOnce() ? 1 : rounds;
 }
 
 double Median(std::vector<double> values)
@@ -38,6 +56,28 @@ double Median(std::vector<double> values)
     const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
     std::nth_element(values.begin(), middle, values.end());
     return *middle;
+}
+
+void Report(const QString& what, double measured, const QString& unit, std::optional<double> ratio,
+            std::optional<double> wanted)
+{
+    const QString figure = u"%1 %2"_s.arg(Digits(measured), unit);
+    const QString factor = ratio ? QString::number(*ratio, 'f', 2) : QString();
+    const QString limit = wanted ? u"at most %1 %2"_s.arg(*wanted).arg(ratio ? QString() : unit).trimmed() : QString();
+    std::printf("| %-64s | %10s | %5s | %-16s | %-3s |\n", qUtf8Printable(what), qUtf8Printable(figure),
+                qUtf8Printable(factor), qUtf8Printable(limit), Verdict(ratio.value_or(measured), wanted));
+    std::fflush(stdout);
+}
+
+void Comparison::Add(double time, double otherTime)
+{
+    mTimes.push_back(time);
+    mRatios.push_back(time / otherTime);
+}
+
+void Comparison::Report(const QString& what, std::optional<double> wanted) const
+{
+    qor::Report(what, Median(mTimes), u"ms"_s, Median(mRatios), wanted);
 }
 
 qint16 NodeOfSize(int entries)

@@ -1,8 +1,10 @@
-// What the benches share: directories of several sizes, rounds, medians.
+// What the benches share: directories of several sizes, rounds, medians, and the rows of the table that bench/run
+// prints.
 #pragma once
 
 #include "support/SampleDatabase.h"
 
+#include <optional>
 #include <QElapsedTimer>
 #include <vector>
 
@@ -18,6 +20,24 @@ void UseOffscreen();
 int Rounds(int rounds);
 
 double Median(std::vector<double> values);
+
+/// Prints a row of the table: a figure, its ratio to what it was measured against, the most that is wanted of the ratio
+/// (of the figure where there is no ratio), and whether it is met. With --once nothing is judged.
+void Report(const QString& what, double measured, const QString& unit, std::optional<double> ratio = {},
+            std::optional<double> wanted = {});
+
+/// Two sides that take turns.
+class Comparison
+{
+public:
+    /// The times of one round, in ms.
+    void Add(double time, double otherTime);
+    void Report(const QString& what, std::optional<double> wanted = {}) const;
+
+private:
+    std::vector<double> mTimes;
+    std::vector<double> mRatios; ///< within a round, whose runs met the same load of the machine
+};
 
 /// The time that the body takes, in ms.
 template <typename Body>

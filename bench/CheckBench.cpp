@@ -4,7 +4,6 @@
 #include "apps/dir-db/Check.h"
 #include "Bench.h"
 
-#include <cstdio>
 #include <QCoreApplication>
 #include <QSqlDatabase>
 #include <QSqlQuery>
@@ -60,18 +59,14 @@ double Look(const QString& fileName, int entryCount)
     });
 }
 
-void Compare(const char* name, const QString& fileName, int entryCount, int rounds)
+void Compare(const QString& what, const QString& fileName, int entryCount, int rounds)
 {
-    std::vector<double> looks;
-    std::vector<double> reads;
-    std::vector<double> ratios; // within a round, whose runs met the same load of the machine
+    Comparison comparison;
     for (int round = 0; round < rounds; ++round) {
-        looks.push_back(Look(fileName, entryCount));
-        reads.push_back(ReadOnce(fileName));
-        ratios.push_back(looks.back() / reads.back());
+        const double look = Look(fileName, entryCount);
+        comparison.Add(look, ReadOnce(fileName));
     }
-    std::printf("checking %d entries %s: %.0f ms against %.0f ms for reading them, ratio %.2f (wanted: at most %.1f)\n",
-                entryCount, name, Median(looks), Median(reads), Median(ratios), highestRatio);
+    comparison.Report(u"checking %1 entries %2, to reading them"_s.arg(entryCount).arg(what), highestRatio);
 }
 
 } // namespace
@@ -84,9 +79,9 @@ int main(int argc, char** argv)
     const int directoryCount = rounds > 1 ? 250 : 1;
     const int entryCount = partitionCount * directoryCount * directorySize;
     AddDirectories(database, directoryCount);
-    Compare("without faults", database.FileName(), entryCount, rounds);
+    Compare(u"without faults"_s, database.FileName(), entryCount, rounds);
     database.Run(u"UPDATE Detail_DIR SET LastName = CAST(x'4dfc6c6c6572' AS TEXT), FirstName = '', Extension = NULL, "
                  "NamePrompt = 600 + SequenceNo % 2"_s);
-    Compare("with faults in each", database.FileName(), entryCount, rounds);
+    Compare(u"with faults in each"_s, database.FileName(), entryCount, rounds);
     return 0;
 }

@@ -6,7 +6,6 @@
 #include "platform/runtime/ErrorReport.h"
 #include "service/frmDIR.h"
 
-#include <cstdio>
 #include <malloc.h>
 #include <QApplication>
 #include <QItemSelection>
@@ -18,6 +17,10 @@ namespace {
 
 constexpr int fewRows = 500;
 constexpr int manyRows = 5000;
+constexpr double highestTime = 16;        ///< in ms, of a command
+constexpr double highestGrowth = 12;      ///< from few rows to many
+constexpr double highestStateTime = 0.1;  ///< in ms
+constexpr double highestHistorySize = 20; ///< in MiB
 
 QString NameOf(int number)
 {
@@ -118,7 +121,7 @@ private:
 
 struct Figure
 {
-    const char* name;
+    QString name;
     std::function<void(Editor&)> prepare;
     std::function<void(Editor&)> run;
 };
@@ -136,17 +139,17 @@ double Time(Editor& editor, const Figure& figure)
 }
 
 const std::array figures{
-    Figure{"remove every second row", &Editor::SelectEverySecondRow,
+    Figure{u"remove every second row"_s, &Editor::SelectEverySecondRow,
            [](Editor& it) { it.commands.cmdDirRemove_Click(); }},
-    Figure{"up", &Editor::SelectMiddleRow, [](Editor& it) { it.commands.cmdDirUp_Click(); }},
-    Figure{"move a block up", &Editor::SelectBlock, [](Editor& it) { it.commands.MoveBlock(-1); }},
-    Figure{"undo a removal", &Editor::RemoveEverySecondRow, [](Editor& it) { it.history.Undo(); }},
-    Figure{"redo a removal", &Editor::UndoRemoval, [](Editor& it) { it.history.Redo(); }},
-    Figure{"sort by text", {}, [](Editor& it) { it.events.LVDirectory_ColumnClick(1); }},
-    Figure{"sort by number", {}, [](Editor& it) { it.events.LVDirectory_ColumnClick(3); }},
-    Figure{"type a character", &Editor::StartEditing, &Editor::Type},
-    Figure{"check the directory", {}, [](Editor& it) { it.commit.CheckDirectoryData(); }},
-    Figure{"check the message nodes", {}, [](Editor& it) { it.rules.CheckForUnReferencedNodes(it.form); }},
+    Figure{u"up"_s, &Editor::SelectMiddleRow, [](Editor& it) { it.commands.cmdDirUp_Click(); }},
+    Figure{u"move a block up"_s, &Editor::SelectBlock, [](Editor& it) { it.commands.MoveBlock(-1); }},
+    Figure{u"undo a removal"_s, &Editor::RemoveEverySecondRow, [](Editor& it) { it.history.Undo(); }},
+    Figure{u"redo a removal"_s, &Editor::UndoRemoval, [](Editor& it) { it.history.Redo(); }},
+    Figure{u"sort by text"_s, {}, [](Editor& it) { it.events.LVDirectory_ColumnClick(1); }},
+    Figure{u"sort by number"_s, {}, [](Editor& it) { it.events.LVDirectory_ColumnClick(3); }},
+    Figure{u"type a character"_s, &Editor::StartEditing, &Editor::Type},
+    Figure{u"check the directory"_s, {}, [](Editor& it) { it.commit.CheckDirectoryData(); }},
+    Figure{u"check the message nodes"_s, {}, [](Editor& it) { it.rules.CheckForUnReferencedNodes(it.form); }},
 };
 
 /// In ms: what a step costs before the command that it is for.
@@ -189,15 +192,13 @@ int main(int argc, char** argv)
     AddMessageNodes(database, manyRows);
     for (const Figure& figure : figures) {
         std::vector<double> few;
-        std::vector<double> many;
-        std::vector<double> ratios;
+        Comparison many;
         for (int round = 0; round < rounds; ++round) {
             few.push_back(Time(*std::make_unique<Editor>(fewRows), figure));
-            many.push_back(Time(*std::make_unique<Editor>(manyRows), figure));
-            ratios.push_back(many.back() / few.back());
+            many.Add(Time(*std::make_unique<Editor>(manyRows), figure), few.back());
         }
-        std::printf("%s, %d rows: %.2f ms (wanted: at most 16); %d rows: %.2f ms, ratio %.1f (wanted: at most 12)\n",
-                    figure.name, fewRows, Median(few), manyRows, Median(many), Median(ratios));
+        Report(u"%1, %2 rows"_s.arg(figure.name).arg(fewRows), Median(few), u"ms"_s, {}, highestTime);
+        many.Report(u"%1, %2 rows, to %3"_s.arg(figure.name).arg(manyRows).arg(fewRows), highestGrowth);
     }
     Editor editor(fewRows);
     editor.Fill();
@@ -205,7 +206,7 @@ int main(int argc, char** argv)
     states.reserve(static_cast<std::size_t>(rounds));
     for (int round = 0; round < rounds; ++round)
         states.push_back(TimeOfState(editor));
-    std::printf("taking a state of %d rows: %.3f ms (wanted: below 0.1)\n", fewRows, Median(states));
-    std::printf("history of 100 steps on %d rows: %.1f MiB (wanted: below 20)\n", fewRows, SizeOfHistory(editor));
+    Report(u"taking a state of %1 rows"_s.arg(fewRows), Median(states), u"ms"_s, {}, highestStateTime);
+    Report(u"history of 100 steps on %1 rows"_s.arg(fewRows), SizeOfHistory(editor), u"MiB"_s, {}, highestHistorySize);
     return 0;
 }

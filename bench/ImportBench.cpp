@@ -3,8 +3,7 @@
 // and filling the list. How long pasting the same entries takes, against importing them; recognising and reading a
 // table of them, against reading them by the plain rule; and taking them from the file into the database without a
 // window, in this process, against importing and saving them in the editor. The sides take turns; printed are their
-// medians. With
-// --once each runs once, which proves no more than that it runs.
+// medians. With --once each runs once, which proves no more than that it runs.
 #include "Bench.h"
 #include "editor/BusinessRules.h"
 #include "editor/DirectoryListEvents.h"
@@ -144,29 +143,6 @@ double TimeToRead(const QString& fileName, bool isTable)
     return time / readings;
 }
 
-/// The times of two sides, in ms.
-struct Comparison
-{
-    const char* what;
-    const char* other;
-    double highestRatio;
-    std::vector<double> times = {};
-    std::vector<double> otherTimes = {};
-    std::vector<double> ratios = {}; ///< within a round, whose runs met the same load of the machine
-
-    void Add(double time, double otherTime)
-    {
-        times.push_back(time);
-        otherTimes.push_back(otherTime);
-        ratios.push_back(time / otherTime);
-    }
-    void Print() const
-    {
-        std::printf("%s %d entries: %.2f ms against %.2f ms for %s, ratio %.2f (wanted: at most %.1f)\n", what,
-                    entryCount, Median(times), Median(otherTimes), other, Median(ratios), highestRatio);
-    }
-};
-
 /// What the body prints goes nowhere.
 template <typename Body>
 void Silently(Body&& body)
@@ -241,10 +217,10 @@ int main(int argc, char** argv)
     const auto form = ShownForm();
     Handlers handlers(*form);
 
-    Comparison imports{"importing", "its parts", highestImportRatio};
-    Comparison pastes{"pasting", "importing them", highestPasteRatio};
-    Comparison tables{"recognising and reading a table of", "reading them by the plain rule", highestTableRatio};
-    Comparison tools{"storing without a window", "importing and saving them", highestToolRatio};
+    Comparison imports;
+    Comparison pastes;
+    Comparison tables;
+    Comparison tools;
     for (int round = rounds > 1 ? -1 : 0; round < rounds; ++round) { // the round before the first warms up
         const double import = TimeToFill(*form, [&] { handlers.import.cmdOpenCSVFilename_Click(); });
         const double save = TimeOf([&] { handlers.rules.SaveChanges(*form, nodeNumber); });
@@ -260,7 +236,9 @@ int main(int argc, char** argv)
         tables.Add(table, plain);
         tools.Add(tool, import + save);
     }
-    for (const Comparison* const comparison : {&imports, &pastes, &tables, &tools})
-        comparison->Print();
+    imports.Report(u"importing 500 entries, to its parts"_s, highestImportRatio);
+    pastes.Report(u"pasting 500 entries, to importing them"_s, highestPasteRatio);
+    tables.Report(u"reading a table of 500 entries, to reading a plain list"_s, highestTableRatio);
+    tools.Report(u"dir-db import of 500 entries, to importing and saving them"_s, highestToolRatio);
     return 0;
 }

@@ -6,8 +6,6 @@
 #include "QOR_DIR_Node.h"
 #include "support/BareForm.h"
 
-#include <algorithm>
-#include <cstdio>
 #include <QApplication>
 #include <QMessageBox>
 
@@ -121,35 +119,26 @@ std::vector<ListRow> RowsOf(const SampleDatabase& database)
     return rows;
 }
 
-/// One side of a comparison: its name, one run of it, the times of its runs in ms.
+/// One side of a comparison: its name and one run of it, in ms.
 struct Side
 {
-    const char* name;
+    QString name;
     std::function<double()> run;
-    std::vector<double> times = {};
 };
 
-/// The median of the ratios within a round, whose runs met the same load of the machine.
-double Ratio(const std::vector<double>& times, const std::vector<double>& base)
+/// Runs the sides in turn; the ratios are to the last one.
+void Compare(int rounds, const std::vector<Side>& sides, std::optional<double> wanted = {})
 {
-    std::vector<double> ratios;
-    std::transform(times.begin(), times.end(), base.begin(), std::back_inserter(ratios), std::divides());
-    return Median(ratios);
-}
-
-/// Runs the sides in turn; the ratios are against the last one.
-void Compare(int rounds, std::vector<Side> sides, const char* wanted)
-{
-    for (int i = 0; i < rounds; ++i) {
-        for (Side& side : sides)
-            side.times.push_back(side.run());
+    std::vector<Comparison> comparisons(sides.size() - 1);
+    for (int round = 0; round < rounds; ++round) {
+        std::vector<double> times;
+        for (const Side& side : sides)
+            times.push_back(side.run());
+        for (std::size_t i = 0; i < comparisons.size(); ++i)
+            comparisons[i].Add(times[i], times.back());
     }
-    const Side& base = sides.back();
-    for (const Side& side : sides) {
-        if (&side != &base)
-            std::printf("%s: %.2f ms against %.2f ms for %s, ratio %.2f%s\n", side.name, Median(side.times),
-                        Median(base.times), base.name, Ratio(side.times, base.times), wanted);
-    }
+    for (std::size_t i = 0; i < comparisons.size(); ++i)
+        comparisons[i].Report(u"opening %1, to %2"_s.arg(sides[i].name, sides.back().name), wanted);
 }
 
 } // namespace
@@ -172,15 +161,11 @@ int main(int argc, char** argv)
         bareForm();
         OpenEditor(clock, 1, everyone);
     }
-    Compare(rounds, {{"editor, 500 entries", editor(1, everyone)}, {"bare form, 500 entries", bareForm}},
-            " (wanted: at most 1.3)");
+    Compare(rounds, {{u"500 entries"_s, editor(1, everyone)}, {u"the bare form"_s, bareForm}}, 1.3);
     Compare(rounds,
-            {{"32767 message numbers", editor(manyPartition, everyone)}, {"250 message numbers", editor(1, everyone)}},
-            " (wanted: at most 1.5)");
-    Compare(rounds,
-            {{"5000 entries", editor(1, NodeOfSize(5000))},
-             {"500 entries", editor(1, NodeOfSize(500))},
-             {"50 entries", editor(1, NodeOfSize(50))}},
-            "");
+            {{u"with 32767 message numbers"_s, editor(manyPartition, everyone)}, {u"250"_s, editor(1, everyone)}}, 1.5);
+    Compare(rounds, {{u"5000 entries"_s, editor(1, NodeOfSize(5000))},
+                     {u"500 entries"_s, editor(1, NodeOfSize(500))},
+                     {u"50 entries"_s, editor(1, NodeOfSize(50))}});
     return 0;
 }

@@ -11,7 +11,6 @@
 #include "rules/NodeSaving.h"
 #include "support/BareForm.h"
 
-#include <cstdio>
 #include <fcntl.h>
 #include <QApplication>
 #include <sqlite3.h>
@@ -166,27 +165,26 @@ int main(int argc, char** argv)
         Editor editor(size);
         Engine engine(database.FileName(), editor.List(), NodeOfSize(size));
         editor.Save(); // the message nodes are checked once
-        std::vector<double> ours;
-        std::vector<double> costs;
+        Comparison saves;
+        Comparison costs;
         std::vector<double> drafts;
-        std::vector<double> theirs;
-        std::vector<double> ratios;
         int syncs = 0;
         for (int round = 0; round < rounds; ++round) {
-            theirs.push_back(TimeOf([&] { engine.Save(); }));
+            const double theirs = TimeOf([&] { engine.Save(); });
             const int before = syncCount;
-            ours.push_back(TimeOf([&] { editor.Save(); }));
+            const double ours = TimeOf([&] { editor.Save(); });
             syncs = qMax(syncs, syncCount - before);
-            ratios.push_back(ours.back() / theirs.back());
-            costs.push_back(ours.back() / TimeOf([&] { editor.SaveAlone(); }));
+            saves.Add(ours, theirs);
+            costs.Add(ours, TimeOf([&] { editor.SaveAlone(); }));
             drafts.push_back(TimeOf([&] { editor.KeepDraft(); }));
         }
-        std::printf(
-            "save of %d entries: %.2f ms against %.2f ms for the engine alone, ratio %.2f (wanted: at most "
-            "1.5); %.1f us an entry; %d syncs at most%s\n    to a save that keeps nothing beside it: ratio %.2f "
-            "(wanted: at most 1.15); the draft of a step: %.2f ms (wanted: below 5)\n",
-            size, Median(ours), Median(theirs), Median(ratios), Median(ours) * 1000 / size, syncs,
-            size == 500 ? " (wanted: at most 10)" : "", Median(costs), Median(drafts));
+        const QString save = u"saving %1 entries, "_s.arg(size);
+        const bool isFull = size == highestEntryCount;
+        saves.Report(save + u"to the engine alone"_s, 1.5);
+        costs.Report(save + u"to a save that keeps nothing beside it"_s, 1.15);
+        Report(save + u"waits for the disk"_s, syncs, u"syncs"_s, {}, isFull ? std::optional(10.0) : std::nullopt);
+        Report(u"keeping a draft of %1 entries"_s.arg(size), Median(drafts), u"ms"_s, {},
+               isFull ? std::optional(5.0) : std::nullopt);
     }
     return 0;
 }
