@@ -6,6 +6,7 @@
 #include "QOR_DIR_Node.h"
 #include "support/BareForm.h"
 
+#include <algorithm>
 #include <QApplication>
 #include <QMessageBox>
 
@@ -132,8 +133,8 @@ void Compare(int rounds, const std::vector<Side>& sides, std::optional<double> w
     std::vector<Comparison> comparisons(sides.size() - 1);
     for (int round = 0; round < rounds; ++round) {
         std::vector<double> times;
-        for (const Side& side : sides)
-            times.push_back(side.run());
+        std::transform(sides.begin(), sides.end(), std::back_inserter(times),
+                       [](const Side& side) { return side.run(); });
         for (std::size_t i = 0; i < comparisons.size(); ++i)
             comparisons[i].Add(times[i], times.back());
     }
