@@ -5,7 +5,10 @@
 #include "support/SampleDatabase.h"
 #include "support/Tool.h"
 
+#include <map>
+#include <QLibraryInfo>
 #include <QTemporaryDir>
+#include <unistd.h>
 
 using namespace qor;
 
@@ -62,6 +65,19 @@ void Check(const Outcome& outcome, const QStringList& output, const QStringList&
 QStringList Plain(const QString& scenario, const QStringList& calls = {})
 {
     return QStringList{QStringLiteral(PLAIN_HOST), scenario, library} + calls;
+}
+
+/// A folder with a platform plug-in that is damaged, or, as "libqincomplete.so", sound but for a library that it needs.
+QString PluginFolder(const QString& file)
+{
+    static std::map<QString, QTemporaryDir> folders;
+    const QString path = folders[file].path();
+    QDir().mkpath(path + u"/platforms"_s);
+    QByteArray sound = ReadFile(QLibraryInfo::path(QLibraryInfo::PluginsPath) + u"/platforms/libqoffscreen.so"_s);
+    const bool isIncomplete = file == u"libqincomplete.so"_s;
+    WriteFile(path + u"/platforms/"_s + file,
+              isIncomplete ? sound.replace("libQt6Gui", "libNone6_") : sound.left(5000));
+    return path;
 }
 
 QStringList WithQt(const QString& scenario, const QStringList& calls)
@@ -132,10 +148,26 @@ private Q_SLOTS:
         display("X out of reach", none, {platform, noX});
         display("Wayland out of reach", none, {platform, u"WAYLAND_DISPLAY=none"_s, u"XDG_SESSION_TYPE=wayland"_s});
         display("X named", u"the X display cannot be reached; check DISPLAY"_s, {platform + u"=xcb"_s, noX});
-        display("nonsense named", u"QT_QPA_PLATFORM names \"nonsense\", which is not installed"_s,
+        display("nonsense named", u"the toolkit's platform plug-in \"nonsense\" is not installed"_s,
                 {platform + u"=nonsense"_s});
         display("bare screen named", u"QT_QPA_PLATFORM names \"linuxfb\"; use xcb, wayland or offscreen"_s,
                 {platform + u"=linuxfb:fb=/dev/null"_s});
+        const auto plugins = [](const QString& file) { return u"QT_PLUGIN_PATH="_s + PluginFolder(file); };
+        display("damaged plug-in", u"*/libqnonsense.so is damaged or unreadable; install it again"_s,
+                {platform + u"=nonsense"_s, plugins(u"libqnonsense.so"_s)});
+        display("plug-in without its libraries", u"*cannot be loaded; install what is missing (*libNone*"_s,
+                {plugins(u"libqincomplete.so"_s)});
+        row("damaged plug-in before a sound one", Plain(u"show"_s, {node7}), {staff, Shown(7)}, {},
+            {plugins(u"libqoffscreen.so"_s)});
+
+        const QStringList fourTimes(4, Sentence(u"the process has hardly a file descriptor left; *"_s));
+        row("few descriptors", Plain(u"crowd"_s, {node7}), QStringList(4, Shown(7)) + QStringList{staff, Shown(7)},
+            fourTimes);
+        row("closed files", Plain(u"close-files"_s, {node7}), {u"FREE 111"_s});
+        if (geteuid() == 0)
+            row("other user's rights", Plain(u"other-rights"_s, {node7}), {Shown(7)},
+                {u"QOR_DIR_NODE: The registry file *"_s,
+                 Sentence(u"the process has taken on another user's rights *"_s)});
     }
     void hosts()
     {

@@ -79,12 +79,21 @@ std::unique_ptr<QTemporaryFile> NewPictureFile(int node)
     return file;
 }
 
+void DrawOffScreen()
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (const auto problem = qor::Display().Problem()) {
+        QTextStream(stderr) << "dir-host: the editor cannot be shown: " << *problem << ".\n";
+        std::exit(1);
+    }
+}
+
 /// Without a display the editor is drawn off screen and its picture taken, into the file that is returned where none is
 /// named.
 std::unique_ptr<QTemporaryFile> PrepareDisplay(const qor::Display& display, Options& options)
 {
     if (display.Problem())
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+        DrawOffScreen();
     const QByteArray platform = qgetenv("QT_QPA_PLATFORM").split(':').first();
     if ((platform != "offscreen" && platform != "minimal") || !options.picture.isEmpty())
         return nullptr;

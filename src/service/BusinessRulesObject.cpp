@@ -6,6 +6,7 @@
 #include "form/ModuleState.h"
 #include "platform/runtime/ErrorReport.h"
 #include "platform/ui/Application.h"
+#include "platform/ui/HostProcess.h"
 #include "platform/ui/MsgBox.h"
 #include "service/frmDIR.h"
 
@@ -54,6 +55,7 @@ HRESULT BusinessRulesObject::ShowNodeEditor(std::int16_t configId, std::int16_t 
 {
     if (result)
         *result = VARIANT_FALSE;
+    const StandardFilesGuard standardFiles;
     try {
         const OpenEditor open;
         if (!open.Taken())

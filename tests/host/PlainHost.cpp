@@ -6,7 +6,9 @@
 
 #include <clocale>
 #include <csignal>
+#include <fcntl.h>
 #include <map>
+#include <sys/resource.h>
 #include <unistd.h>
 
 namespace {
@@ -135,6 +137,43 @@ void Enter(const std::string& path, const Calls& names)
         std::printf("ENTERED %08X\n", static_cast<unsigned>(CallIn(library, names.at(0).c_str())));
 }
 
+/// Calls with few descriptors left, and once more when it has given them back.
+void Crowd(const std::string& path, const Calls& calls)
+{
+    const GetClassObject getClassObject = ClassObject(Open(path));
+    const rlimit limit{64, 64};
+    setrlimit(RLIMIT_NOFILE, &limit);
+    std::vector<int> files;
+    for (int file = dup(STDIN_FILENO); file >= 0; file = dup(STDIN_FILENO))
+        files.push_back(file);
+    const std::size_t all = files.size();
+    for (const std::size_t left : {0U, 3U, 7U, 15U, 40U}) {
+        for (; files.size() + left > all; files.pop_back())
+            close(files.back());
+        ShowAll(getClassObject, calls);
+    }
+}
+
+/// What it prints of the call is lost, and may be printed nowhere else. Nothing takes the places of what it has closed.
+void CloseStandardFiles(const std::string& path, const Calls& calls)
+{
+    const GetClassObject getClassObject = ClassObject(Open(path));
+    std::fflush(stdout);
+    const int output = fcntl(STDOUT_FILENO, F_DUPFD, 10);
+    for (const int file : {0, 1, 2})
+        close(file);
+    ShowAll(getClassObject, calls);
+    const bool isFree[] = {close(0) != 0, close(1) != 0, close(2) != 0};
+    dprintf(output, "FREE %d%d%d\n", isFree[0], isFree[1], isFree[2]);
+    dup2(output, STDOUT_FILENO);
+}
+
+void TakeOtherRights(const std::string& path, const Calls& calls)
+{
+    if (seteuid(65534) == 0)
+        ShowAll(path, calls);
+}
+
 void PrintState()
 {
     std::printf("STATE %s, numbers %s", std::setlocale(LC_ALL, nullptr), std::setlocale(LC_NUMERIC, nullptr));
@@ -147,8 +186,13 @@ void PrintState()
     std::printf("\n");
 }
 
-const std::map<std::string, void (*)(const std::string&, const Calls&)> scenarios{
-    {"show", ShowAll}, {"unload", LoadAndUnload}, {"refuse", Refuse}, {"enter", Enter}};
+const std::map<std::string, void (*)(const std::string&, const Calls&)> scenarios{{"show", ShowAll},
+                                                                                  {"unload", LoadAndUnload},
+                                                                                  {"refuse", Refuse},
+                                                                                  {"enter", Enter},
+                                                                                  {"crowd", Crowd},
+                                                                                  {"close-files", CloseStandardFiles},
+                                                                                  {"other-rights", TakeOtherRights}};
 
 } // namespace
 

@@ -87,7 +87,7 @@ std::optional<QString> EnsureApplication()
         return u"the call must come on the thread of the application object"_s;
     if (!CanRunEventLoop())
         return u"the host has ended its event loop"_s;
-    return std::nullopt;
+    return DescriptorProblem();
 }
 
 } // namespace qor

@@ -1,8 +1,9 @@
 #include "platform/ui/Display.h"
 
+#include "platform/ui/PlatformPlugin.h"
+
+#include <algorithm>
 #include <array>
-#include <QFileInfo>
-#include <QLibraryInfo>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -12,12 +13,6 @@ namespace qor {
 using namespace Qt::StringLiterals;
 
 namespace {
-
-bool HasPlugin(const QString& platform)
-{
-    return QFileInfo::exists(QLibraryInfo::path(QLibraryInfo::PluginsPath) + u"/platforms/libq"_s + platform +
-                             u".so"_s);
-}
 
 QString WaylandSocketPath()
 {
@@ -44,8 +39,8 @@ bool CanConnectWayland()
     return works;
 }
 
-/// Platforms that draw off screen and need no display.
-constexpr std::array offscreenPlatforms{"offscreen", "minimal", "vnc"};
+/// Those that do not end the process when something is missing. The last three draw off screen and need no display.
+constexpr std::array<QStringView, 5> knownPlatforms{u"xcb", u"wayland", u"offscreen", u"minimal", u"vnc"};
 
 } // namespace
 
@@ -68,38 +63,55 @@ bool Display::CanConnectX()
     const auto hasError = reinterpret_cast<HasError>(mXcb.resolve("xcb_connection_has_error"));
     if (!connect || !hasError)
         return false;
-    mXConnection = connect(nullptr, nullptr);
+    if (!mXConnection)
+        mXConnection = connect(nullptr, nullptr);
     return hasError(mXConnection) == 0;
 }
 
-std::optional<QString> Display::NamedPlatformProblem(const QString& platform)
+std::optional<QString> Display::PlatformProblem(const QString& platform)
 {
-    const QString plugin = platform == u"wayland"_s ? u"wayland-generic"_s : platform;
-    if (!HasPlugin(plugin))
-        return u"QT_QPA_PLATFORM names \"%1\", which is not installed"_s.arg(platform);
-    for (const char* name : offscreenPlatforms) {
-        if (platform == QLatin1String(name))
+    if (platform == u"xcb"_s && !CanConnectX())
+        return u"the X display cannot be reached; check DISPLAY"_s;
+    if (platform == u"wayland"_s && !CanConnectWayland())
+        return u"the Wayland display cannot be reached; check WAYLAND_DISPLAY"_s;
+    return PlatformPluginProblem(platform);
+}
+
+/// The toolkit takes the first of them that works.
+std::optional<QString> Display::ProblemOfNamed(const QStringList& platforms)
+{
+    std::optional<QString> first;
+    for (const QString& entry : platforms) {
+        const QString platform = entry.section(u':', 0, 0).toLower();
+        const auto problem = PlatformProblem(platform);
+        if (!problem && !std::ranges::count(knownPlatforms, QStringView(platform)))
+            return u"QT_QPA_PLATFORM names \"%1\"; use xcb, wayland or offscreen"_s.arg(platform);
+        if (!problem)
             return std::nullopt;
+        if (!first)
+            first = problem;
     }
-    if (platform == u"xcb"_s)
-        return CanConnectX() ? std::nullopt : std::optional(u"the X display cannot be reached; check DISPLAY"_s);
-    if (platform == u"wayland"_s) {
-        return CanConnectWayland() ? std::nullopt
-                                   : std::optional(u"the Wayland display cannot be reached; check WAYLAND_DISPLAY"_s);
-    }
-    return u"QT_QPA_PLATFORM names \"%1\"; use xcb, wayland or offscreen"_s.arg(platform);
+    return first;
+}
+
+std::optional<QString> Display::ProblemOfDefault()
+{
+    QStringList reachable;
+    if (CanConnectX())
+        reachable << u"xcb"_s;
+    if (CanConnectWayland())
+        reachable << u"wayland"_s;
+    if (reachable.isEmpty())
+        return u"there is no usable display; set DISPLAY or WAYLAND_DISPLAY"_s;
+    return ProblemOfNamed(reachable);
 }
 
 std::optional<QString> Display::FindProblem()
 {
-    const QString named = qEnvironmentVariable("QT_QPA_PLATFORM").section(u';', 0, 0).section(u':', 0, 0);
-    if (!named.isEmpty())
-        return NamedPlatformProblem(named);
-    const bool xWorks = HasPlugin(u"xcb"_s) && CanConnectX();
-    const bool waylandWorks = HasPlugin(u"wayland-generic"_s) && CanConnectWayland();
-    if (xWorks || waylandWorks)
-        return std::nullopt;
-    return u"there is no usable display; set DISPLAY or WAYLAND_DISPLAY"_s;
+    if (const auto problem = ProcessProblem())
+        return problem;
+    const QStringList named = qEnvironmentVariable("QT_QPA_PLATFORM").split(u';', Qt::SkipEmptyParts);
+    return named.isEmpty() ? ProblemOfDefault() : ProblemOfNamed(named);
 }
 
 } // namespace qor
