@@ -164,6 +164,7 @@ private Q_SLOTS:
         row("few descriptors", Plain(u"crowd"_s, {node7}), QStringList(4, Shown(7)) + QStringList{staff, Shown(7)},
             fourTimes);
         row("closed files", Plain(u"close-files"_s, {node7}), {u"FREE 111"_s});
+        row("broken pipe", Plain(u"break-error"_s, {node7}), {Shown(7)}, {}, {platform + u"=nonsense"_s});
         if (geteuid() == 0)
             row("other user's rights", Plain(u"other-rights"_s, {node7}), {Shown(7)},
                 {u"QOR_DIR_NODE: The registry file *"_s,

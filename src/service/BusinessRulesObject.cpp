@@ -5,13 +5,13 @@
 #include "form/DirectoryRows.h"
 #include "form/ModuleState.h"
 #include "platform/runtime/ErrorReport.h"
+#include "platform/runtime/StandardError.h"
 #include "platform/ui/Application.h"
 #include "platform/ui/HostProcess.h"
 #include "platform/ui/MsgBox.h"
 #include "service/frmDIR.h"
 
 #include <array>
-#include <cstdio>
 
 namespace qor {
 
@@ -24,7 +24,7 @@ std::atomic<bool> editorOpen = false;
 
 void TellHost(const QString& sentence)
 {
-    std::fprintf(stderr, "QOR_DIR_NODE: the editor cannot be shown: %s.\n", qUtf8Printable(sentence));
+    Tell(u"the editor cannot be shown: %1."_s.arg(sentence));
 }
 
 /// Holds the place of the one open editor, if it is free.

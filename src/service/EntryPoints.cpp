@@ -1,10 +1,10 @@
 // The exported entry points and the class factory behind them. No exception leaves them.
 #include "platform/com/Registration.h"
 #include "platform/runtime/ErrorReport.h"
+#include "platform/runtime/StandardError.h"
 #include "QOR_DIR_Node.h"
 #include "service/BusinessRulesObject.h"
 
-#include <cstdio>
 #include <functional>
 #include <QDir>
 #include <QFileInfo>
@@ -27,7 +27,7 @@ HRESULT Answer(HRESULT failure, Body&& body)
     try {
         return std::invoke(std::forward<Body>(body));
     } catch (...) {
-        std::fprintf(stderr, "QOR_DIR_NODE: %s\n", qUtf8Printable(CurrentRuntimeError().Description()));
+        Tell(CurrentRuntimeError().Description());
         return failure;
     }
 }

@@ -168,6 +168,18 @@ void CloseStandardFiles(const std::string& path, const Calls& calls)
     dup2(output, STDOUT_FILENO);
 }
 
+void BreakStandardError(const std::string& path, const Calls& calls)
+{
+    int ends[2]{};
+    if (pipe(ends) != 0)
+        return;
+    close(ends[0]);
+    dup2(ends[1], STDERR_FILENO);
+    std::signal(SIGPIPE, SIG_DFL);
+    ShowAll(path, calls);
+    std::signal(SIGPIPE, SIG_IGN);
+}
+
 void TakeOtherRights(const std::string& path, const Calls& calls)
 {
     if (seteuid(65534) == 0)
@@ -192,6 +204,7 @@ const std::map<std::string, void (*)(const std::string&, const Calls&)> scenario
                                                                                   {"enter", Enter},
                                                                                   {"crowd", Crowd},
                                                                                   {"close-files", CloseStandardFiles},
+                                                                                  {"break-error", BreakStandardError},
                                                                                   {"other-rights", TakeOtherRights}};
 
 } // namespace

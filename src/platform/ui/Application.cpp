@@ -1,5 +1,6 @@
 #include "platform/ui/Application.h"
 
+#include "platform/runtime/StandardError.h"
 #include "platform/ui/Display.h"
 
 #include <clocale>
@@ -60,7 +61,8 @@ bool CanRunEventLoop()
 
 void MakeApplication()
 {
-    const HostStateGuard guard;
+    const HostStateGuard hostState;
+    const BrokenPipeGuard brokenPipe; // the toolkit warns on standard error while it starts
     // The toolkit keeps references to both for the life of the application.
     static int argumentCount = 1;
     static char name[] = "QOR_DIR_Node";
