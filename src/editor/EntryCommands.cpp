@@ -173,15 +173,15 @@ void EntryCommands::MoveBlock(int distance)
 /// The selection and the chosen row go with the entries.
 void EntryCommands::SwapOnward(std::vector<int> rows, int distance)
 {
-    const bool isChosen = std::find(rows.begin(), rows.end(), LVDirectory.SelectedItem()) != rows.end();
+    const bool isChosen = std::ranges::find(rows, LVDirectory.SelectedItem()) != rows.end();
     const int chosen = (isChosen ? LVDirectory.SelectedItem() : rows.front()) + distance;
     if (distance > 0)
-        std::reverse(rows.begin(), rows.end()); // the place that a row goes to is free of the block by then
+        std::ranges::reverse(rows); // the place that a row goes to is free of the block by then
     for (int& row : rows) {
         SwapEntries(row, row + distance);
         row += distance;
     }
-    std::sort(rows.begin(), rows.end());
+    std::ranges::sort(rows);
     LVDirectory.SelectOnly(rows);
     LVDirectory.SetSelectedItem(chosen);
     LVDirectory.EnsureVisible(chosen);

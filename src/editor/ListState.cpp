@@ -35,10 +35,9 @@ void PutState(ListView& list, const ListState& state)
 bool IsSameDirectory(const ListState& one, const ListState& other)
 {
     return one.sort == other.sort && one.columnCount == other.columnCount &&
-           std::equal(one.rows.begin(), one.rows.end(), other.rows.begin(), other.rows.end(),
-                      [](const ListRow& left, const ListRow& right) {
-                          return left.key == right.key && left.texts == right.texts;
-                      });
+           std::ranges::equal(one.rows, other.rows, [](const ListRow& left, const ListRow& right) {
+               return left.key == right.key && left.texts == right.texts;
+           });
 }
 
 } // namespace qor

@@ -170,8 +170,7 @@ void EditorForm::HideEntryEditors()
 
 bool EditorForm::EntryEditorsShown() const
 {
-    return std::any_of(mEntryEditors.begin(), mEntryEditors.end(),
-                       [](const EntryEditor& editor) { return !editor.control->isHidden(); });
+    return std::ranges::any_of(mEntryEditors, [](const EntryEditor& editor) { return !editor.control->isHidden(); });
 }
 
 void EditorForm::MarkUnchanged()

@@ -124,7 +124,7 @@ std::vector<DirectoryEntry> DirectoryClipboard::EntriesCut() const
     const std::vector<DirectoryEntry> present = EntriesOf(LVDirectory);
     std::vector<DirectoryEntry> entries = mCut.entries;
     for (DirectoryEntry& entry : entries) {
-        if (std::find(present.begin(), present.end(), entry) != present.end())
+        if (std::ranges::find(present, entry) != present.end())
             entry.prompt.clear();
     }
     return entries;

@@ -4,6 +4,7 @@
 #include "platform/shell/Registry.h"
 #include "platform/shell/TrustedPath.h"
 
+#include <algorithm>
 #include <QFileInfo>
 #include <QHash>
 #include <QLibrary>
@@ -50,7 +51,7 @@ CLSID ClsidFromText(const QString& text)
 {
     const QUuid uuid(text);
     CLSID clsid{uuid.data1, uuid.data2, uuid.data3, {}};
-    std::copy(std::begin(uuid.data4), std::end(uuid.data4), std::begin(clsid.Data4));
+    std::ranges::copy(uuid.data4, clsid.Data4);
     return clsid;
 }
 

@@ -9,7 +9,7 @@ HRESULT FindMember(std::span<const DispatchMember> members, OLECHAR** names, std
 {
     if (!names || !ids)
         return E_POINTER;
-    std::fill_n(ids, count, DISPID_UNKNOWN);
+    std::ranges::fill_n(ids, count, DISPID_UNKNOWN);
     if (count == 0 || !names[0])
         return DISP_E_UNKNOWNNAME;
     const QStringView name(names[0]);
@@ -22,8 +22,7 @@ HRESULT FindMember(std::span<const DispatchMember> members, OLECHAR** names, std
 
 HRESULT CheckCall(std::span<const DispatchMember> members, DISPID id, std::uint16_t flags, const DISPPARAMS* arguments)
 {
-    const auto member = std::find_if(members.begin(), members.end(),
-                                     [id](const DispatchMember& candidate) { return candidate.id == id; });
+    const auto member = std::ranges::find(members, id, &DispatchMember::id);
     if (member == members.end() || (flags & DISPATCH_METHOD) == 0)
         return DISP_E_MEMBERNOTFOUND;
     if (!arguments)

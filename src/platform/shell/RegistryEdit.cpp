@@ -49,7 +49,7 @@ bool IsKeyLine(const RegistryLine& line, const QString& key)
 /// Where a value of the key can be added: right behind its name, which comes to the end when it is not there.
 qsizetype PlaceIn(const QString& key, QList<RegistryLine>& lines)
 {
-    auto found = std::find_if(lines.begin(), lines.end(), [&](const auto& line) { return IsKeyLine(line, key); });
+    auto found = std::ranges::find_if(lines, [&](const auto& line) { return IsKeyLine(line, key); });
     if (found != lines.end())
         return found - lines.begin() + 1;
     lines << RegistryLine{lineEnd + u'[' + key + u']' + lineEnd, Kind::Key, key.toLower(), {}, {}};
@@ -62,7 +62,7 @@ void Put(const RegistryEntry& entry, QList<RegistryLine>& lines)
     for (const auto& [name, text] : entry.texts) {
         const RegistryLine value = ValueLine(entry.key, name, text);
         // The last one is the one that is read.
-        auto found = std::find_if(lines.rbegin(), lines.rend(), [&](const RegistryLine& line) {
+        auto found = std::ranges::find_if(lines.rbegin(), lines.rend(), [&](const RegistryLine& line) {
             return line.kind == Kind::Value && line.key == value.key && line.name == value.name;
         });
         if (found != lines.rend())
@@ -75,14 +75,13 @@ void Put(const RegistryEntry& entry, QList<RegistryLine>& lines)
 bool IsValueOf(const RegistryEntry& entry, const RegistryLine& line)
 {
     const auto isNamed = [&](const auto& text) { return text.first.toLower() == line.name; };
-    return line.kind == Kind::Value && line.key == entry.key.toLower() &&
-           std::any_of(entry.texts.begin(), entry.texts.end(), isNamed);
+    return line.kind == Kind::Value && line.key == entry.key.toLower() && std::ranges::any_of(entry.texts, isNamed);
 }
 
 /// Whether anything but remarks stands under the key, keys below it included.
 bool HoldsAnything(const QString& key, const QList<RegistryLine>& lines)
 {
-    return std::any_of(lines.begin(), lines.end(), [key = key.toLower()](const RegistryLine& line) {
+    return std::ranges::any_of(lines, [key = key.toLower()](const RegistryLine& line) {
         if (line.kind == Kind::Key)
             return line.key.startsWith(key + u'\\');
         return line.kind != Kind::Remark && line.key == key;
@@ -123,7 +122,7 @@ QString WithoutEntries(const QString& text, const QList<RegistryEntry>& entries)
         for (const RegistryEntry& entry : entries)
             lines.removeIf([&](const RegistryLine& line) { return IsValueOf(entry, line); });
         // A key stands before those below it.
-        std::for_each(entries.rbegin(), entries.rend(), [&](const RegistryEntry& entry) {
+        std::ranges::for_each(entries.rbegin(), entries.rend(), [&](const RegistryEntry& entry) {
             if (!HoldsAnything(entry.key, lines))
                 RemoveKey(entry.key, lines);
         });

@@ -101,8 +101,7 @@ void ListItems::SetKey(int row, const QString& key)
 
 int ListItems::RowOfKey(const QString& key) const
 {
-    const auto row =
-        std::find_if(mRows.begin(), mRows.end(), [&](const ListRow& candidate) { return candidate.key == key; });
+    const auto row = std::ranges::find(mRows, key, &ListRow::key);
     return row == mRows.end() ? -1 : static_cast<int>(row - mRows.begin());
 }
 
@@ -196,7 +195,7 @@ void ListItems::Sort()
     std::vector<std::size_t> order(mRows.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
     const bool ascending = mSort.order == SortOrder::Ascending;
-    std::stable_sort(order.begin(), order.end(), [&](std::size_t left, std::size_t right) {
+    std::ranges::stable_sort(order, [&](std::size_t left, std::size_t right) {
         return ascending ? keys[left] < keys[right] : keys[right] < keys[left];
     });
 

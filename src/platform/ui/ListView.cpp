@@ -166,8 +166,9 @@ std::vector<int> ListView::SelectedRows() const
         for (int row = range.top(); row <= range.bottom(); ++row)
             rows.push_back(row);
     }
-    std::sort(rows.begin(), rows.end());
-    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+    std::ranges::sort(rows);
+    const auto repeated = std::ranges::unique(rows);
+    rows.erase(repeated.begin(), repeated.end());
     return rows;
 }
 

@@ -62,8 +62,8 @@ constexpr std::array answers{
 MsgBoxAnswer AnswerOf(const QMessageBox& box)
 {
     const QAbstractButton* pressed = box.clickedButton() ? box.clickedButton() : box.escapeButton();
-    const auto* const found = std::find_if(answers.begin(), answers.end(),
-                                           [&](const Answer& entry) { return pressed == box.button(entry.button); });
+    const auto* const found =
+        std::ranges::find_if(answers, [&](const Answer& entry) { return pressed == box.button(entry.button); });
     return found->answer;
 }
 
@@ -80,8 +80,7 @@ bool IsTooLarge(const QString& text, const QFontMetrics& metrics, int width)
     if (text.size() > highestLength || text.count(u'\n') >= highestLineCount)
         return true;
     const QStringList words = text.simplified().split(u' ');
-    return std::any_of(words.begin(), words.end(),
-                       [&](const QString& word) { return metrics.horizontalAdvance(word) > width; });
+    return std::ranges::any_of(words, [&](const QString& word) { return metrics.horizontalAdvance(word) > width; });
 }
 
 /// Gives a text that is too large a scroll area, so that the buttons stay in reach.

@@ -36,7 +36,7 @@ public:
 
     bool eventFilter(QObject* watched, QEvent* event) override
     {
-        const bool isInput = std::find(inputEvents.begin(), inputEvents.end(), event->type()) != inputEvents.end();
+        const bool isInput = std::ranges::find(inputEvents, event->type()) != inputEvents.end();
         if (!isInput || !BelongsToWindow(watched))
             return false;
         event->ignore(); // a closing that is not accepted leaves the window
