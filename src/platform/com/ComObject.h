@@ -1,4 +1,9 @@
-// What every component object has: counted references and the finding of its interfaces.
+// What every component object has: a reference count and QueryInterface.
+//
+// The editor is a component, not a class that hosts include, because hosts come in several languages and outlive
+// versions of the editor: they know an object by the layout of its interface, or by the names of its methods, and a
+// class by an identifier that the registry resolves. The editor calls components of its own in the same way, so that a
+// site can put another label check or confirmation dialog in their place.
 #pragma once
 
 #include "QOR_Component.h"
@@ -12,8 +17,7 @@ void AddServerUse();
 void ReleaseServerUse();
 bool IsServerInUse();
 
-/// An object that offers IUnknown and one interface more. It starts with one reference and deletes itself at
-/// none.
+/// An object with IUnknown and one other interface. It starts with one reference and deletes itself with the last.
 template <typename Interface>
 class ComObject : public Interface
 {
@@ -54,7 +58,7 @@ private:
     std::atomic<ULONG> mReferences = 1;
 };
 
-/// A counted reference to an object; it releases what it holds.
+/// Owns one reference to an object and releases it.
 template <typename Interface>
 class ComReference
 {

@@ -34,7 +34,7 @@ QString ClassKeyText(const Registry& registry, const QString& path)
     return value ? QString::fromUtf8(value->data.constData()) : QString();
 }
 
-/// The path of the registered library itself, without links, when it may be loaded; raises RuntimeError when not.
+/// The path of the registered library with its links resolved. Raises RuntimeError when it may not be loaded.
 QString TrustedLibrary(const QString& programId, const QString& path)
 {
     const QFileInfo info(path);
@@ -144,6 +144,7 @@ VARIANT CallByName(IDispatch& object, const QString& method, std::initializer_li
     std::u16string name = method.toStdU16String();
     OLECHAR* names[] = {name.data()};
     DISPID id = DISPID_UNKNOWN;
+    // A call carries its arguments last to first.
     std::vector<VARIANT> reversed(std::rbegin(arguments), std::rend(arguments));
     DISPPARAMS parameters{reversed.data(), nullptr, static_cast<std::uint32_t>(reversed.size()), 0};
     VARIANT result{};

@@ -12,7 +12,7 @@ namespace qor {
 /// Makes an object of a built-in class, with one reference.
 using MakeObject = IDispatch* (*)();
 
-/// A class that is there where the registry names none of this identifier.
+/// Adds a class that stands in when the registry names none under this identifier.
 void AddBuiltInClass(QLatin1String programId, MakeObject make);
 
 /// A new object of the class: the one that the registry names, loaded from its absolute path, else the
@@ -25,7 +25,7 @@ VARIANT TextArgument(const QString& text);
 VARIANT IntegerResult(std::int32_t value);
 VARIANT BooleanResult(bool value);
 
-/// What a call answered. Raises RuntimeError for another type.
+/// The value that a call returned. Both raise RuntimeError for another type.
 std::int32_t IntegerIn(const VARIANT& result);
 bool BooleanIn(const VARIANT& result);
 

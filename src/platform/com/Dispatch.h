@@ -1,4 +1,4 @@
-// Late-bound calls: members by name, arguments out of variants.
+// The called side of a late-bound call: members found by name, arguments taken from variants.
 #pragma once
 
 #include "platform/com/ComObject.h"

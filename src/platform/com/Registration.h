@@ -13,7 +13,7 @@ struct RegisteredClass
     QString libraryPath; ///< absolute
 };
 
-/// Values and keys of others under the same keys stay. Both raise RuntimeError when the registry file cannot be
+/// Both leave what others have under the same keys alone, and raise RuntimeError when the registry file cannot be
 /// changed.
 void RegisterClass(const RegisteredClass& registered);
 void UnregisterClass(const CLSID& clsid, const QString& programId);

@@ -20,7 +20,7 @@ RuntimeError CurrentRuntimeError();
 QString ErrorReportText(const RuntimeError& error, const QString& procedure);
 
 void ShowErrorReport(const RuntimeError& error, const QString& procedure);
-/// What an error becomes that no procedure reported on its way to the event loop.
+/// Shows an error that no procedure reported before it reached the event loop.
 void ShowUnhandledError(const RuntimeError& error);
 
 /// Runs the body of a procedure. An error ends it: scope guards of the body run first, then the error report
@@ -36,7 +36,7 @@ auto ReportErrors(const QString& procedure, Body&& body) -> std::invoke_result_t
     return std::invoke_result_t<Body>();
 }
 
-/// Runs what an event of the toolkit starts; no error crosses the event loop.
+/// Runs what the toolkit calls for an event; no error crosses the event loop.
 template <typename Body>
 void GuardEvent(Body&& body)
 {

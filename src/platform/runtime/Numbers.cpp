@@ -24,7 +24,7 @@ qsizetype SkipSign(QStringView text, qsizetype at)
     return at < text.size() && (text[at] == u'+' || text[at] == u'-') ? at + 1 : at;
 }
 
-/// [sign] digits [. digits] [e [sign] digits], with a digit before or behind the point.
+/// [sign] digits [. digits] [e [sign] digits], with a digit before or after the point.
 bool HasNumberForm(QStringView text)
 {
     const qsizetype start = SkipSign(text, 0);
@@ -55,7 +55,7 @@ bool Fits(Stored number)
 template <typename Number>
 std::optional<Number> WholeOf(const QVariant& value)
 {
-    if (value.typeId() == QMetaType::LongLong) { // as the engine keeps them, hence worth the shortcut
+    if (value.typeId() == QMetaType::LongLong) { // how the engine keeps them, so worth a shortcut
         const qlonglong integer = *static_cast<const qlonglong*>(value.constData());
         return Fits<Number>(integer) ? std::optional(static_cast<Number>(integer)) : std::nullopt;
     }
@@ -73,7 +73,7 @@ std::optional<double> NumberFromText(QStringView text)
     if (!HasNumberForm(trimmed))
         return std::nullopt;
     constexpr qsizetype exactDigits = 15;
-    if (trimmed.size() <= exactDigits && SkipDigits(trimmed, 0) == trimmed.size()) // worth the shortcut, too
+    if (trimmed.size() <= exactDigits && SkipDigits(trimmed, 0) == trimmed.size()) // worth one, too
         return std::accumulate(trimmed.begin(), trimmed.end(), 0.0,
                                [](double number, QChar digit) { return number * 10 + (digit.unicode() - u'0'); });
     bool ok = false;

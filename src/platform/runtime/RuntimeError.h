@@ -30,7 +30,7 @@ enum class ErrorNumber : int {
 class RuntimeError : public std::exception
 {
 public:
-    /// description: a sentence for people that names what is wrong and, where possible, what to do.
+    /// description: a sentence that tells the user what is wrong and, where possible, what to do.
     RuntimeError(ErrorNumber number, QString description, QString source = u"QOR_DIR_NODE"_s);
 
     ErrorNumber Number() const { return mNumber; }

@@ -1,4 +1,4 @@
-// What is told to whoever looks after the host, and not to the administrator.
+// Messages for whoever looks after the host, not for the administrator.
 #pragma once
 
 #include "platform/runtime/Text.h"
@@ -23,7 +23,7 @@ private:
 
 /// Prints a sentence on standard error.
 void Tell(const QString& sentence);
-/// The same, once in a process for each topic.
+/// The same, once per process and topic.
 void TellOnce(const QString& topic, const QString& sentence);
 
 } // namespace qor

@@ -7,7 +7,7 @@ namespace qor {
 
 using namespace Qt::StringLiterals;
 
-/// At most this many units from the start of a text, and no half of a character that takes two.
+/// At most this many UTF-16 units from the start of a text, without half of a character that takes two.
 inline QString CutAtCharacter(const QString& text, qsizetype units)
 {
     const bool splits = units > 0 && units < text.size() && text[units - 1].isHighSurrogate();

@@ -19,7 +19,7 @@ namespace {
     throw RuntimeError(ErrorNumber::FileAccess, u"%1 cannot be read: %2"_s.arg(fileName, why));
 }
 
-/// Nothing where none is there.
+/// Nothing when there is no such file.
 std::optional<int> Open(const QString& fileName)
 {
     // Opening a pipe would wait for a writer, and a terminal could become this process's own.

@@ -1,4 +1,4 @@
-// Files that are read whole.
+// Reads whole files.
 #pragma once
 
 #include "platform/runtime/Text.h"
@@ -7,8 +7,8 @@
 
 namespace qor {
 
-/// The contents of a regular file of at most this many bytes; nothing where none is there. Raises RuntimeError for one
-/// that cannot be read, is larger, or is no regular file: a pipe would never end.
+/// The contents of a regular file of at most this many bytes; nothing when there is no such file. Raises RuntimeError
+/// when it cannot be read, is larger, or is not a regular file: a pipe would never end.
 std::optional<QByteArray> ReadWholeFile(const QString& fileName, qint64 highestSize);
 
 } // namespace qor

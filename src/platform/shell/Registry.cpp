@@ -15,20 +15,20 @@ namespace qor {
 
 namespace {
 
-/// problem: the sentence behind the name of the file.
+/// problem: how the sentence goes on after the file's name.
 [[noreturn]] void Fail(const QString& problem)
 {
     throw RuntimeError(ErrorNumber::FileAccess, u"The registry file %1 %2"_s.arg(RegistryFileName(), problem));
 }
 
-/// Who can write the file says what is loaded into this process.
+/// Whoever can write the file decides what is loaded into this process.
 void RequireTrusted()
 {
     if (const auto problem = TrustProblem(RegistryFileName()))
         Fail(u"is not used: "_s + *problem);
 }
 
-/// Nothing where there is no file.
+/// Empty when there is no file.
 QByteArray ReadRegistryFile()
 {
     constexpr qint64 highestSize = 1024LL * 1024;
@@ -40,7 +40,7 @@ QByteArray ReadRegistryFile()
     }
 }
 
-/// The bytes of a text in the encoding that the file had before, with its mark where it had one.
+/// The text in the encoding that the file had before, with a byte order mark if it had one.
 QByteArray Encoded(const QString& text, const QByteArray& before)
 {
     const bool hasMark = QStringConverter::encodingForData(before).has_value();
@@ -61,11 +61,11 @@ void WriteRegistryFile(const QByteArray& bytes)
     }
 }
 
-/// Two programs that change the file at the same time do so one after the other.
+/// Makes programs that change the file at the same time take turns.
 void LockRegistryFile(QLockFile& lock)
 {
     constexpr int patience = 10'000; // ms
-    // Where there can be no lock the write says why.
+    // Where no lock can be made, the write will say why.
     if (!lock.tryLock(patience) && lock.error() == QLockFile::LockFailedError)
         Fail(u"is being changed by another program. Try again."_s);
     QFile::setPermissions(lock.fileName(), QFile::ReadOwner | QFile::WriteOwner); // whatever the umask

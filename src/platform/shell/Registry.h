@@ -1,4 +1,5 @@
-// The registry: one text file, read as a whole and changed in one step.
+// The registry: one text file, read as a whole and changed in one step. It says which library makes a class and where
+// the shared folders are.
 #pragma once
 
 #include "platform/shell/RegistryEdit.h"
@@ -16,23 +17,23 @@ QString RegistryFileName();
 /// "HKEY_CLASSES_ROOT\CLSID" for CLSID.
 QString RegistryKeyPath(RegistryRoot root, const QString& path);
 
-/// The registry as it stands when this is made: one reading of the file for any number of queries.
+/// A snapshot of the registry: the file is read once for any number of queries.
 class Registry
 {
 public:
-    /// A file that is not there holds no values. One that cannot be read, or that others could change (TrustProblem),
-    /// holds none either; standard error says so once.
+    /// A missing file holds no values. One that cannot be read, or that others could change (TrustProblem), counts as
+    /// missing, which standard error says once.
     Registry();
 
-    /// The value of this name, the key's default value for the empty one; nothing when it does not exist.
+    /// The value of this name, or the key's default value for the empty name; nothing when it does not exist.
     std::optional<RegistryValue> Query(RegistryRoot root, const QString& path, const QString& name) const;
 
 private:
     RegistryValues mValues;
 };
 
-/// Both change the file in one step, and not at all when nothing is to change. RuntimeError when it cannot be changed,
-/// or when others could change it as well.
+/// Both change the file in one step, or not at all when there is nothing to change. They raise RuntimeError when it
+/// cannot be changed, or when others could change it too.
 void AddToRegistry(const QList<RegistryEntry>& entries);
 void RemoveFromRegistry(const QList<RegistryEntry>& entries);
 

@@ -14,8 +14,8 @@ using Kind = RegistryLine::Kind;
 constexpr QLatin1String lineEnd("\r\n");
 constexpr QLatin1String header("Windows Registry Editor Version 5.00\r\n");
 
-/// Changes the lines of a text. A text that ends without a line end ends without one afterwards: the line end that the
-/// entries behind it need goes again with them.
+/// Changes the lines of a text. A text whose last line has no line end keeps it so: the line end that appended entries
+/// need goes away with them.
 template <typename Change>
 QString Changed(const QString& text, Change&& change)
 {
@@ -46,7 +46,7 @@ bool IsKeyLine(const RegistryLine& line, const QString& key)
     return line.kind == Kind::Key && line.key == key.toLower();
 }
 
-/// Where a value of the key can be added: right behind its name, which comes to the end when it is not there.
+/// Where to add a value of the key: right after the key's line, which is appended when it is missing.
 qsizetype PlaceIn(const QString& key, QList<RegistryLine>& lines)
 {
     auto found = std::ranges::find_if(lines, [&](const auto& line) { return IsKeyLine(line, key); });
@@ -61,7 +61,7 @@ void Put(const RegistryEntry& entry, QList<RegistryLine>& lines)
     qsizetype place = PlaceIn(entry.key, lines);
     for (const auto& [name, text] : entry.texts) {
         const RegistryLine value = ValueLine(entry.key, name, text);
-        // The last one is the one that is read.
+        // Of several with this name, the last is the one that is read.
         auto found = std::ranges::find_if(lines.rbegin(), lines.rend(), [&](const RegistryLine& line) {
             return line.kind == Kind::Value && line.key == value.key && line.name == value.name;
         });
@@ -78,7 +78,7 @@ bool IsValueOf(const RegistryEntry& entry, const RegistryLine& line)
     return line.kind == Kind::Value && line.key == entry.key.toLower() && std::ranges::any_of(entry.texts, isNamed);
 }
 
-/// Whether anything but remarks stands under the key, keys below it included.
+/// Whether the key holds anything but remarks, or has subkeys.
 bool HoldsAnything(const QString& key, const QList<RegistryLine>& lines)
 {
     return std::ranges::any_of(lines, [key = key.toLower()](const RegistryLine& line) {
@@ -94,7 +94,7 @@ void ChopEmptyLine(QString& raw)
         raw.chop(lineEnd.size());
 }
 
-/// Takes the name of the key away, with the empty line before it.
+/// Removes the key's line and the empty line before it.
 void RemoveKey(const QString& key, QList<RegistryLine>& lines)
 {
     for (qsizetype at = lines.size() - 1; at >= 0; --at) {
@@ -121,7 +121,7 @@ QString WithoutEntries(const QString& text, const QList<RegistryEntry>& entries)
     return Changed(text, [&](QList<RegistryLine>& lines) {
         for (const RegistryEntry& entry : entries)
             lines.removeIf([&](const RegistryLine& line) { return IsValueOf(entry, line); });
-        // A key stands before those below it.
+        // Subkeys come after their key and have to go before it.
         std::ranges::for_each(entries.rbegin(), entries.rend(), [&](const RegistryEntry& entry) {
             if (!HoldsAnything(entry.key, lines))
                 RemoveKey(entry.key, lines);

@@ -1,4 +1,4 @@
-// Changes the text of a registry file: values of one's own come and go, every other line stays as it is.
+// Edits the text of a registry file: our own values come and go, every other line stays as it is.
 #pragma once
 
 #include "platform/runtime/Text.h"
@@ -11,15 +11,15 @@ namespace qor {
 /// Named texts of one key, in the order in which they are written; the empty name is the key's default value.
 struct RegistryEntry
 {
-    QString key; ///< its path from the root on
+    QString key; ///< its path, root included
     QList<std::pair<QString, QString>> texts;
 };
 
-/// The text with the entries' values. A value that is there already changes where it stands.
+/// The text with the entries' values. A value that exists is changed in its place.
 QString WithEntries(const QString& text, const QList<RegistryEntry>& entries);
 
-/// The text without the entries' values, whatever they are. A key that holds nothing after that goes as well, so that
-/// the text is again what it was before WithEntries; an empty one keeps the header.
+/// The text without the entries' values, whatever they are by now. Keys that are left with nothing go as well, which
+/// undoes WithEntries; a text that was empty before keeps its header.
 QString WithoutEntries(const QString& text, const QList<RegistryEntry>& entries);
 
 } // namespace qor

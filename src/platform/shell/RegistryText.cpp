@@ -7,13 +7,13 @@ namespace qor {
 
 namespace {
 
-/// The two versions of the format differ in the bytes of texts that are given as hex: UTF-16 or 8-bit.
+/// The two versions of the format encode texts that are given as hex differently: as UTF-16 or in 8 bits.
 bool HasWideTexts(const QString& text)
 {
     return !text.trimmed().startsWith(u"REGEDIT4");
 }
 
-/// A line that begins something new: a value that was to be continued before it is cut off and dropped.
+/// Whether a line begins something new. A value that was to be continued there is cut off, and dropped.
 bool BeginsKeyOrValue(QStringView line)
 {
     return line.startsWith(u'[') || line.startsWith(u'"') || line.startsWith(u'@');
@@ -22,7 +22,7 @@ bool BeginsKeyOrValue(QStringView line)
 struct JoinedLine
 {
     QString raw;
-    QString text; ///< without line ends and the blanks at both ends; empty for a value that is cut off
+    QString text; ///< without line ends and surrounding blanks; empty for a value that is cut off
 };
 
 /// The lines of the file, with continued ones (a backslash at the end) joined.
@@ -52,10 +52,10 @@ QList<JoinedLine> JoinedLines(const QString& text)
 struct QuotedText
 {
     QString text;
-    qsizetype length; ///< units taken from the line, both quotes included
+    qsizetype length; ///< in the line, both quotes included
 };
 
-/// The quoted text at the start of the line; a backslash takes the next character as it is.
+/// The quoted text at the start of the line; a backslash escapes the next character.
 std::optional<QuotedText> TakeQuoted(QStringView line)
 {
     if (!line.startsWith(u'"'))
@@ -137,8 +137,8 @@ std::optional<RegistryValue> ParseData(QStringView data, bool wideTexts)
     return ParseHex(data, wideTexts);
 }
 
-/// The path of a key line "[KEY\PATH]"; empty for a deletion "[-KEY\PATH]" and for a line without its closing
-/// bracket, so that the values behind it do not go to the key before.
+/// The path of a key line "[KEY\PATH]"; empty for a deletion "[-KEY\PATH]" and for a line without its closing bracket,
+/// so that the values after it do not go to the key before.
 QString KeyOf(QStringView line)
 {
     if (line.size() < 2 || !line.endsWith(u']'))
@@ -153,7 +153,7 @@ bool IsRemark(const QString& raw)
     return line.isEmpty() || line.startsWith(u';');
 }
 
-/// Takes the line for a value where it has a name and an equals sign.
+/// Reads the line as a value if it has a name and an equals sign.
 void ReadValue(RegistryLine& line, QStringView text, bool wideTexts)
 {
     const auto name = text.startsWith(u'@') ? QuotedText{{}, 1} : TakeQuoted(text);

@@ -1,5 +1,5 @@
-// Reads the text of a registry file (the .reg export format). Anything can stand in such a file: a line that
-// makes no sense is passed over, and everything else is read.
+// Reads the text of a registry file (the .reg export format). Such a file may hold anything: a line that makes no sense
+// is skipped, and the rest is read.
 #pragma once
 
 #include "platform/runtime/Text.h"
@@ -19,35 +19,35 @@ enum class RegistryType : quint32 {
     MultiString = 7,
 };
 
-/// A value as a query answers it. Texts are 8-bit text (UTF-8) with their terminating zeros.
+/// A value as a query returns it. Texts are UTF-8 with their terminating zeros.
 struct RegistryValue
 {
-    quint32 type = 0; ///< a RegistryType, or another number as the file has it
+    quint32 type = 0; ///< a RegistryType, or whatever other number the file gives
     QByteArray data;
 };
 
-/// A line of the file, together with those that continue it, and what is read of it.
+/// A line of the file with its continuation lines, and what was read from it.
 struct RegistryLine
 {
     enum class Kind { Remark, Key, Value, Noise }; ///< a remark may be blank
 
     QString raw; ///< as it stands in the file, line ends included
     Kind kind = Kind::Remark;
-    QString key;                        ///< that the line opens or stands under, in lower case; empty for none
+    QString key;                        ///< which the line opens or belongs to, in lower case; empty for none
     QString name;                       ///< of a value, in lower case; empty for the key's default value
-    std::optional<RegistryValue> value; ///< nothing where its data make no sense
+    std::optional<RegistryValue> value; ///< nothing when its data make no sense
 };
 
-/// "KEY\PATH" -> value name -> value; both in lower case, since neither regards case. The default value has
-/// an empty name.
+/// "KEY\PATH" -> value name -> value; both in lower case, since case makes no difference. The default value has an
+/// empty name.
 using RegistryValues = QHash<QString, QHash<QString, RegistryValue>>;
 
-/// How a file's bytes stand for its text: UTF-16 with its mark (as the format's version 5 is written), else UTF-8 and,
-/// where they are not valid UTF-8, Latin-1.
+/// The encoding of a file: what its byte order mark says (version 5 of the format is written as UTF-16), else UTF-8, or
+/// Latin-1 when the bytes are not valid UTF-8.
 QStringConverter::Encoding RegistryEncoding(const QByteArray& bytes);
 QString DecodeRegistryText(const QByteArray& bytes);
 
-/// All lines of the text; their raw texts together are the text.
+/// All lines of the text; their raw texts in a row are the text.
 QList<RegistryLine> RegistryLines(const QString& text);
 
 RegistryValues ParseRegistryText(const QString& text);

@@ -34,8 +34,7 @@ QFileDevice::Permissions PermissionsFor(Readers readers)
     return readers == Readers::Owner ? owner : owner | QFileDevice::ReadGroup | QFileDevice::ReadOther;
 }
 
-/// By the system's own call: the toolkit reports a write that came to an end half way without its cause. False leaves
-/// the cause in errno.
+/// By the system call: the toolkit does not say why a write stopped half way. When this is false, errno does.
 bool WriteAll(int descriptor, const QByteArray& contents)
 {
     for (qsizetype at = 0; at < contents.size();) {
@@ -50,13 +49,13 @@ bool WriteAll(int descriptor, const QByteArray& contents)
 void SyncFolder(const QString& folder)
 {
     const int descriptor = open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (descriptor < 0) // one that may be written and not read
+    if (descriptor < 0) // a folder may be writable without being readable
         return;
     fsync(descriptor);
     close(descriptor);
 }
 
-/// The name that the file has in the end, also behind a link that leads nowhere yet.
+/// The name at the end of all links, including a last one that leads nowhere yet.
 QString FinalName(const QString& fileName, const Replacement& how)
 {
     constexpr int highestLinkCount = 40; // as many as the system follows
@@ -70,7 +69,7 @@ QString FinalName(const QString& fileName, const Replacement& how)
     return name;
 }
 
-/// What is no file would be gone: a pipe that a program waits at, a device.
+/// Anything but a file would be lost: a pipe that a program reads from, a device.
 void RequireReplaceable(const QString& fileName, const QString& target)
 {
     const QFileInfo info(target);

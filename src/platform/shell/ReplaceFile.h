@@ -1,4 +1,4 @@
-// Files that take the place of older ones in one step, and the folders that they need.
+// Puts files in the place of older ones in one step, and makes the folders that they need.
 #pragma once
 
 #include "platform/runtime/Text.h"
@@ -9,21 +9,21 @@ namespace qor {
 
 enum class Readers { Owner, Everybody };
 
-/// What holds of the new file.
+/// How a file is replaced.
 struct Replacement
 {
-    Readers readers = Readers::Owner; ///< whatever the older file and the umask allow
-    bool followsLink = false;         ///< else a link makes way for the file
-    bool synced = true;               ///< it outlives a power loss; unsynced it outlives the process
+    Readers readers = Readers::Owner; ///< whatever the mode of the older file and the umask
+    bool followsLink = false;         ///< else the link itself is replaced
+    bool synced = true;               ///< survives a power loss; unsynced it survives the process
 };
 
-/// Puts the contents in place of the file, or makes it. Raises RuntimeError when any of them cannot be written, or when
-/// a folder, a pipe or a device has that name; the older file stays as it was then. A process that is killed leaves one
-/// or the other; beside it may stay a file of that name with a point and six characters behind it.
+/// Replaces the file by one with these contents, or makes it. Raises RuntimeError when they cannot be written whole, or
+/// when a folder, a pipe or a device has that name; the older file then stays as it was. A process that is killed
+/// leaves the older file or the new one, and perhaps a third beside it: the same name, a dot and six characters.
 void ReplaceFile(const QString& fileName, const QByteArray& contents, const Replacement& how);
 
-/// Makes the folder and those above it that are missing; writing into it says why it could not be made. Others may
-/// never write in it, and whether they may look into it is for the umask to say, unless everybody may.
+/// Makes the folder and missing ones above it. Failing is silent: writing into the folder will say why. Others may
+/// never write in it; whether they may look into it is up to the umask, unless the readers are Everybody.
 void MakeFolder(const QString& path, Readers readers);
 
 } // namespace qor

@@ -14,8 +14,8 @@ QByteArray ContentsOf(const QString& kernelFile)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-/// Empty for a process that has ended and is still in the table. The fields are counted behind the second one, the
-/// program's name in parentheses, which may hold blanks and parentheses itself.
+/// Empty for a process that has ended but is still in the table. The fields are counted after the second one, the
+/// program's name in parentheses, which may itself contain blanks and parentheses.
 QByteArray StartTicks(const QByteArray& status)
 {
     constexpr int stateField = 0;

@@ -5,10 +5,10 @@
 
 namespace qor {
 
-/// A saved text of an application, or the empty text where it is not set. Kept in the user's configuration
-/// folder, in the file Quorvanta/<application>.ini.
+/// A saved text of an application, or the empty text when it is not set. Kept in the user's configuration folder, in
+/// the file Quorvanta/<application>.ini.
 QString GetSetting(const QString& application, const QString& section, const QString& key);
-/// Saves a text there; where it cannot be written, nothing happens.
+/// Saves a text there. Failing is silent.
 void SaveSetting(const QString& application, const QString& section, const QString& key, const QString& text);
 
 } // namespace qor

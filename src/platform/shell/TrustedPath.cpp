@@ -26,13 +26,13 @@ bool IsWritableByOthers(const Status& status)
     return !S_ISLNK(status.st_mode) && (status.st_mode & (S_IWGRP | S_IWOTH)) != 0;
 }
 
-/// A folder such as /tmp: everybody may add to it, but nobody may move or remove what is another's.
+/// A folder such as /tmp: everybody may add to it, but nobody may move or remove the files of others.
 bool IsSticky(const Status& status)
 {
     return S_ISDIR(status.st_mode) && (status.st_mode & S_ISVTX) != 0;
 }
 
-/// Goes through a path as the system does, part by part.
+/// Follows a path the way the system does, part by part.
 class Walk
 {
 public:
@@ -86,7 +86,7 @@ private:
             return u"%1 belongs to another user. Make it your own or root's."_s.arg(path);
         if (IsWritableByOthers(status) && !IsSticky(status))
             return u"%1 can be written by others than its owner. Take that permission away."_s.arg(path);
-        // A folder of ours that is there stays there. Another name for a file or a link of ours anybody may put there.
+        // Others cannot put a folder of ours there, but they can put a hard link to a file or link of ours.
         return mInShared && !S_ISDIR(status.st_mode) ? SharedProblem(path) : std::nullopt;
     }
 
@@ -105,7 +105,7 @@ private:
 
     static QString LinkTarget(const QString& path)
     {
-        std::error_code ignored; // nothing of a link that went away
+        std::error_code ignored; // a link that is gone has no target
         const auto target = std::filesystem::read_symlink(QFile::encodeName(path).toStdString(), ignored);
         return QFile::decodeName(QByteArray::fromStdString(target.native()));
     }
