@@ -1,12 +1,11 @@
-// Letters that are pressed with Alt: they call buttons, and write nothing.
+// Letters typed with Alt: they press buttons and are not text.
 #pragma once
 
 class QKeyEvent;
 
 namespace qor {
 
-/// Whether a key press is a character with Alt held down; the keys that a keyboard makes with another Alt key, such as
-/// @, are not.
+/// Whether a key press is a character typed with Alt. Characters that a keyboard has on AltGr, such as @, are not.
 bool IsAltLetter(const QKeyEvent& event);
 
 } // namespace qor

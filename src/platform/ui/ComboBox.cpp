@@ -26,7 +26,7 @@ void ComboBox::SetDropdownCombo(bool editable)
         return;
     setLineEdit(new TextBox(this));
     lineEdit()->setTextMargins(-2, 0, -2, 0); // the box has a border of its own
-    setCompleter(nullptr);                    // it would type the rest of a number by itself
+    setCompleter(nullptr);                    // one would type the rest of a number by itself
     connect(lineEdit(), &QLineEdit::textEdited, this, &ComboBox::Edit_Typed);
 }
 
@@ -59,7 +59,7 @@ void ComboBox::Clear()
     Restore(-1, shown);
 }
 
-/// The toolkit chooses the first item of a list that it finds filled; the box keeps what it showed instead.
+/// Keeps what the box showed: the toolkit chooses the first item when a list gets its items.
 void ComboBox::Restore(int index, const QString& text)
 {
     setCurrentIndex(index);
@@ -134,7 +134,7 @@ void ComboBox::Edit_Typed()
     Q_EMIT Change();
 }
 
-/// Keeps the chosen item with the text, so that the arrow keys and the list start from it.
+/// Chooses the item that has the text, so that the arrow keys and the list start from it.
 void ComboBox::FollowText()
 {
     const int index = findText(currentText(), Qt::MatchExactly | Qt::MatchCaseSensitive);

@@ -22,7 +22,7 @@ public:
 
     /// Adds an item at the end; the list index and the text stay as they are.
     void AddItem(const QString& text, const QVariant& itemData = {});
-    /// Makes the list the decimal texts of first..last; the list index becomes -1, a typed text stays.
+    /// Fills the list with the numbers from first to last; the list index becomes -1, a typed text stays.
     void SetNumbers(int first, int last);
     /// Empties the list; the list index becomes -1, a typed text stays.
     void Clear();
@@ -31,7 +31,7 @@ public:
     /// An item's text; raises RuntimeError for a position that is not in the list.
     QString List(int index) const;
 
-    /// The position of the chosen item, or -1 when none is, or when the text is not that item's.
+    /// The position of the chosen item; -1 when none is chosen, or when the text differs from the item's.
     int ListIndex() const;
     /// Chooses an item, or none with -1. Raises RuntimeError for a position that is not in the list.
     void SetListIndex(int index);
@@ -44,7 +44,7 @@ public:
     /// The same without Change.
     void FillText(const QString& text);
     void MoveCaretToEnd();
-    /// Writes the text of a dropdown combo as narrow as it must be for this one to be seen whole.
+    /// Narrows the font of a dropdown combo until this text can be seen whole.
     void NarrowFor(const QString& longestText);
 
     void showPopup() override;

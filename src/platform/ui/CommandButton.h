@@ -1,5 +1,5 @@
-// A button that acts as soon as its underlined letter is pressed with Alt, so that the next key finds its effect; the
-// toolkit's own shows itself pressed for a moment first.
+// A button that acts as soon as its underlined letter is pressed with Alt, so that the next key finds its effect. The
+// toolkit's button shows itself pressed for a moment first.
 #pragma once
 
 #include <QPushButton>

@@ -9,7 +9,7 @@
 
 namespace qor {
 
-/// Calls handler->*procedure, with the arguments where it takes them.
+/// Calls handler->*procedure, with the arguments if it takes them.
 template <typename Handler, typename Procedure, typename... Arguments>
 void Deliver(Handler* handler, Procedure procedure, Arguments... arguments)
 {
@@ -19,10 +19,9 @@ void Deliver(Handler* handler, Procedure procedure, Arguments... arguments)
         std::invoke(procedure, handler);
 }
 
-/// Calls handler->*procedure whenever sender raises the event, for as long as the sender lives; the handler
-/// must live as long. An error that the procedure did not report itself ends in the default run-time error
-/// box.
-/// given: what the procedure takes before the event's own arguments.
+/// Calls handler->*procedure whenever sender raises the event, for as long as the sender lives; the handler must live
+/// as long. An error that the procedure did not report itself ends in the default run-time error box. given: what the
+/// procedure takes before the event's own arguments.
 template <typename Sender, typename Signal, typename Handler, typename Procedure, typename... Given>
 void OnEvent(const Sender* sender, Signal signal, Handler* handler, Procedure procedure, Given... given)
 {

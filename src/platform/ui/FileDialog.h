@@ -14,11 +14,11 @@ inline constexpr int OFN_FILEMUSTEXIST = 4096; ///< only a file that exists can 
 struct FileDialogRequest
 {
     QString title;
-    /// Pairs of a caption and its patterns, parted by blanks.
+    /// Pairs of a caption and its patterns, which blanks separate.
     QList<std::pair<QString, QString>> filters;
     int flags = 0;
-    QString defaultExtension; ///< of a name that is typed without one
-    QString startFolder;      ///< where it does not exist, the user's own folder
+    QString defaultExtension; ///< for a name that is typed without one
+    QString startFolder;      ///< if it does not exist, the user's home folder is taken
     bool save = false;
 };
 

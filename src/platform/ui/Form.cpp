@@ -62,7 +62,7 @@ bool Form::event(QEvent* event)
     return handled;
 }
 
-/// Queued: a box that comes up then finds the form as the active window.
+/// Queued, so that a box shown there finds the form as the active window.
 void Form::TellShown()
 {
     if (std::exchange(mShown, true))

@@ -13,11 +13,12 @@ class Form : public QDialog
 public:
     Form();
 
-    /// Runs Form_Load, once.
+    /// Runs Form_Load the first time and does nothing after that, so that whoever needs the form loaded may ask for it
+    /// again.
     void Load();
     bool IsLoaded() const { return mLoaded; }
 
-    /// Shows the form and returns when it is unloaded, or when the host ends its event loop; then the form is
+    /// Shows the form and returns when it is unloaded, or when the host ends its event loop; in that case the form is
     /// still loaded.
     void ShowModal();
 
@@ -30,7 +31,7 @@ public:
 protected:
     virtual void Form_Load() = 0;
     virtual void Form_Activate() = 0;
-    /// Comes once, when the form is on screen and has been activated.
+    /// Comes once, after the form has come up and been activated.
     virtual void Form_Shown() {}
     /// Setting cancel keeps the form loaded.
     virtual void Form_Unload(bool& cancel) = 0;

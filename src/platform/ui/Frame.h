@@ -1,4 +1,4 @@
-// A frame with its caption in the top line, so that the controls in it may stand right below the caption.
+// A frame with its caption in the top line, so that its controls can stand right below.
 #pragma once
 
 #include <QGroupBox>

@@ -1,4 +1,4 @@
-// A working list of texts, never shown. Searches go through its window procedure and take no walk over the list.
+// A working list of texts, never shown. Searches go through its window procedure and do not walk the list.
 #pragma once
 
 #include "platform/ui/WindowMessages.h"
@@ -23,8 +23,8 @@ public:
     void AddItem(const QString& text);
     void Clear();
 
-    /// Searches without regard to case over the whole list: the position of the first item that begins with the text,
-    /// or that is equal to it; -1 for none.
+    /// Both search the whole list, ignoring case: the position of the first item that begins with the text, or that
+    /// equals it; -1 for none.
     int Find(const QString& text) const { return Ask(LB_FINDSTRING, text); }
     int FindExact(const QString& text) const { return Ask(LB_FINDSTRINGEXACT, text); }
 

@@ -70,7 +70,7 @@ void ListItems::Remove(const std::vector<int>& rows)
     const int first = rows.front();
     const int last = rows.back();
     const bool oneSpan = last - first + 1 == static_cast<int>(rows.size());
-    // Scattered rows go in one step: telling the view of each one would cost a pass over all rows every time.
+    // Scattered rows reset the model: telling the view about each one would cost a pass over all rows every time.
     if (oneSpan)
         beginRemoveRows({}, first, last);
     else
@@ -242,7 +242,7 @@ QVariant ListItems::data(const QModelIndex& index, int role) const
 {
     if (!index.isValid())
         return {};
-    // Reading a cell aloud falls back to the text for display where an accessible text is empty.
+    // No display text for a hidden column: a screen reader falls back on it when the accessible text is empty.
     if (role == plainTextRole || (role == Qt::DisplayRole && IsShown(index.column())))
         return Text(index.row(), index.column());
     if (role == Qt::ForegroundRole) {

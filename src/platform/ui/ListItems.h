@@ -1,4 +1,4 @@
-// The rows and columns of a list view: the rows are the model, there is no other copy of them.
+// The rows and columns of a list view. The rows are the model; there is no other copy of them.
 #pragma once
 
 #include "platform/runtime/Text.h"
@@ -14,8 +14,8 @@
 
 namespace qor {
 
-/// One row: its own text in texts[0] and the sub-items behind it, a key that no other row has, a colour per
-/// text (none is the default colour).
+/// One row: its own text in texts[0] followed by its sub-items, a key that no other row has, a colour per text (none is
+/// the default colour).
 struct ListRow
 {
     QString key;
@@ -40,8 +40,8 @@ struct SortSettings
     bool operator==(const SortSettings&) const = default;
 };
 
-/// Rows and columns count from 0; column 0 shows a row's own text, column i its sub-item i.
-/// A row or sub-item that is not there, and a key in use, raise RuntimeError.
+/// Rows and columns count from 0; column 0 shows a row's own text, column i its sub-item i. A row that does not exist,
+/// and a key in use, raise RuntimeError.
 class ListItems : public QAbstractTableModel
 {
     Q_OBJECT
@@ -52,7 +52,7 @@ public:
     void Clear();
     /// Appends rows in one step.
     void Append(std::vector<ListRow> rows) { Insert(RowCount(), std::move(rows)); }
-    /// Puts rows before the row at `position`, or at the end for the row count, in one step.
+    /// Inserts rows before `position`, or at the end when it is the row count, in one step.
     void Insert(int position, std::vector<ListRow> rows);
     /// Removes these rows, given in ascending order without repetition. Scattered rows reset the model.
     void Remove(const std::vector<int>& rows);
@@ -72,13 +72,13 @@ public:
 
     int ColumnCount() const { return static_cast<int>(mColumns.size()); }
     void ClearColumns();
-    /// What stands in a column that is not shown, and its header, is not given out for display: a screen reader would
-    /// read it.
+    /// A column that is not shown gives out neither its texts nor its header for display: a screen reader would read
+    /// them.
     void AddColumn(const QString& text, bool isShown = true);
     void RemoveLastColumn();
 
-    /// While it is sorted, setting it sorted, its key or its order sorts once: stably and without regard to
-    /// case. Rows added or changed later stay where they were put.
+    /// While the list is sorted, setting any of the three sorts it once, stably and ignoring case. Rows added or
+    /// changed later stay where they were put.
     bool Sorted() const { return mSort.sorted; }
     void SetSorted(bool sorted);
     int SortKey() const { return mSort.key; }
@@ -88,10 +88,10 @@ public:
 
     const std::vector<ListRow>& Rows() const { return mRows; }
     const SortSettings& Sorting() const { return mSort; }
-    /// Puts rows and settings back as they were once taken from here; nothing is sorted.
+    /// Puts back rows and settings that were taken from here earlier; nothing is sorted.
     void Restore(std::vector<ListRow> rows, const SortSettings& sort);
 
-    /// What a row's tool tip and a screen reader say of it; empty for nothing.
+    /// What a row's tool tip and a screen reader say about it; empty for nothing.
     void SetRowNote(std::function<QString(int row)> note) { mRowNote = std::move(note); }
 
     int rowCount(const QModelIndex& parent = {}) const override;
@@ -100,6 +100,13 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
 private:
+    struct Column
+    {
+        QString text;
+        bool isShown;
+    };
+
+    bool IsShown(int column) const { return column < ColumnCount() && mColumns[column].isShown; }
     const ListRow& At(int row) const;
     ListRow& At(int row);
     void RequireRow(int row) const;
@@ -108,14 +115,6 @@ private:
 
     std::vector<ListRow> mRows;
     QSet<QString> mKeys;
-    struct Column
-    {
-        QString text;
-        bool isShown;
-    };
-
-    bool IsShown(int column) const { return column < ColumnCount() && mColumns[column].isShown; }
-
     QList<Column> mColumns;
     SortSettings mSort;
     std::function<QString(int row)> mRowNote;

@@ -15,8 +15,7 @@ namespace qor {
 
 namespace {
 
-/// Draws a row's own colours so that they can be read on the palette in use; black is the palette's text
-/// colour.
+/// Draws a row's own colours so that they can be read on the current palette; black becomes the palette's text colour.
 class RowDelegate : public QStyledItemDelegate
 {
 public:
@@ -138,7 +137,7 @@ void ListView::DeselectFrom(int first)
     if (first > last)
         return;
     if (first == 0) {
-        selectionModel()->clearSelection(); // deselecting many ranges would compare each with each
+        selectionModel()->clearSelection(); // deselecting compares each range with each
         return;
     }
     selectionModel()->select(QItemSelection(RowIndex(first), RowIndex(last)),
@@ -214,7 +213,8 @@ bool ListView::eventFilter(QObject* watched, QEvent* event)
     return QTableView::eventFilter(watched, event);
 }
 
-/// Where one row is selected it stays so: neither a click beside the rows nor Ctrl with a click deselects it.
+/// In single selection the selected row stays selected: neither a click below the rows nor Ctrl with a click changes
+/// that.
 QItemSelectionModel::SelectionFlags ListView::selectionCommand(const QModelIndex& index, const QEvent* event) const
 {
     if (selectionMode() != SingleSelection)
@@ -244,7 +244,7 @@ void ListView::keyboardSearch(const QString& text)
         QTableView::keyboardSearch(text);
 }
 
-/// The toolkit's Home and End go to the first and last column.
+/// Home and End go to the first and last row; the toolkit would go to the first and last column.
 QModelIndex ListView::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers)
 {
     const int lastRow = mItems->RowCount() - 1;

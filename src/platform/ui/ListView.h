@@ -23,7 +23,7 @@ public:
     ListItems& Items() { return *mItems; }
     const ListItems& Items() const { return *mItems; }
 
-    /// Appends a column of this width in logical pixels; one of width 0 is there but not shown.
+    /// Appends a column of this width in logical pixels; one of width 0 exists but is not shown.
     void AddColumn(const QString& text, int width);
     /// The left edge of a column in the view's own coordinates, as it is scrolled now.
     int ColumnLeft(int column) const;
@@ -34,10 +34,10 @@ public:
     void SetTypeToFind(bool on) { mTypeToFind = on; }
 
     bool IsSelected(int row) const;
-    /// Selects a row, which becomes the chosen one, or deselects it. Where only one can be selected,
-    /// selecting it deselects the others.
+    /// Selects a row, which becomes the chosen one, or deselects it. If only one can be selected, selecting it
+    /// deselects the others.
     void SetSelected(int row, bool selected);
-    /// Selects every row from first to last, or the last of them where only one can be selected.
+    /// Selects every row from first to last, or just the last if only one can be selected.
     void SelectRows(int first, int last);
     /// Deselects every row from `first` to the last one.
     void DeselectFrom(int first);
@@ -66,7 +66,7 @@ Q_SIGNALS:
     void KeyDown(int key);   ///< a Qt::Key, before the list itself acts on it
     void KeyPress(int character);
     void MouseUp();
-    /// A menu is asked for, at a place on screen: where the mouse is, or at the chosen row.
+    /// A context menu is wanted at this place on screen: at the mouse, or at the chosen row.
     void ContextMenu(const QPoint& position);
 
 protected:

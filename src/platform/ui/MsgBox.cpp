@@ -58,7 +58,7 @@ constexpr std::array answers{
     Answer{QMessageBox::Cancel, MsgBoxAnswer::Cancel},
 };
 
-/// A box that the host's leaving ended has no button; it answers as Escape does.
+/// When the host quits, a box ends without a clicked button; that counts as Escape.
 MsgBoxAnswer AnswerOf(const QMessageBox& box)
 {
     const QAbstractButton* pressed = box.clickedButton() ? box.clickedButton() : box.escapeButton();

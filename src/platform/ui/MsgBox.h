@@ -18,11 +18,11 @@ inline constexpr int Information = 64;
 
 enum class MsgBoxAnswer { Ok = 1, Cancel = 2, Yes = 6, No = 7 };
 
-/// Shows a text as it stands (CR LF, no markup) and waits for the answer. Closing the box, or Escape, is
-/// Cancel where the box has that button, else No, else OK.
+/// Shows a text as it stands (CR LF, no markup) and waits for the answer. Closing the box, or Escape, is Cancel if the
+/// box has that button, else No, else OK.
 MsgBoxAnswer MsgBox(const QString& text, int style, const QString& title);
 
-/// Lets the error reports of all procedures be shown in message boxes.
+/// From now on the error reports of all procedures appear in message boxes.
 void InstallErrorBox();
 
 } // namespace qor

@@ -16,7 +16,7 @@ public:
 
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
-    /// An exact text is found by arithmetic, without a walk over the list.
+    /// Finds an exact text by arithmetic, without walking the list.
     QModelIndexList match(const QModelIndex& start, int role, const QVariant& value, int hits,
                           Qt::MatchFlags flags) const override;
 

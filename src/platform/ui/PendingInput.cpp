@@ -39,7 +39,7 @@ public:
         const bool isInput = std::ranges::find(inputEvents, event->type()) != inputEvents.end();
         if (!isInput || !BelongsToWindow(watched))
             return false;
-        event->ignore(); // a closing that is not accepted leaves the window
+        event->ignore(); // a close request that is not accepted leaves the window open
         return true;
     }
 

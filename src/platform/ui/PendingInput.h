@@ -1,12 +1,12 @@
-// Keys and clicks that wait to be delivered.
+// Keys and clicks that have not been delivered yet.
 #pragma once
 
 class QWidget;
 
 namespace qor {
 
-/// Takes the keys, clicks and closings that people have sent to a window and throws them away; everything else that
-/// waits is delivered, timers and sockets aside. For a window that could not be used while they were made.
+/// Throws away the pending keys, clicks and close requests of a window that could not be used while they were made.
+/// Everything else that is pending is delivered, except for timers and sockets.
 void DropPendingInput(QWidget& window);
 
 } // namespace qor

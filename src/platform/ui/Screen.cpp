@@ -16,8 +16,7 @@ namespace {
 struct Face
 {
     QLatin1String family;
-    int stretch; ///< in percent: what brings a family's widths near Tahoma's, for which the forms are laid
-                 ///< out
+    int stretch; ///< in percent: brings the family's widths near those of Tahoma, for which the forms are laid out
 };
 
 constexpr std::array faces{
@@ -27,7 +26,7 @@ constexpr std::array faces{
     Face{QLatin1String("Liberation Sans"), 95},
 };
 
-/// Faces are laid out for 96 dots an inch: a point is 4/3 logical pixels whatever the screen says.
+/// The forms are laid out for 96 dots per inch: a point is 4/3 logical pixels whatever the screen says.
 constexpr qreal pixelsPerPoint = 96.0 / 72.0;
 
 } // namespace
@@ -45,7 +44,7 @@ ScreenPointer::~ScreenPointer()
 QColor ReadableOn(const QColor& background, const QColor& wanted)
 {
     constexpr int darkBackground = 128;
-    constexpr int lightEnough = 190; // blue is the darkest of hues
+    constexpr int lightEnough = 190; // even for blue, the darkest hue
     if (background.lightness() >= darkBackground)
         return wanted;
     return QColor::fromHsl(wanted.hslHue(), wanted.hslSaturation(), qMax(wanted.lightness(), lightEnough));

@@ -14,7 +14,7 @@ constexpr int TwipsToPixels(int twips)
     return (twips + 7) / 15;
 }
 
-/// A pointer of this shape for as long as it lives.
+/// Gives the pointer this shape for as long as it lives.
 class ScreenPointer
 {
 public:
@@ -30,20 +30,20 @@ public:
     HourglassPointer() : ScreenPointer(Qt::WaitCursor) {}
 };
 
-/// The default pointer, within the work of an hourglass.
+/// The default pointer in the middle of an hourglass.
 class DefaultPointer : public ScreenPointer
 {
 public:
     DefaultPointer() : ScreenPointer(Qt::ArrowCursor) {}
 };
 
-/// The wanted colour where it can be read on the background, else a lighter one of the same hue.
+/// The wanted colour if it can be read on the background, else a lighter one of the same hue.
 QColor ReadableOn(const QColor& background, const QColor& wanted);
 
-/// The face of the forms: Tahoma where it is installed, else the nearest condensed sans.
+/// The font of the forms: Tahoma if it is installed, else the nearest condensed sans.
 QFont FormFont(qreal points, bool bold = false);
 
-/// The font, drawn as much narrower as the text needs to fit into this width; at most to half of its own.
+/// The font, narrowed until the text fits into this width, but to no less than half its own.
 QFont NarrowedToFit(const QFont& font, const QString& text, int width);
 
 } // namespace qor

@@ -16,7 +16,7 @@ public:
     /// The panel's width in logical pixels.
     void SetPanelWidth(int width);
     QString PanelText() const;
-    /// Sets the text and paints it at once, before the work that it speaks of begins.
+    /// Sets the text and paints it at once, before the work that it announces begins.
     void SetPanelText(const QString& text);
 
 private:

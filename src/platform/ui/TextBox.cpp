@@ -24,7 +24,7 @@ bool IsHalfCharacter(const QString& text, qsizetype at)
     return (text[at].isHighSurrogate() && !followed) || (text[at].isLowSurrogate() && !preceded);
 }
 
-/// Admits every text and takes out the half characters that the maximum length leaves.
+/// Admits every text, but removes the half characters that the maximum length leaves.
 class WholeCharacters : public QValidator
 {
 public:
@@ -74,7 +74,7 @@ bool TextBox::IsCut() const
 int TextBox::TextWidth() const
 {
     constexpr int caretWidth = 1;
-    constexpr int ownMargins = 2 * 2; // which the toolkit leaves beside the text, whatever the style
+    constexpr int ownMargins = 2 * 2; // which the toolkit adds beside the text, whatever the style
     QStyleOptionFrame option;
     initStyleOption(&option);
     const QRect contents = style()->subElementRect(QStyle::SE_LineEditContents, &option, this);

@@ -1,6 +1,6 @@
-// A text box: Change on every change of its text, by typing or by code, and not when the text stays the same; Fill
-// alone raises none. Its maximum length cuts what code assigns, too, and never leaves half a character. A letter with
-// Alt is for the buttons and is not typed. A text that does not fit can be read in the tool tip.
+// A text box. Change comes whenever the text changes, by typing or by code; only Fill does not raise it. The maximum
+// length also cuts what code assigns, and never leaves half a character. A letter with Alt is for the buttons and is
+// not typed. A text that does not fit can be read in the tool tip.
 #pragma once
 
 #include <QLineEdit>
@@ -15,13 +15,12 @@ public:
 
     /// Sets the text as a loader does, without Change.
     void Fill(const QString& text);
-    /// How wide a text may be and be seen whole, with the caret behind it.
+    /// The room for a text that is seen whole, with the caret after it.
     int TextWidth() const;
 
 Q_SIGNALS:
     void Change();
-    /// The focus came from, or went to, another control of the form; not: the window was left or entered
-    /// again.
+    /// The focus came from, or went to, another control; leaving and entering the window does not count.
     void GotFocus();
     void LostFocus();
 

@@ -8,7 +8,7 @@ namespace qor {
 namespace {
 
 thread_local QHash<WindowHandle, MessageTarget*> targets;
-thread_local WindowHandle lastHandle = 0; // handles are not used twice, so that a late message reaches nobody
+thread_local WindowHandle lastHandle = 0; // no handle is used twice, so that a late message reaches nobody
 
 } // namespace
 

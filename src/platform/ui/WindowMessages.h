@@ -1,5 +1,5 @@
-// Window messages, as far as the list view and the list boxes speak them: a control with a handle has a
-// procedure that gets its messages, and the procedure can be replaced by one that looks at them first.
+// Window messages, as far as list views and list boxes use them: a control with a handle has a procedure that gets its
+// messages, and that can be replaced by one that looks at them first.
 #pragma once
 
 #include <QtGlobal>
@@ -16,15 +16,15 @@ inline constexpr quint32 WM_VSCROLL = 0x0115;      ///< the window scrolled up o
 inline constexpr quint32 WM_PARENTNOTIFY = 0x0210; ///< a button went down in a child, the column headers
 inline constexpr quint32 LVM_GETSELECTEDCOUNT = 0x1032;
 
-/// Replaces the procedure of a window (index GWL_WNDPROC) and returns the one that it had; null when the
-/// window or the index is not known, and then nothing changes.
+/// Replaces the procedure of a window (index GWL_WNDPROC) and returns the one that it had; null, changing nothing, when
+/// the window or the index is not known.
 WindowProcedure SetWindowLongA(WindowHandle window, int index, WindowProcedure procedure);
 MessageResult CallWindowProcA(WindowProcedure procedure, WindowHandle window, quint32 message, quintptr wParam,
                               qintptr lParam);
 /// Gives a message to the window's procedure and returns its answer; 0 from a window that is not there.
 MessageResult SendMessageA(WindowHandle window, quint32 message, quintptr wParam, qintptr lParam);
 
-/// What gives a control a handle and its own procedure. Handles belong to the thread that made them.
+/// Gives a control a handle and a procedure of its own. Handles belong to the thread that made them.
 class MessageTarget
 {
 public:
@@ -36,8 +36,7 @@ public:
     WindowHandle Handle() const { return mHandle; }
 
 protected:
-    /// What the control answers when no other procedure took the message; 0 for a message that it does not
-    /// know.
+    /// The control's own answer to a message; 0 for one that it does not know.
     virtual MessageResult HandleMessage(quint32 message, quintptr wParam, qintptr lParam) = 0;
 
 private:
