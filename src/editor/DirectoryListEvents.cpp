@@ -51,8 +51,8 @@ void DirectoryListEvents::LVDirectory_ItemClick(int row)
     ReportErrors(u"LVDirectory_ItemClick"_s, [&] {
         if (!mForm.InEditMode())
             return;
-        // A row or last name that is partly out of view would scroll into it a moment later, and scrolling hides the
-        // fields.
+        // The list scrolls a row or last name that is partly out of view into it a moment later, and scrolling hides
+        // the fields.
         LVDirectory.EnsureVisible(row);
         mForm.LayEntryEditors(row);
         mForm.FillEntryEditors(row);

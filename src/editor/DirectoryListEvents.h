@@ -19,7 +19,7 @@ public:
 
     /// In edit mode the in-place fields are laid over the row and show its texts.
     void LVDirectory_ItemClick(int row);
-    /// Puts the caret of the shown in-place fields behind their texts, so that typing goes on there.
+    /// Puts the caret of the shown in-place fields at the end of their texts, where typing goes on.
     void LVDirectory_MouseUp();
     /// Keeps the in-place fields over their columns.
     void LVDirectory_HorizontalScroll();

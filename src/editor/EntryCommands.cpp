@@ -79,7 +79,7 @@ void EntryCommands::cmdDirInsert_Click()
     }
 }
 
-/// The new row gets the next number of all, wherever it stands; the other rows keep theirs until they are
+/// The new row gets the next number after all others, wherever it goes; the other rows keep theirs until they are
 /// renumbered.
 void EntryCommands::InsertNewRow(int position)
 {
@@ -127,8 +127,7 @@ void EntryCommands::RemoveSelected(const QString& stepText)
     mForm.MarkChanged();
 }
 
-/// Numbers the rows in their order. The keys in between keep every step from giving a key that another row
-/// has.
+/// Numbers the rows in their order. They get interim keys first, so that none gets a key that another row still has.
 void EntryCommands::Renumber()
 {
     ListItems& items = LVDirectory.Items();
@@ -176,7 +175,7 @@ void EntryCommands::SwapOnward(std::vector<int> rows, int distance)
     const bool isChosen = std::ranges::find(rows, LVDirectory.SelectedItem()) != rows.end();
     const int chosen = (isChosen ? LVDirectory.SelectedItem() : rows.front()) + distance;
     if (distance > 0)
-        std::ranges::reverse(rows); // the place that a row goes to is free of the block by then
+        std::ranges::reverse(rows); // so that no row meets another one of the block
     for (int& row : rows) {
         SwapEntries(row, row + distance);
         row += distance;
@@ -242,7 +241,7 @@ void EntryCommands::StartEditMode()
 {
     const std::vector<int> selected = LVDirectory.SelectedRows();
     LVDirectory.SetMultiSelect(false);
-    LVDirectory.SetTypeToFind(false); // a letter would go to another person and the next ones into that name
+    LVDirectory.SetTypeToFind(false); // a letter would choose another person, and the next ones would go into that name
     EnableListCommands(false);
     mForm.SetEditMode(true);
     if (selected.empty())

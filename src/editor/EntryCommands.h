@@ -24,7 +24,7 @@ class EntryCommands
 public:
     EntryCommands(EditorForm& form, BusinessRules& rules, DirectoryListEvents& listEvents, History& history);
 
-    /// Whether there are prompts and the directory is not full; says so where not.
+    /// Whether there are prompts and the directory is not full; if not, the administrator is told.
     bool MayAddEntry();
     void cmdDirAdd_Click();
     /// Inserts before the one selected row; without exactly one it adds.
@@ -37,9 +37,9 @@ public:
     void cmdDirDown_Click();
     /// Moves all selected rows one place, up for -1 and down for 1; at the end of the list none moves.
     void MoveBlock(int distance);
-    /// Takes the selected rows out, in a step of this name.
+    /// Removes the selected rows in a step of this name.
     void RemoveSelected(const QString& stepText);
-    /// The Delete key removes as the button does, where the button can be pressed.
+    /// The Delete key removes as the button does, if the button is enabled.
     void LVDirectory_KeyDown(int key);
 
 private:

@@ -24,7 +24,7 @@ void EntryFields::Change(const EntryEditor& editor)
     });
 }
 
-/// Writes a clean text into the selected row; the password decides nothing on the row's mark.
+/// Writes a clean text into the selected row; the password has no say in the row's mark.
 void EntryFields::TakeText(const EntryEditor& editor)
 {
     ListView& list = *mForm.LVDirectory;

@@ -1,5 +1,4 @@
-// What the keys do that the form has beside its controls' own: walking the fields over the rows, adding while editing,
-// undo and redo.
+// What the form's own keys do: walking the fields over the rows, adding while editing, undo and redo.
 #pragma once
 
 #include "platform/runtime/Text.h"
@@ -17,10 +16,10 @@ class EntryKeys
 public:
     EntryKeys(EditorForm& form, EntryCommands& commands, DirectoryListEvents& listEvents, History& history);
 
-    /// Lays the fields over the row above (-1) or below (1); the field that has the focus keeps it, its text marked.
-    /// At the ends, and outside of edit mode, nothing happens.
+    /// Lays the fields over the row above (-1) or below (1); the field that has the focus keeps it, with its text
+    /// selected. At the ends, and outside of edit mode, nothing happens.
     void WalkFields(int distance);
-    /// Ends edit mode, adds a row and edits it: the three buttons in turn. When no row could be added, edit mode comes
+    /// Ends edit mode, adds a row and edits it: the three buttons in turn. If no row could be added, edit mode comes
     /// back over the row where it was.
     void AddAndEdit();
 

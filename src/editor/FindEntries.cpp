@@ -94,7 +94,7 @@ void FindEntries::Find(int from, int step)
     ShowCount();
 }
 
-/// Leaves the focus where it is, even where the fields come to another row.
+/// Leaves the focus where it is, even when the fields go to another row.
 void FindEntries::Choose(int row)
 {
     QWidget* focus = mForm.focusWidget();

@@ -1,5 +1,5 @@
-// Finds the entries that have a text anywhere in the columns that the list shows, without regard to case, and chooses
-// one after the other. Nothing is remembered of the rows, which may change in between.
+// Finds entries with a text anywhere in the columns that the list shows, ignoring case, and chooses one after the
+// other. Remembers nothing of the rows, since they may change in between.
 #pragma once
 
 #include "platform/runtime/Text.h"
@@ -17,15 +17,15 @@ class FindEntries
 public:
     FindEntries(EditorForm& form, DirectoryListEvents& listEvents);
 
-    /// Shows the line in which the text is typed; the one that it still has is marked.
+    /// Shows the find line with its last text selected.
     void Open();
     /// The text stays, for FindNext and FindPrevious.
     void Close();
 
     /// Finds the text as it is typed, from the chosen row on.
     void TextChanged();
-    /// Both start beside the chosen row and go on at the other end of the list. Where there is no text to find, they
-    /// open the line.
+    /// Both start next to the chosen row and go on at the other end of the list. Without a text to find they open the
+    /// line.
     void FindNext();
     void FindPrevious();
 
@@ -41,7 +41,7 @@ private:
     DirectoryListEvents& mListEvents;
     ListView& LVDirectory;
     QObject mWatcher;           ///< its connections end with this object
-    bool mCountPending = false; ///< one count for all that one key changes
+    bool mCountPending = false; ///< one count for everything that a key changes
 };
 
 } // namespace qor

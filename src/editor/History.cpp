@@ -25,7 +25,7 @@ public:
     void undo() override { mHistory.Restore(*mBefore); }
     void redo() override
     {
-        if (std::exchange(mIsDone, false)) // the stack runs what is pushed, which has happened already
+        if (std::exchange(mIsDone, false)) // the stack runs what is pushed, but this has happened already
             return;
         mHistory.Restore(*mAfter);
     }

@@ -19,8 +19,8 @@ class History
 public:
     explicit History(EditorForm& form);
 
-    /// What happens to the list while it lives is one step, when it changes the directory at all. A step within a step
-    /// belongs to the outer one.
+    /// Everything that happens to the list during its life is one step, if it changes the directory at all. A step
+    /// within a step belongs to the outer one.
     class Step
     {
     public:
@@ -36,7 +36,7 @@ public:
         std::optional<ListState> mBefore; ///< not within another step
     };
 
-    /// The fields stand over this row: what is typed in them until EndVisit is one step.
+    /// The in-place fields are over this row: what is typed in them until EndVisit is one step.
     void BeginVisit(int row);
     void EndVisit();
 
@@ -46,7 +46,7 @@ public:
     QString UndoText() const;
     QString RedoText() const;
 
-    /// What happens behind each step, undone and done again ones included.
+    /// What is to happen after each step, and after each one that is undone or redone.
     void SetAfterStep(std::function<void()> afterStep) { mAfterStep = std::move(afterStep); }
 
     /// Both mark the form as changed.
@@ -72,7 +72,7 @@ private:
     std::function<void()> mAfterStep = [] {};
     bool mInStep = false;
     std::optional<Visit> mVisit;
-    std::shared_ptr<const ListState> mLatest; ///< what the last step led to, which the next one mostly starts from
+    std::shared_ptr<const ListState> mLatest; ///< what the last step led to; the next one usually starts from it
 };
 
 } // namespace qor

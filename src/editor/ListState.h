@@ -20,8 +20,8 @@ struct ListState
 ListState TakeState(const ListView& list);
 void PutState(ListView& list, const ListState& state);
 
-/// Whether two states are the same directory: keys, texts and what it is sorted by. Colours, selection and what is in
-/// view make no difference.
+/// Whether two states are the same directory: keys, texts and what they are sorted by. Colours, selection and what is
+/// in view make no difference.
 bool IsSameDirectory(const ListState& one, const ListState& other);
 
 } // namespace qor

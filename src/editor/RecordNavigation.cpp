@@ -37,8 +37,8 @@ void RecordNavigation::cmdLast_Click()
     Move(u"cmdLast_Click"_s, mForm.cmbNode->ListCount() - 1, [](int, int last) { return last; });
 }
 
-/// The mark of changes is cleared before the test for the end, so No at the end keeps the edits on screen as
-/// clean.
+/// Choosing in the selector raises its Click, which loads the node. The mark of changes is cleared before the test for
+/// the end, so No at the end leaves the edits on screen, as clean.
 void RecordNavigation::Move(const QString& procedure, int end, int (*target)(int index, int last))
 {
     ReportErrors(procedure, [&] {
@@ -73,6 +73,7 @@ void RecordNavigation::cmbNode_Click()
     });
 }
 
+/// The Click that this raises finds the node on display and does nothing.
 void RecordNavigation::SelectNodeOnDisplay()
 {
     for (int index = 0; index < mForm.cmbNode->ListCount(); ++index) {

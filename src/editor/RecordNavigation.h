@@ -22,8 +22,8 @@ public:
     void cmdPrevious_Click();
     void cmdNext_Click();
     void cmdLast_Click();
-    /// Loads the chosen node; after Cancel the selector goes back to the node on display. Where no node is on display
-    /// the same one can be tried again.
+    /// Loads the chosen node; after Cancel the selector goes back to the node on display. While none is on display, the
+    /// same one can be chosen again.
     void cmbNode_Click();
 
 private:

@@ -8,9 +8,9 @@ namespace qor {
 class ComboBox;
 class TextBox;
 
-/// Takes out of a field what is not admitted; the caret stays behind the last admitted character before it.
-/// True when there is a text and all of it was admitted already. Taking something out raises the field's
-/// Change with the clean text.
+/// Removes what is not admitted from a field; the caret stays after the last admitted character before it. True when
+/// there is a text and all of it was admitted already. Removing something raises the field's Change with the clean
+/// text.
 bool FilterField(TextBox& field, bool (*admits)(QChar));
 
 /// The number typed in a combo whose list holds numbers in ascending order, as TypedNumber finds it between the first

@@ -1,4 +1,4 @@
-// Earlier versions of the node on display, back into the list.
+// Brings earlier versions of the node on display back into the list.
 #pragma once
 
 namespace qor {
@@ -14,8 +14,8 @@ public:
 
     /// Whether there are any.
     bool CanShow() const;
-    /// Shows them with what restoring each would change. The chosen one's entries come into the list, in one step; the
-    /// header stays.
+    /// Shows them with what restoring each would change. The entries of the chosen one replace the list, in one step;
+    /// the header stays.
     void Show();
 
 private:

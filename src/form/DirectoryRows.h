@@ -10,7 +10,7 @@ namespace qor {
 
 class ListView;
 
-/// Where a row keeps what: its own text and its sub-items.
+/// A row's own text and its sub-items.
 enum class DirectoryColumn : int {
     RowNumber = 0,
     LastName = 1,
@@ -36,15 +36,15 @@ DirectoryEntry EntryAt(const ListView& list, int row);
 std::vector<DirectoryEntry> EntriesOf(const ListView& list);
 
 bool IsMarkedInvalid(const ListView& list, int row);
-/// Gives the cells that carry the mark of an invalid row this colour.
+/// Paints the cells that mark an invalid row.
 void PaintRow(ListView& list, int row, const QColor& colour);
 
-/// The list view's settings and its six columns; rows that are in the list stay.
+/// Sets the list view up with its six columns; rows in the list stay.
 void ResetDirectoryListView(ListView& list);
 
 /// The hidden "dummy column" that a numeric sort sorts by.
 void AddSortColumn(ListView& list);
-/// Nothing where there is none.
+/// Does nothing when there is none.
 void DropSortColumn(ListView& list);
 
 /// Forgets what the list is sorted by; its rows stay where they are.
@@ -56,8 +56,8 @@ int GetSelectedCount(const ListView& list);
 /// Deselects every row from `first` to the last.
 void ClearSelectionFrom(ListView& list, int first);
 
-/// Sorts by the numbers in a column, through zero-padded texts in a hidden "dummy column". A text that is not
-/// a number raises RuntimeError; the list is then not sorted and the dummy column is there.
+/// Sorts by the numbers in a column, by way of zero-padded texts in the dummy column. A text that is not a number
+/// raises RuntimeError, which leaves the list unsorted and the dummy column in place.
 void SortListByNumber(ListView& list, DirectoryColumn column, SortOrder order);
 
 } // namespace qor

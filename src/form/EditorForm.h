@@ -1,5 +1,5 @@
-// The form as it lies on screen: the controls under their names, the identity of the node that it shows, the moving and
-// hiding of controls. It serves no events.
+// The form as it lies on screen: its controls by name, the identity of the node that it shows, and how controls move
+// and hide (EditorFormLayout.cpp). It handles no events.
 #pragma once
 
 #include "form/DirectoryRows.h"
@@ -28,7 +28,7 @@ struct EntryEditor
 
     /// Null for the prompt, which is edited in a combo box.
     TextBox* Text() const { return qobject_cast<TextBox*>(control); }
-    /// What the field shows now.
+    /// Sets what the field shows, without Change.
     void Fill(const QString& text) const;
 };
 
@@ -48,7 +48,7 @@ public:
     Partition PartitionShown() const { return {mConfigID, mPartitionID}; }
     NodeIdentity NodeShown() const { return {PartitionShown(), mNodeNumber}; }
 
-    /// Whether the form shows a node; without one its fields, its list, OK and Apply cannot be used.
+    /// Whether the form shows a node; without one its fields, list, OK and Apply cannot be used.
     bool ShowsNode() const { return mShowsNode; }
     void SetShowsNode(bool shown);
     /// What is known of the node on display in the database.
@@ -66,43 +66,42 @@ public:
     /// The five in-place fields, in the order of their columns.
     const std::array<EntryEditor, 5>& EntryEditors() const { return mEntryEditors; }
 
-    /// Whether entries are edited in place; the caption of cmdDirEdit, "Edit Off", is what tells it.
+    /// Whether entries are edited in place, which the caption of cmdDirEdit, "Edit Off", tells.
     bool InEditMode() const;
     void SetEditMode(bool on);
 
     /// Shows the in-place fields over the cells of a row: at the row's top, each from its column's left edge
     /// and as wide as the column. The password's field stays hidden, as its column is.
     void LayEntryEditors(int row);
-    /// Lets the in-place fields show the texts of a row, which stays as it is.
+    /// Shows the texts of a row in the in-place fields; the row stays as it is.
     void FillEntryEditors(int row);
-    /// Runs what may scroll the rows, which hides the in-place fields; where they were shown they come back over their
-    /// row, with the focus.
+    /// Runs a change that may scroll the rows and so hide the in-place fields. If they were shown they come back over
+    /// their row, and so does the focus.
     void KeepEntryEditors(const std::function<void()>& change);
-    /// Hides the five fields that are laid over a row to edit it in place.
+    /// Hides the in-place fields.
     void HideEntryEditors();
-    /// Whether any of them shows; one whose column is scrolled out sideways does not.
+    /// Whether any of them shows; one whose column is scrolled out of view does not.
     bool EntryEditorsShown() const;
 
     /// Enables cmdApply: something is changed.
     void MarkChanged() { cmdApply->setEnabled(true); }
-    /// Disables cmdApply: nothing is changed. A focus on it goes to cmdOK, not to the record selector that comes next
-    /// and would move on with an arrow key.
+    /// Disables cmdApply: nothing is changed. If it has the focus, cmdOK gets it; the toolkit would give it to the
+    /// record selector, where an arrow key moves on to another node.
     void MarkUnchanged();
 
-    /// The first control in tab order that can be used gets the focus; otherwise a form that opens gives it to its
-    /// default button.
+    /// Gives the focus to the first usable control in tab order; left alone, a form that opens gives it to its default
+    /// button.
     void FocusFirstControl();
 
     /// Shows or hides the line at the list's lower edge; the list makes room for it.
     void ShowFindLine(bool shown);
 
     void HideNavigation();
-    /// Moves what stands below the hidden navigation row up into its place and makes the form that much
-    /// shorter.
+    /// Moves everything below the hidden navigation row up into its place and makes the form that much shorter.
     void CompactLayoutWithoutNavigation();
-    /// "3 of 12", narrowed where it needs more than its label's width.
+    /// "3 of 12", narrowed if its label is not wide enough.
     void ShowPosition(const QString& position);
-    /// Enables the navigation buttons that lead anywhere from the selector's position.
+    /// Enables the navigation buttons that lead somewhere from the selector's position.
     void EnableNavigationButtons();
 
 protected:

@@ -42,7 +42,7 @@ void EditorForm::hideEvent(QHideEvent* event)
         SaveSize();
 }
 
-/// The saved size is that of the whole form, so that its list is as high with and without the navigation.
+/// The saved size includes the navigation, so that the list is as high with and without it.
 void EditorForm::RestoreSize()
 {
     const QSize saved = SavedFormSize();
@@ -87,8 +87,8 @@ void EditorForm::FollowEdges(const QSize& growth)
         MoveBy(control, 0, down);
 }
 
-/// The two names share what the form is wider than by design, before and after; columns that were dragged stay so much
-/// wider or narrower than the others.
+/// The two name columns share the width that the form has beyond its design. By how much a column was dragged wider or
+/// narrower stays.
 void EditorForm::WidenNames(int before, int after)
 {
     const auto widen = [this](DirectoryColumn column, int by) {

@@ -42,7 +42,7 @@ void FindLine::ShowCount(int position, int count)
     lblFindCount->setAccessibleName(u"Found: "_s + lblFindCount->text());
 }
 
-/// Gets what the field leaves over.
+/// Gets the keys that the field does not take.
 void FindLine::keyPressEvent(QKeyEvent* event)
 {
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;

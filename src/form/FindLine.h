@@ -1,5 +1,5 @@
-// The line at the lower edge of the directory list in which a text is looked for: a field, and which of how many rows
-// with the text is chosen. Enter, Shift+Enter and Escape in it do not reach the form's buttons.
+// The find line at the lower edge of the directory list: a field for the text, and which of how many matching rows is
+// chosen. Enter, Shift+Enter and Escape in it do not reach the form's buttons.
 #pragma once
 
 #include <QFrame>
@@ -17,7 +17,7 @@ public:
     explicit FindLine(QWidget* parent = nullptr);
 
     QString Text() const;
-    /// Puts the focus into the field and marks its text.
+    /// Puts the focus into the field and selects its text.
     void Edit();
     /// "3 of 12"
     void ShowCount(int position, int count);

@@ -5,7 +5,7 @@
 
 namespace qor {
 
-/// An empty size where none is saved.
+/// Empty when none is saved.
 QSize SavedFormSize();
 void SaveFormSize(const QSize& size);
 

@@ -11,7 +11,7 @@ namespace qor {
 namespace {
 
 constexpr int timeWithoutDialog = 1000; // ms
-constexpr int timeBetweenEvents = 100;  // ms: the dialog answers the mouse so often
+constexpr int timeBetweenEvents = 100;  // ms: how often the dialog answers the mouse
 
 void SetUp(QProgressDialog& dialog)
 {

@@ -1,4 +1,4 @@
-// The earlier versions of a directory node, to choose one from.
+// Lets the administrator choose an earlier version of a directory node.
 #pragma once
 
 #include <optional>
@@ -13,10 +13,10 @@ class VersionsDialog : public QDialog
 {
     Q_OBJECT
 public:
-    /// versions: for each one, the youngest first, what it says under Saved, By, Entries and Changes.
+    /// versions: the texts under Saved, By, Entries and Changes of each, the newest first.
     VersionsDialog(const QString& node, const QList<QStringList>& versions, QWidget* parent);
 
-    /// The position of the version that was chosen to be restored; nothing when none was.
+    /// The position of the version to restore; nothing when none was chosen.
     std::optional<int> Choose();
 
 private:

@@ -19,7 +19,7 @@ namespace qor {
 
 namespace {
 
-/// Nothing for a text without a row that has the three columns.
+/// Nothing when no row of the text has the three columns.
 std::optional<ListReport> ReadText(const QString& text, IncomingRows& rows)
 {
     TabularReader reader(text);
@@ -105,7 +105,7 @@ void DirectoryClipboard::Paste()
     });
 }
 
-/// Rows that only change their place are not checked: a name that could not be typed would be lost on the way.
+/// Rows that only move are not checked: a name that could not be typed would be lost on the way.
 ListReport DirectoryClipboard::ReadCut(IncomingRows& rows) const
 {
     ListReport report;
@@ -118,7 +118,7 @@ ListReport DirectoryClipboard::ReadCut(IncomingRows& rows) const
     return report;
 }
 
-/// An entry that stands in the list, because it was pasted before or the cut was undone, is a new one this time.
+/// An entry that is in the list, because it was pasted before or the cut was undone, is a new one this time.
 std::vector<DirectoryEntry> DirectoryClipboard::EntriesCut() const
 {
     const std::vector<DirectoryEntry> present = EntriesOf(LVDirectory);

@@ -1,4 +1,4 @@
-// Rows of the directory list over the clipboard, as spreadsheets exchange them.
+// Copies, cuts and pastes rows of the directory list, in the form in which spreadsheets exchange them.
 #pragma once
 
 #include "rules/DirectoryNode.h"
@@ -15,7 +15,7 @@ class IncomingRows;
 class ListView;
 struct ListReport;
 
-/// While entries are edited in place none of its procedures does anything: the clipboard is the fields' then.
+/// While entries are edited in place, none of its procedures does anything: the clipboard then belongs to the fields.
 class DirectoryClipboard
 {
 public:
@@ -24,15 +24,15 @@ public:
     bool CanCopy() const;
     bool CanPaste() const;
 
-    /// Both put the selected rows there. Without a selected row the clipboard stays as it is.
+    /// Both put the selected rows on the clipboard; without a selected row it stays as it is.
     void Copy();
     void Cut();
-    /// Puts the entries before the one selected row; without exactly one at the end. They are new entries, but for
-    /// those that were cut here.
+    /// Inserts the entries before the one selected row, or at the end if not exactly one is selected. They become new
+    /// entries, except for those that were cut here.
     void Paste();
 
 private:
-    /// What was cut last, to be known again by its text: passwords do not go to the clipboard.
+    /// What was cut last, to be recognised by its text: passwords do not go to the clipboard.
     struct CutRows
     {
         QString text;

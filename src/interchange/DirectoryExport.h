@@ -1,4 +1,4 @@
-// The directory list into a CSV file.
+// Writes the directory list to a CSV file.
 #pragma once
 
 #include <vector>
@@ -14,8 +14,8 @@ class DirectoryExport
 public:
     explicit DirectoryExport(EditorForm& form) : mForm(form) {}
 
-    /// Asks for a file and writes the list into it; rows that cannot be written are painted red and told
-    /// once. A file that was there is left as it was when the new one cannot be written.
+    /// Asks for a file and writes the list to it; rows that cannot be written are painted red, which is told once. An
+    /// older file stays as it was if the new one cannot be written.
     void cmdDirSaveList_Click();
 
 private:

@@ -16,7 +16,7 @@ namespace qor {
 
 namespace {
 
-/// Anything but a file, a pipe for one, may never end.
+/// Regular files only: a pipe, for one, may never end.
 bool OpenList(QFile& file)
 {
     return QFileInfo(file.fileName()).isFile() && file.open(QIODevice::ReadOnly);
@@ -66,7 +66,7 @@ void DirectoryImport::Import(const QString& fileName)
     }
 }
 
-/// Asks about a file that looks like a table; a plain one is not asked about. Nothing when the import is called off.
+/// Asks how to read a file that looks like a table; a plain one is not asked about. Nothing when the answer is Cancel.
 std::optional<DirectoryImport::Reading> DirectoryImport::AskForReading(const QString& fileName)
 {
     QFile file(fileName);
@@ -82,7 +82,7 @@ std::optional<DirectoryImport::Reading> DirectoryImport::AskForReading(const QSt
     return answer == MsgBoxAnswer::Yes ? Reading{layout} : Reading();
 }
 
-/// One step; it ends before people read the report. Nothing when the import is called off.
+/// The step ends before the report comes up. Nothing when the import is cancelled.
 std::optional<ListReport> DirectoryImport::TakeEntries(const QString& fileName, const Reading& reading)
 {
     const History::Step step(mHistory, u"Import"_s);
@@ -93,7 +93,7 @@ std::optional<ListReport> DirectoryImport::TakeEntries(const QString& fileName, 
     return report;
 }
 
-/// Asks whether the rows in the list make way; false when the import is called off.
+/// Asks whether to overwrite the rows in the list; false when the answer is Cancel.
 bool DirectoryImport::PrepareList()
 {
     ListItems& items = mForm.LVDirectory->Items();

@@ -1,4 +1,4 @@
-// A CSV file into the directory list, with a report of the entries that were rejected.
+// Reads a CSV file into the directory list and reports the entries that were rejected.
 #pragma once
 
 #include "rules/EntryList.h"
@@ -19,7 +19,7 @@ public:
 
     void cmdOpenCSVFilename_Click();
 
-    /// Imports what the last import refused, out of the file that it left.
+    /// Imports what the last import refused, from the file that it left.
     void ImportRejected();
     static bool CanImportRejected();
 

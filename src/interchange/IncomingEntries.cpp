@@ -16,7 +16,7 @@ namespace {
 
 const QString lineBreak = u"\r\n"_s;
 
-/// The report replaces the one before it in one step. Failing to write it is not told.
+/// The report replaces the one before it in one step. Failing is silent.
 void WriteReportFile(const QString& errorList)
 {
     const QString record = ShortDateText(QDate::currentDate()) + lineBreak + u"============================"_s +

@@ -9,26 +9,26 @@
 
 namespace qor {
 
-/// Entries that become rows, numbered behind those in the list. An entry without a prompt is a new one: it gets the
-/// next free prompt and the password that all begin with.
+/// Makes rows of entries, numbered after those in the list. An entry without a prompt is a new one: it gets the next
+/// free prompt and the password that all begin with.
 class IncomingRows
 {
 public:
     IncomingRows(EditorForm& form, BusinessRules& rules);
 
-    /// Takes the sound entries of a source.
+    /// Takes the sound entries from a source.
     ListReport Read(const EntrySource& source);
-    /// And of a file, by the plain rule or as a table.
+    /// The same from a file, read by the plain rule or as a table.
     ListReport Read(QIODevice& device, const std::optional<TableLayout>& table);
     void Add(DirectoryEntry entry);
-    /// The list and these rows together are as many as a directory may hold.
+    /// Whether the list and these rows together are as many as a directory may hold.
     bool IsFull() const { return mNumber == highestEntryCount; }
     int Count() const { return static_cast<int>(mRows.size()); }
     std::vector<ListRow> Take() { return std::move(mRows); }
 
 private:
     NewRowPrompts mPrompts;
-    int mNumber; ///< of the row before
+    int mNumber; ///< of the last row so far
     std::vector<ListRow> mRows;
 };
 
@@ -47,7 +47,7 @@ private:
     LongOperation mRunning;
 };
 
-/// Says what was rejected or left out. The list of the rejected goes into a file as well.
+/// Tells what was rejected or left out. The list of rejected entries goes into a file as well.
 void TellReport(const ListReport& report);
 
 } // namespace qor

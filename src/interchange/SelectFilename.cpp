@@ -38,8 +38,7 @@ bool IsCsv(const QString& fileName)
     return QFileInfo(fileName).suffix().toUpper() == u"CSV"_s;
 }
 
-/// The dialog asked about the name as it was typed; a name that got its ending afterwards is asked about
-/// here.
+/// The dialog has asked about the name as it was typed; a name that got its ending after that is asked about here.
 bool MayReplace(const QString& fileName)
 {
     return !QFileInfo::exists(fileName) ||

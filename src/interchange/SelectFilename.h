@@ -7,8 +7,8 @@ namespace qor {
 
 class EditorForm;
 
-/// True and the absolute path in fileName when a file was chosen. A file that is not called *.csv is chosen
-/// all the same, after a notice. False after an error, which is reported.
+/// True, with the absolute path in fileName, when a file was chosen. One that is not called *.csv is taken all the
+/// same, after a notice. False after an error, which is reported.
 bool SelectOpenFilename(const EditorForm& form, QString& fileName);
 
 /// The same for saving; a name that does not end in ".csv" gets that ending.

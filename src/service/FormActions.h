@@ -1,4 +1,4 @@
-// What the form does on keys and in the list's context menu beside what its controls do themselves.
+// The form's own keys, and its context menus.
 #pragma once
 
 #include "platform/runtime/Text.h"
@@ -19,24 +19,24 @@ struct FormAction
 {
     QString text = {}; ///< in the menu; empty for a key alone
     QList<QKeySequence> keys;
-    QList<QWidget*> where; ///< where the keys work; a text field keeps those that it needs itself
+    QList<QWidget*> where; ///< where the keys work; a text field keeps those that it uses itself
     std::function<void()> run;
-    std::function<bool()> isUseful = {};       ///< whether it does anything now; always where there is none
-    std::function<QString()> currentText = {}; ///< what the menu says now, where that changes
+    std::function<bool()> isUseful = {};       ///< whether it would do anything now; empty for always
+    std::function<QString()> currentText = {}; ///< what the menu says now, if that changes
     bool listHandlesKey = false;               ///< the key is the list's own; the menu only shows it
 };
 
-/// Keeps the actions for the life of the form. Nothing is done while what they are for is disabled.
+/// Keeps the actions for the life of the form. They do nothing while the directory is disabled.
 class FormActions : public QObject
 {
     Q_OBJECT
 public:
-    /// menu: the name of the menu's window.
+    /// menu: the menu's object name.
     FormActions(QWidget& form, const QWidget& directory, QString menu);
 
     void Add(FormAction action);
-    /// Shows those that have a text; what does nothing now is disabled there. A key that does nothing is taken all the
-    /// same, so that it does not reach the list.
+    /// Shows those that have a text, disabled if they would do nothing. Their keys are taken even then, so that the
+    /// list does not act on them.
     void ShowMenu(const QPoint& position);
 
 private:

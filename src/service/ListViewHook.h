@@ -5,9 +5,9 @@
 
 namespace qor {
 
-/// Hides the in-place fields when the list of the loaded form scrolls or a click reaches its column headers,
-/// so that they never stand over another row; then hands every message of that list on to the procedure it
-/// replaced. A message for any other window is answered with 0.
+/// Hides the in-place fields when the list of the loaded form scrolls or its column headers are clicked, so that they
+/// never lie over another row; then hands every message of that list on to the procedure that it replaced. The answer
+/// to a message for any other window is 0.
 MessageResult ListViewWindowProc(WindowHandle window, quint32 message, quintptr wParam, qintptr lParam);
 
 } // namespace qor

@@ -36,7 +36,7 @@ frmDIR::Handlers::Handlers(EditorForm& form)
 {
 }
 
-/// Hidden first: what that raises finds its handlers.
+/// Hides first, so that the events which that raises find their handlers.
 frmDIR::~frmDIR()
 {
     hide();
@@ -160,7 +160,7 @@ void frmDIR::Form_Unload(bool& cancel)
         cancel = true;
         return;
     }
-    MarkUnchanged(); // what a field does when it loses the focus with the form keeps no draft any more
+    MarkUnchanged(); // so that a field which loses the focus with the form keeps no draft any more
     Module().OldListViewProc = SetWindowLongA(LVDirectory->Handle(), GWL_WNDPROC, Module().OldListViewProc);
 }
 

@@ -1,4 +1,5 @@
-// The editor's form: its life from load to unload, and which handler serves which event. It contains no rule.
+// The editor's form: its life from load to unload, which handler serves which event, and what keys and menus do
+// (frmDIRActions.cpp). It contains no rule.
 #pragma once
 
 #include "editor/BusinessRules.h"
