@@ -95,7 +95,8 @@ void DirectoryListEvents::LVDirectory_ColumnClick(int column)
             break;
         case DirectoryColumn::Extension:
         case DirectoryColumn::Prompt:
-            SortByNumber(column);
+            // Descending at every click: the list is then sorted by the dummy column, never by this one.
+            SortListByNumber(LVDirectory, static_cast<DirectoryColumn>(column));
             break;
         case DirectoryColumn::RowNumber:
         case DirectoryColumn::SortKey:
@@ -112,15 +113,6 @@ void DirectoryListEvents::SortByText(int column)
     items.SetOrder(order);
     items.SetSortKey(column);
     items.SetSorted(true);
-}
-
-void DirectoryListEvents::SortByNumber(int column)
-{
-    // A numeric sort leaves its key on the dummy column, so a second click finds the list sorted by another
-    // key and sorts descending again.
-    const ListItems& items = LVDirectory.Items();
-    const auto order = IsSortedBy(items, column) ? Flipped(items.Order()) : SortOrder::Descending;
-    SortListByNumber(LVDirectory, static_cast<DirectoryColumn>(column), order);
 }
 
 void DirectoryListEvents::LVDirectory_KeyPress(int character)

@@ -33,7 +33,6 @@ public:
 private:
     QString NoteOn(int row) const;
     void SortByText(int column);
-    void SortByNumber(int column);
 
     EditorForm& mForm;
     History& mHistory;

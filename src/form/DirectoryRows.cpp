@@ -135,7 +135,7 @@ void ForgetSort(ListView& list)
     DropSortColumn(list);
 }
 
-void SortListByNumber(ListView& list, DirectoryColumn column, SortOrder order)
+void SortListByNumber(ListView& list, DirectoryColumn column)
 {
     constexpr int sortKey = static_cast<int>(DirectoryColumn::SortKey);
     ListItems& items = list.Items();
@@ -145,7 +145,7 @@ void SortListByNumber(ListView& list, DirectoryColumn column, SortOrder order)
     for (int row = 0; row < items.RowCount(); ++row)
         items.SetText(row, sortKey, ZeroPaddedNumber(NumberIn(items, row, column)));
     items.SetSortKey(sortKey);
-    items.SetOrder(order);
+    items.SetOrder(SortOrder::Descending);
     items.SetSorted(true);
 }
 

@@ -56,8 +56,8 @@ int GetSelectedCount(const ListView& list);
 /// Deselects every row from `first` to the last.
 void ClearSelectionFrom(ListView& list, int first);
 
-/// Sorts by the numbers in a column, by way of zero-padded texts in the dummy column. A text that is not a number
-/// raises RuntimeError, which leaves the list unsorted and the dummy column in place.
-void SortListByNumber(ListView& list, DirectoryColumn column, SortOrder order);
+/// Sorts by the numbers in a column, the highest first, by way of zero-padded texts in the dummy column. A text that is
+/// not a number raises RuntimeError, which leaves the list unsorted and the dummy column in place.
+void SortListByNumber(ListView& list, DirectoryColumn column);
 
 } // namespace qor
