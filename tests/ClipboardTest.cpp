@@ -1,65 +1,41 @@
 // Entries over the clipboard: the text that spreadsheets exchange, and copy, cut and paste in the directory list.
-#include "interchange/DirectoryClipboard.h"
 #include "rules/TabularText.h"
-#include "service/frmDIR.h"
 #include "store/KELDARPlusFilesAndFolders.h"
-#include "support/BoxScript.h"
 #include "support/Cases.h"
+#include "support/Editor.h"
 #include "support/SampleDatabase.h"
 
 #include <QClipboard>
 #include <QDir>
+#include <QGuiApplication>
 
 using namespace qor;
 
 namespace {
 
-/// The editor on a directory that has these last names. The prompts count from 5.
-struct Directory
+/// "0,2" selects these rows, "=text" goes to the clipboard, other steps are keys.
+void Do(Editor& editor, const QString& step)
 {
-    explicit Directory(const QString& names)
-    {
-        form.Load();
-        form.SetConfigID(1);
-        form.SetPartitionID(1);
-        ResetDirectoryListView(*form.LVDirectory);
-        rules.LoadPromptMSGNodeNumber(form);
-        for (const QString& name : names.split(u',', Qt::SkipEmptyParts))
-            items.Append({EntryRow(items.RowCount() + 1,
-                                   {name, u"Y"_s, u"1"_s, QString::number(items.RowCount() + 5), u"!"_s})});
-        form.MarkUnchanged();
+    if (step.startsWith(u'='))
+        return QGuiApplication::clipboard()->setText(step.sliced(1));
+    if (!step.front().isDigit()) {
+        editor.ListKeys(step.toLatin1().constData());
+        return;
     }
-    /// "0,2" selects these rows, "=text" goes to the clipboard.
-    void Do(const QString& step)
-    {
-        if (step.startsWith(u'c'))
-            return step == u"cut"_s ? clipboard.Cut() : clipboard.Copy();
-        if (step == u"edit"_s || step == u"paste"_s)
-            return step == u"edit"_s ? commands.cmdDirEdit_Click() : clipboard.Paste();
-        if (step.startsWith(u'='))
-            return QGuiApplication::clipboard()->setText(step.sliced(1));
-        for (const QString& row : step.split(u','))
-            form.LVDirectory->SetSelected(row.toInt(), true);
-    }
-    /// "1aA5!* 2aB6": key, last name, prompt, a password that no new entry has, * where it is selected; the last three
-    /// rows.
-    QString Rows() const
-    {
-        QString rows;
-        for (int row = qMax(0, items.RowCount() - 3); row < items.RowCount(); ++row)
-            rows += items.Key(row) + items.Text(row, 1) + items.Text(row, 4) + items.Text(row, 5).remove(u'1') +
-                    (form.LVDirectory->IsSelected(row) ? u"* "_s : u" "_s);
-        return rows.trimmed();
-    }
+    for (const QString& row : step.split(u','))
+        editor.ClickRow(row.toInt(), row == step.section(u',', 0, 0) ? Qt::NoModifier : Qt::ControlModifier);
+}
 
-    frmDIR form;
-    ListItems& items = form.LVDirectory->Items();
-    BusinessRules rules;
-    History history{form};
-    DirectoryListEvents events{form, history};
-    EntryCommands commands{form, rules, events, history};
-    DirectoryClipboard clipboard{form, rules, commands, history};
-};
+/// "1A5!* 2B6": number, last name, prompt, a password that no new entry has, * where it is selected; the last three
+/// rows.
+QString LastRows(const Editor& editor)
+{
+    QStringList rows;
+    for (int row = qMax(0, editor.RowCount() - 3); row < editor.RowCount(); ++row)
+        rows << editor.Cell(row, 0) + editor.Cell(row, 1) + editor.Cell(row, 4) + editor.Cell(row, 5).remove(u'1') +
+                    (editor.Selected().contains(row) ? u"*"_s : QString());
+    return rows.join(u' ');
+}
 
 } // namespace
 
@@ -99,48 +75,52 @@ private Q_SLOTS:
     // Names and steps; the rows, what can be undone and the box's text.
     void clipboard_data()
     {
-        const QString two = u" =C\tCy\t1\nD\tDi\t2 paste"_s;
+        const QString two = u" =C\tCy\t1\nD\tDi\t2 Ctrl+V"_s;
         const QString undoOne = u"|Undo Paste 1 Entry"_s;
         const QString undo = u"|Undo Paste 2 Entries"_s;
         const QString head = u"CSV File format: (LastName,FirstName,Extension)\n\nERROR IN FOLLOWING ENTRIES:\n"_s;
         const QString fault = u"|"_s + head + u"(1,B,x) :\n     Invalid LastName\n     Invalid Extension\n"_s;
         const QString full = u"|Limited to 500 names in Directory list "_s;
-        const QString none =
-            u"|Undo|The clipboard holds no entries. Copy rows with LastName, FirstName and Extension."_s;
-        AddCases(
-            {{"empty list", two, u"1aC13* 2aD27*"_s + undo},
-             {"one selected", u"A,B 0"_s + two, u"4aD27* 1aA5! 2aB6!"_s + undo},
-             {"refused", u"A,B 0,1 =1\tB\tx\nC\tCy\t1 paste"_s, u"1aA5! 2aB6! 3aC13*"_s + undoOne + fault},
-             {"nothing usable", u"A =C\tCy\nD paste"_s, u"1aA5!"_s + none},
-             {"up to the limit", u"A,"_s.repeated(499) + two, u"498aA502! 499aA503! 500aC13*"_s + undoOne + full},
-             {"at the limit", u"A,"_s.repeated(500) + two, u"498aA502! 499aA503! 500aA504!|Undo"_s + full},
-             {"copied", u"A,B,C 2,0 copy paste"_s, u"3aC7! 4aA13* 5aC27*"_s + undo},
-             {"cut", u"A,B,C,D 0,2 cut"_s, u"1aB6!* 2aD8!|Undo Cut 2 Entries"_s},
-             {"cut and pasted twice", u"A,B 0 cut paste paste"_s, u"3aA13* 2aA5! 1aB6!"_s + undoOne},
-             {"cut, then changed", u"A,B 0 cut =A\tY\t1\t5 paste"_s, u"2aA13* 1aB6!"_s + undoOne},
-             {"edit mode", u"A,B 1 =C\tCy\t1 edit copy cut paste edit paste"_s, u"1aA5! 3aC13* 2aB6!"_s + undoOne}});
+        const QString none = u"||The clipboard holds no entries. Copy rows with LastName, FirstName and Extension."_s;
+        AddCases({{"empty list", two, u"1C13* 2D27*"_s + undo},
+                  {"one selected", u"A,B 0"_s + two, u"4D27* 1A5! 2B6!"_s + undo},
+                  {"refused", u"A,B 0,1 =1\tB\tx\nC\tCy\t1 Ctrl+V"_s, u"1A5! 2B6! 3C13*"_s + undoOne + fault},
+                  {"nothing usable", u"A =C\tCy\nD Ctrl+V"_s, u"1A5!"_s + none},
+                  {"up to the limit", u"A,"_s.repeated(499) + two, u"498A502! 499A503! 500C13*"_s + undoOne + full},
+                  {"at the limit", u"A,"_s.repeated(500) + two, u"498A502! 499A503! 500A504!|"_s + full},
+                  {"copied", u"A,B,C 2,0 Ctrl+C Ctrl+V"_s, u"3C7! 4A13* 5C27*"_s + undo},
+                  {"cut", u"A,B,C,D 0,2 Ctrl+X"_s, u"1B6!* 2D8!|Undo Cut 2 Entries"_s},
+                  {"cut and pasted twice", u"A,B 0 Ctrl+X Ctrl+V Ctrl+V"_s, u"3A13* 2A5! 1B6!"_s + undoOne},
+                  {"cut, then changed", u"A,B 0 Ctrl+X =A\tY\t1\t5 Ctrl+V"_s, u"2A13* 1B6!"_s + undoOne},
+                  {"edit mode", u"A,B 1 =C\tCy\t1 Alt+E Ctrl+C Ctrl+X Ctrl+V Alt+E Ctrl+V"_s,
+                   u"1A5! 3C13* 2B6!"_s + undoOne}});
     }
     void clipboard()
     {
         QFETCH(QString, given);
         QFETCH(QString, expected);
         QDir(GetMiscFolder()).removeRecursively();
-        Directory directory(given.section(u' ', 0, 0));
-        const std::vector<ListRow> before = directory.items.Rows();
-        BoxScript boxes;
-        const QString text = expected.section(u'|', 2);
-        const bool refused = text.startsWith(u"CSV");
-        if (!text.isEmpty())
-            boxes.Expect(refused ? ExpectedBox{text, u"Error"_s, QMessageBox::Warning} : Notice(text));
-        for (const QString& step : given.split(u' ').sliced(1))
-            directory.Do(step);
-        QCOMPARE(directory.Rows() + u'|' + directory.history.UndoText(), expected.section(u'|', 0, 1));
-        QCOMPARE(directory.form.cmdApply->isEnabled(), directory.history.CanUndo());
-        QCOMPARE(QFile::exists(GetMiscFolder() + u"DIRNodeError.txt"_s), refused);
-        QVERIFY(!QGuiApplication::clipboard()->text().contains(u'!'));
-        while (directory.history.CanUndo())
-            directory.history.Undo();
-        QVERIFY(directory.items.Rows() == before);
+        QStringList entries = given.section(u' ', 0, 0).split(u',', Qt::SkipEmptyParts);
+        for (int i = 0; i < entries.size(); ++i)
+            entries[i] += u"|Y|1|%1|!"_s.arg(5 + i);
+        mSample.SetEntries(12, entries);
+        Editor::Open(1, 1, 12, [&](Editor& editor) {
+            const QStringList before = editor.Rows();
+            const QString text = expected.section(u'|', 2);
+            const bool refused = text.startsWith(u"CSV");
+            if (!text.isEmpty())
+                editor.Expect(refused ? ExpectedBox{text, u"Error"_s, QMessageBox::Warning} : Notice(text));
+            for (const QString& step : given.split(u' ').sliced(1))
+                Do(editor, step);
+            QCOMPARE(editor.Expected().IsDirty(), expected.contains(u"|Undo "_s));
+            QCOMPARE(LastRows(editor), expected.section(u'|', 0, 0));
+            QCOMPARE(QFile::exists(GetMiscFolder() + u"DIRNodeError.txt"_s), refused);
+            QVERIFY(!QGuiApplication::clipboard()->text().contains(u'!'));
+            const int after = editor.RowCount();
+            if (editor.IsDirty())
+                QVERIFY(editor.ChooseInMenu(expected.section(u'|', 1, 1)).RowCount() != after);
+            QCOMPARE(editor.ListKeys("Ctrl+Z").ListKeys("Ctrl+Z").ListKeys("Ctrl+Z").Rows(), before);
+        });
     }
 };
 

@@ -340,7 +340,8 @@ private Q_SLOTS:
                      answer);
         }
         // As the host's leaving ends it.
-        QTimer::singleShot(10, [] { qobject_cast<QDialog*>(QApplication::activeModalWidget())->done(0); });
+        BoxScript leaving;
+        leaving.Expect(ExpectedDialog{u"*"_s, [](QDialog& box) { box.done(0); }});
         QCOMPARE(MsgBox(text, MsgBoxStyle::YesNoCancel, u"Title"_s), MsgBoxAnswer::Cancel);
     }
 };

@@ -5,18 +5,22 @@
 #include "editor/History.h"
 #include "form/DirectoryRows.h"
 #include "form/ModuleState.h"
+#include "platform/shell/SavedSettings.h"
 #include "platform/ui/ListItems.h"
 #include "platform/ui/MsgBox.h"
 #include "platform/ui/Screen.h"
-#include "rules/Validation.h"
 #include "support/BareForm.h"
 #include "support/BoxScript.h"
 #include "support/Cases.h"
 #include "support/SampleDatabase.h"
 
 #include <QAccessible>
+#include <QHelpEvent>
 #include <QScopeGuard>
+#include <QSettings>
 #include <QSqlDatabase>
+#include <QTemporaryDir>
+#include <QToolTip>
 
 using namespace qor;
 
@@ -106,13 +110,6 @@ private Q_SLOTS:
                 }
             }
         }
-    }
-
-    void fieldsTakeAsMuchAsTheRulesSay()
-    {
-        const BareForm form;
-        QCOMPARE(qsizetype{form.txtDescription->maxLength()}, highestLabelLength);
-        QCOMPARE(qsizetype{form.txtAccessCode->maxLength()}, highestAccessCodeLength);
     }
 
     void nothingIsClipped()
@@ -257,6 +254,39 @@ private Q_SLOTS:
         QCOMPARE(form.cmbMSGNodeNumber->ListCount(), 250);
         QCOMPARE(rules.GetNextAvailableMSGNODENUMBER(form, false), qint16{0});
         QVERIFY(std::exchange(Module().PendingMessage, {}).startsWith(u"Please check the \"Max Number"_s));
+    }
+
+    void sizesComeBack()
+    {
+        const QTemporaryDir folder;
+        QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, folder.path());
+        const auto use = [](bool isNewNode, const QSize& size = {}) {
+            BareForm form;
+            if (isNewNode)
+                form.CompactLayoutWithoutNavigation();
+            form.show();
+            const QString opened = u"%1x%2+%3 "_s.arg(form.width()).arg(form.height()).arg(form.LVDirectory->height());
+            form.resize(size.isValid() ? size : form.size());
+            form.hide();
+            return opened + GetSetting(u"KELDAR+"_s, u"DIREditor"_s, u"FormSize"_s);
+        };
+        QCOMPARE(use(false), u"465x487+225 "_s);
+        QCOMPARE(use(true), u"465x455+225 "_s);
+        QCOMPARE(use(false, {600, 700}), u"465x487+225 600x700"_s);
+        QCOMPARE(use(true, {500, 668}), u"600x668+438 500x700"_s);
+        SaveSetting(u"KELDAR+"_s, u"DIREditor"_s, u"FormSize"_s, u"1x9999"_s);
+        QVERIFY(use(false).startsWith(u"465x%1+"_s.arg(QGuiApplication::primaryScreen()->availableSize().height())));
+    }
+
+    void cutTexts()
+    {
+        BareForm form;
+        form.txtDescription->Fill(u"W"_s.repeated(30));
+        QHelpEvent hover(QEvent::ToolTip, {5, 5}, {5, 5});
+        QCoreApplication::sendEvent(form.txtDescription, &hover);
+        QCOMPARE(QToolTip::text(), form.txtDescription->text());
+        form.ShowPosition(u"1150 of 1200"_s);
+        QVERIFY(form.lblRecordPosition->sizeHint().width() <= form.lblRecordPosition->width());
     }
 
     void coloursCanBeRead()
