@@ -13,9 +13,8 @@ namespace qor {
 void DirectoryExport::cmdDirSaveList_Click()
 {
     try {
-        QString fileName;
-        if (SelectSaveFilename(mForm, fileName))
-            Save(fileName);
+        if (const auto fileName = SelectSaveFilename(mForm))
+            Save(*fileName);
     } catch (...) {
         const QString description = CurrentRuntimeError().Description();
         mForm.StatusBar1->SetPanelText(QString());

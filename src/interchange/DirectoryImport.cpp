@@ -33,9 +33,8 @@ void DirectoryImport::cmdOpenCSVFilename_Click()
 {
     ReportErrors(u"cmdOpenCSVFilename_Click"_s, [&] {
         mEntryCommands.LeaveEditMode();
-        QString fileName;
-        if (SelectOpenFilename(mForm, fileName))
-            Import(fileName);
+        if (const auto fileName = SelectOpenFilename(mForm))
+            Import(*fileName);
         else
             mForm.MarkChanged();
     });

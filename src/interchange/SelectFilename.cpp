@@ -48,33 +48,27 @@ bool MayReplace(const QString& fileName)
 
 } // namespace
 
-bool SelectOpenFilename(const EditorForm& form, QString& fileName)
+std::optional<QString> SelectOpenFilename(const EditorForm& form)
 {
     return ReportErrors(u"[SelectOpenFilename]"_s, [&] {
-        const auto chosen = ChooseFile(RequestFor(form, u"Open"_s, OFN_FILEMUSTEXIST));
-        if (!chosen)
-            return false;
-        fileName = *chosen;
-        if (!IsCsv(fileName))
+        auto chosen = ChooseFile(RequestFor(form, u"Open"_s, OFN_FILEMUSTEXIST));
+        if (chosen && !IsCsv(*chosen))
             MsgBox(u"Please select a csv file"_s, MsgBoxStyle::Information, u"Information"_s);
-        return true;
+        return chosen;
     });
 }
 
-bool SelectSaveFilename(const EditorForm& form, QString& fileName)
+std::optional<QString> SelectSaveFilename(const EditorForm& form)
 {
     return ReportErrors(u"[SelectSaveFilename]"_s, [&] {
         FileDialogRequest request = RequestFor(form, u"Save"_s, OFN_OVERWRITEPROMPT);
         request.save = true;
         request.defaultExtension = u"csv"_s;
-        const auto chosen = ChooseFile(request);
-        if (!chosen)
-            return false;
-        fileName = *chosen;
-        if (IsCsv(fileName))
-            return true;
-        fileName += u".csv"_s;
-        return MayReplace(fileName);
+        auto chosen = ChooseFile(request);
+        if (!chosen || IsCsv(*chosen))
+            return chosen;
+        *chosen += u".csv"_s;
+        return MayReplace(*chosen) ? chosen : std::nullopt;
     });
 }
 

@@ -3,15 +3,17 @@
 
 #include "platform/runtime/Text.h"
 
+#include <optional>
+
 namespace qor {
 
 class EditorForm;
 
-/// True, with the absolute path in fileName, when a file was chosen. One that is not called *.csv is taken all the
-/// same, after a notice. False after an error, which is reported.
-bool SelectOpenFilename(const EditorForm& form, QString& fileName);
+/// The absolute path of the chosen file, which is taken after a notice if it is not called *.csv. Nothing when no file
+/// was chosen, or after an error, which is reported.
+std::optional<QString> SelectOpenFilename(const EditorForm& form);
 
 /// The same for saving; a name that does not end in ".csv" gets that ending.
-bool SelectSaveFilename(const EditorForm& form, QString& fileName);
+std::optional<QString> SelectSaveFilename(const EditorForm& form);
 
 } // namespace qor

@@ -160,17 +160,4 @@ VARIANT CallByName(IDispatch& object, const QString& method, std::initializer_li
     return result;
 }
 
-HRESULT TextIn(const DISPPARAMS& arguments, std::uint32_t position, QString& text, std::uint32_t* badArgument)
-{
-    const std::uint32_t stored = arguments.cArgs - 1 - position;
-    const VARIANT& variant = arguments.rgvarg[stored];
-    if (variant.vt != VT_BSTR) {
-        if (badArgument)
-            *badArgument = stored;
-        return DISP_E_TYPEMISMATCH;
-    }
-    text = variant.bstrVal ? QString::fromUtf16(variant.bstrVal) : QString();
-    return S_OK;
-}
-
 } // namespace qor

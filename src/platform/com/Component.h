@@ -33,7 +33,4 @@ bool BooleanIn(const VARIANT& result);
 /// RuntimeError when the object does not know the method or refuses the call.
 VARIANT CallByName(IDispatch& object, const QString& method, std::initializer_list<VARIANT> arguments);
 
-/// The text in argument `position` (from 0) of a late-bound call; DISP_E_TYPEMISMATCH for another type.
-HRESULT TextIn(const DISPPARAMS& arguments, std::uint32_t position, QString& text, std::uint32_t* badArgument);
-
 } // namespace qor

@@ -5,6 +5,23 @@
 
 namespace qor {
 
+namespace {
+
+/// What converting an argument came to. Where it failed, the caller learns the position in its own array.
+HRESULT Outcome(HRESULT problem, std::uint32_t stored, std::uint32_t* badArgument)
+{
+    if (problem != S_OK && badArgument)
+        *badArgument = stored;
+    return problem;
+}
+
+std::uint32_t StoredPosition(const DISPPARAMS& arguments, std::uint32_t position)
+{
+    return arguments.cArgs - 1 - position;
+}
+
+} // namespace
+
 HRESULT FindMember(std::span<const DispatchMember> members, OLECHAR** names, std::uint32_t count, DISPID* ids)
 {
     if (!names || !ids)
@@ -37,22 +54,25 @@ HRESULT CheckCall(std::span<const DispatchMember> members, DISPID id, std::uint1
 HRESULT Int16Argument(const DISPPARAMS& arguments, std::uint32_t position, std::int16_t& value,
                       std::uint32_t* badArgument)
 {
-    const std::uint32_t stored = arguments.cArgs - 1 - position;
+    const std::uint32_t stored = StoredPosition(arguments, position);
     const VARIANT& variant = arguments.rgvarg[stored];
-    HRESULT problem = S_OK;
-    if (variant.vt == VT_I2) {
-        value = variant.iVal;
-    } else if (variant.vt == VT_I4) {
-        using Limits = std::numeric_limits<std::int16_t>;
-        const bool fits = variant.lVal >= Limits::min() && variant.lVal <= Limits::max();
-        problem = fits ? S_OK : DISP_E_OVERFLOW;
-        value = static_cast<std::int16_t>(fits ? variant.lVal : 0);
-    } else {
-        problem = DISP_E_TYPEMISMATCH;
-    }
-    if (problem != S_OK && badArgument)
-        *badArgument = stored;
-    return problem;
+    if (variant.vt != VT_I2 && variant.vt != VT_I4)
+        return Outcome(DISP_E_TYPEMISMATCH, stored, badArgument);
+    using Limits = std::numeric_limits<std::int16_t>;
+    const std::int32_t given = variant.vt == VT_I2 ? variant.iVal : variant.lVal;
+    const bool fits = given >= Limits::min() && given <= Limits::max();
+    value = static_cast<std::int16_t>(fits ? given : 0);
+    return Outcome(fits ? S_OK : DISP_E_OVERFLOW, stored, badArgument);
+}
+
+HRESULT TextIn(const DISPPARAMS& arguments, std::uint32_t position, QString& text, std::uint32_t* badArgument)
+{
+    const std::uint32_t stored = StoredPosition(arguments, position);
+    const VARIANT& variant = arguments.rgvarg[stored];
+    if (variant.vt != VT_BSTR)
+        return Outcome(DISP_E_TYPEMISMATCH, stored, badArgument);
+    text = variant.bstrVal ? QString::fromUtf16(variant.bstrVal) : QString();
+    return S_OK;
 }
 
 } // namespace qor

@@ -22,11 +22,12 @@ HRESULT FindMember(std::span<const DispatchMember> members, OLECHAR** names, std
 /// Checks a call against the table: DISP_E_MEMBERNOTFOUND, DISP_E_NONAMEDARGS, DISP_E_BADPARAMCOUNT or S_OK.
 HRESULT CheckCall(std::span<const DispatchMember> members, DISPID id, std::uint16_t flags, const DISPPARAMS* arguments);
 
-/// Argument `position` (from 0, in the order of declaration) of a checked call as a 16-bit integer; an
-/// integer that does not fit is DISP_E_OVERFLOW, any other type DISP_E_TYPEMISMATCH. The position in the
-/// caller's array goes to *badArgument when it is not null.
+/// Argument `position` (from 0, in the order of declaration) of a checked call. An integer that does not fit is
+/// DISP_E_OVERFLOW, any other type than the wanted one DISP_E_TYPEMISMATCH; then the position in the caller's array,
+/// which has the last argument first, goes to *badArgument when that is not null.
 HRESULT Int16Argument(const DISPPARAMS& arguments, std::uint32_t position, std::int16_t& value,
                       std::uint32_t* badArgument);
+HRESULT TextIn(const DISPPARAMS& arguments, std::uint32_t position, QString& text, std::uint32_t* badArgument);
 
 /// IDispatch without type information, over a table of members.
 template <typename Interface>
