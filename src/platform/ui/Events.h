@@ -20,8 +20,9 @@ void Deliver(Handler* handler, Procedure procedure, Arguments... arguments)
 }
 
 /// Calls handler->*procedure whenever sender raises the event, for as long as the sender lives; the handler must live
-/// as long. An error that the procedure did not report itself ends in the default run-time error box. given: what the
-/// procedure takes before the event's own arguments.
+/// as long. An error that the procedure did not report itself ends in the default run-time error box.
+///
+/// given: what the procedure takes before the event's own arguments.
 template <typename Sender, typename Signal, typename Handler, typename Procedure, typename... Given>
 void OnEvent(const Sender* sender, Signal signal, Handler* handler, Procedure procedure, Given... given)
 {
