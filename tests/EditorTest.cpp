@@ -175,6 +175,12 @@ private Q_SLOTS:
                     QCOMPARE(editor.IsDirty(), before != 500);
                     QVERIFY(editor.IsInView(editor.Selected().value(0)));
                 }
+                if (before == 500) { // refused, it goes on editing the same row
+                    editor.Expect(Notice(u"Limited to 500 names in Directory list "_s));
+                    editor.ClickRow(3).Keys("Alt+E").Keys("Ctrl+Return").Expected();
+                    QCOMPARE(editor.Selected(), {3});
+                    CompareFields(editor);
+                }
             });
         }
     }

@@ -72,8 +72,6 @@ void Run(Editor& editor, const char* button, const ExpectedDialog& dialog, const
     QCOMPARE(editor.Focus(), QString::fromLatin1(button));
 }
 
-} // namespace
-
 /// 480 people as a spreadsheet with semicolons writes them.
 QByteArray SpreadsheetList()
 {
@@ -88,6 +86,8 @@ QByteArray SpreadsheetList()
     }
     return text.toUtf8();
 }
+
+} // namespace
 
 class InterchangeTest : public QObject
 {
@@ -157,10 +157,17 @@ private:
     }
 
 private Q_SLOTS:
+    void init()
+    {
+        std::signal(SIGXFSZ, SIG_IGN);
+        mSample = std::make_unique<SampleDatabase>();
+        mFolder = std::make_unique<QTemporaryDir>();
+        QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, mFolder->path());
+    }
+
     // All are in after two rounds: the table, then what is suggested for the refused.
     void spreadsheetOf480People()
     {
-        init();
         const QString question = u"This does not look like a plain LastName,FirstName,Extension file.\nRead as a table "
                                  "parted by semicolons, with the heading \"Last Name;First Name;Extension;Office\", "
                                  "* of 480 lines are entries.\nDo you want to read it so?"_s;
@@ -186,14 +193,6 @@ private Q_SLOTS:
             QCOMPARE(EntriesOf(MiscFolder()).filter(QRegularExpression(u"^DIRNode"_s)), files.first(1));
             QCOMPARE(e.Rows().filter(QRegularExpression(u"^Meyer-?Landrut\\|"_s)).size(), 80);
         });
-    }
-
-    void init()
-    {
-        std::signal(SIGXFSZ, SIG_IGN);
-        mSample = std::make_unique<SampleDatabase>();
-        mFolder = std::make_unique<QTemporaryDir>();
-        QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, mFolder->path());
     }
 
     void importOneFile()
