@@ -34,10 +34,9 @@ QString chosenFile;
 namespace qor {
 
 /// This program's own answer stands before the file dialog.
-bool SelectOpenFilename(const EditorForm& /*form*/, QString& fileName)
+std::optional<QString> SelectOpenFilename(const EditorForm& /*form*/)
 {
-    fileName = chosenFile;
-    return true;
+    return chosenFile;
 }
 
 } // namespace qor

@@ -177,7 +177,7 @@ private Q_SLOTS:
                 }
                 if (before == 500) { // refused, it goes on editing the same row
                     editor.Expect(Notice(u"Limited to 500 names in Directory list "_s));
-                    editor.ClickRow(3).Keys("Alt+E").Keys("Ctrl+Return").Expected();
+                    editor.ClickRow(3).ListKeys("Alt+E").Keys("Ctrl+Return").Expected();
                     QCOMPARE(editor.Selected(), {3});
                     CompareFields(editor);
                 }
