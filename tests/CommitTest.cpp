@@ -40,12 +40,6 @@ const QString header = u"SELECT d.NodeDescription, p.NodeDescription, AccessCode
 
 const QString pool = u"Node_General_Pool"_s;
 const QString renamed = u"ALTER TABLE %1 RENAME TO %2"_s;
-const QString dropTrigger = u"DROP TRIGGER fault"_s;
-
-QString Trigger(const QString& event)
-{
-    return u"CREATE TRIGGER fault BEFORE %1 BEGIN SELECT RAISE(ABORT, 'refused'); END"_s.arg(event);
-}
 
 QString StateOf(const Editor& editor)
 {
@@ -94,20 +88,22 @@ private:
         });
         CompareAt(line, state + (mSample->DataVersion() == before ? u", kept"_s : u", written"_s), expected);
     }
-    /// What makes a save fail, what mends it, and the number of entries that the failure leaves.
-    void Fails(const QString& fault, const QString& repair, int left, int line = __builtin_LINE())
+    /// What makes a save fail, a table that is gone or an event that the database refuses, and the number of entries
+    /// that the failure leaves.
+    void Fails(const QString& fault, int left, const QString& condition = {}, int line = __builtin_LINE())
     {
         init();
         mSample->Run(u"UPDATE Detail_DIR SET NamePrompt = 13 WHERE NodeMasterID = 7 AND SequenceNo = 1"_s);
         const ExpectedDialog question = MissingNode(13, u"cmdYes"_s);
-        const QString told = repair == dropTrigger ? u"*refused*"_s : u"*dir-db check*"_s;
-        const bool poolIsGone = repair.endsWith(pool);
+        const bool isRefused = fault.contains(u' ');
+        const QString told = isRefused ? u"*refused*"_s : u"*dir-db check*"_s;
+        const bool poolIsGone = fault == pool;
         Editor::Open(1, 1, 7, [&](Editor& editor) {
-            mSample->Run(fault);
+            isRefused ? mSample->Refuse(fault, condition) : void(mSample->Run(renamed.arg(fault, u"gone"_s)));
             poolIsGone ? editor.Expect(ErrorReport(u"CheckForUnReferencedNodes"_s, told)) : editor.Expect(question);
             Save(editor, ErrorReport(u"SaveChanges"_s, told));
             CompareAt(line, StateOf(editor), at7 + u"clean cmdOK"_s);
-            mSample->Run(repair);
+            isRefused ? mSample->RefuseNoMore() : void(mSample->Run(renamed.arg(u"gone"_s, fault)));
             CompareAt(line, QString::number(mSample->Entries(7).size()), QString::number(left));
             poolIsGone ? Save(editor, question) : Save(editor);
             QCOMPARE(mSample->Entries(7), editor.Rows());
@@ -256,11 +252,11 @@ private Q_SLOTS:
 
     void failures()
     {
-        Fails(Trigger(u"UPDATE ON Node_DIR"_s), dropTrigger, 0);
-        Fails(Trigger(u"UPDATE ON Node_General_Pool"_s), dropTrigger, 0);
-        Fails(Trigger(u"INSERT ON Detail_DIR WHEN NEW.SequenceNo = 3"_s), dropTrigger, 2);
-        Fails(renamed.arg(u"Detail_DIR"_s, u"gone"_s), renamed.arg(u"gone"_s, u"Detail_DIR"_s), 4);
-        Fails(renamed.arg(pool, u"gone"_s), renamed.arg(u"gone"_s, pool), 0);
+        Fails(u"UPDATE ON Node_DIR"_s, 0);
+        Fails(u"UPDATE ON Node_General_Pool"_s, 0);
+        Fails(u"INSERT ON Detail_DIR"_s, 2, u"NEW.SequenceNo = 3"_s);
+        Fails(u"Detail_DIR"_s, 4);
+        Fails(pool, 0);
     }
 
     void inputMeantForTheSavedRows()

@@ -81,8 +81,9 @@ private Q_SLOTS:
             return numbers + u"unusable: "_s + nodes.unusable.join(u',');
         };
         QCOMPARE(found(u"WHEN 20 THEN -32768 WHEN 31 THEN 32767"_s), u"-32768 0 7 12 32767 unusable: "_s);
-        QCOMPARE(found(u"WHEN 7 THEN 40000 WHEN 12 THEN 12.5 WHEN 32767 THEN 'x'"_s),
-                 u"-32768 0 unusable: 12.5,40000,x"_s);
+        QCOMPARE(found(u"WHEN 7 THEN 40000"_s), u"-32768 0 12 32767 unusable: 40000"_s);
+        if (!SampleDatabase::IsOnServer()) // which takes whole numbers only
+            QCOMPARE(found(u"WHEN 12 THEN 12.5 WHEN 32767 THEN 'x'"_s), u"-32768 0 unusable: 12.5,40000,x"_s);
         mSample->Run(u"UPDATE Node_DIR SET NodeTypeID = 17 WHERE NodeNumber <> 0"_s);
         QCOMPARE(found(u"WHEN 0 THEN 0"_s), u"0 unusable: "_s);
     }
@@ -93,12 +94,16 @@ private Q_SLOTS:
             mSample->Run(u"UPDATE Node_Type_Max SET Max_number = "_s + value);
             return HighestMessageNode(*mDataBase, mainPartition).value_or(0);
         };
+        QCOMPARE(highest(u"12"_s), qint16{12});
+        QCOMPARE(highest(u"NULL"_s), qint16{0});
+        QCOMPARE(RaisedBy([&] { highest(u"32768"_s); }),
+                 u"6: Max_number of the message nodes is 32768; it must lie from -32768 to 32767."_s);
+        if (SampleDatabase::IsOnServer())
+            QSKIP("The server takes whole numbers only.");
         QCOMPARE(highest(u"CAST('12.0' AS BLOB)"_s), qint16{12});
         QCOMPARE(highest(u"12.5"_s), qint16{0});
         QCOMPARE(RaisedBy([&] { highest(u"'%1 x'"_s); }),
                  u"13: Max_number of the message nodes is \"%1 x\", which is not a number."_s);
-        QCOMPARE(RaisedBy([&] { highest(u"32768"_s); }),
-                 u"6: Max_number of the message nodes is 32768; it must lie from -32768 to 32767."_s);
     }
 
     void nodeHeaders()
@@ -111,15 +116,17 @@ private Q_SLOTS:
         QCOMPARE(header(u"StartingPromptNumber = 250"_s), u"4711 Yes 250"_s);
         QCOMPARE(header(u"StartingPromptNumber = 251"_s), u"4711 Yes 1"_s);
         QCOMPARE(header(u"StartingPromptNumber = 0, UsePasswords = -1"_s), u"4711 No 1"_s);
-        QCOMPARE(header(u"StartingPromptNumber = 12.5, AccessCode = 'a1-2 3\u0664'"_s), u"123 No 1"_s);
+        const QString none = SampleDatabase::IsOnServer() ? u"NULL"_s : u"12.5"_s;
+        QCOMPARE(header(u"StartingPromptNumber = %1, AccessCode = 'a1-2 3\u0664'"_s.arg(none)), u"123 No 1"_s);
     }
 
     void missingValuesOfEntriesAreReplaced()
     {
         mSample->Run(u"UPDATE Detail_DIR SET SequenceNo = 99 WHERE NodeMasterID = 31 AND SequenceNo = 3"_s);
-        mSample->Run(
-            u"UPDATE Detail_DIR SET NamePrompt = CASE SequenceNo WHEN 4 THEN CAST('12.0' AS BLOB) WHEN 5 THEN 12.5 "
-            "ELSE 'x' END WHERE NodeMasterID = 31 AND SequenceNo IN (4, 5, 6)"_s);
+        const QString odd = SampleDatabase::IsOnServer() ? u"4 THEN 12 ELSE NULL"_s
+                                                         : u"4 THEN CAST('12.0' AS BLOB) WHEN 5 THEN 12.5 ELSE 'x'"_s;
+        mSample->Run(u"UPDATE Detail_DIR SET NamePrompt = CASE SequenceNo WHEN %1 END WHERE NodeMasterID = 31 AND "
+                     "SequenceNo IN (4, 5, 6)"_s.arg(odd));
         const DirectoryNode node = Load(31);
         QString found;
         for (const std::size_t row : {0, 1, 2, 3, 4, 5, 6, 7, 8, 11, 12})
@@ -130,7 +137,7 @@ private Q_SLOTS:
                         "Irving|Olga|108|1|1\n%1|%1|123456789012345|12|12345678901234567890\n"
                         "UNKNOWN|Anne|101|1|1\n"_s.arg(longest));
         mSample->Run(u"ALTER TABLE Detail_DIR RENAME COLUMN Extension TO Other"_s);
-        QVERIFY(RaisedBy([&] { Load(31); }).contains(u"Extension"_s));
+        QVERIFY(RaisedBy([&] { Load(31); }).contains(u"Extension"_s, Qt::CaseInsensitive));
     }
 
     void savedNodesReadBackEqual()
@@ -171,6 +178,8 @@ private Q_SLOTS:
         QCOMPARE(next(u"1"_s, 12), u"0,0,0,0,0"_s);
         QCOMPARE(next(u"300"_s, 250), u"0,0,0,0,0"_s);
         QCOMPARE(next(u"1"_s, 40, {2, 1}), u"11,12,13,14,11"_s);
+        if (SampleDatabase::IsOnServer())
+            QSKIP("The server takes whole numbers only.");
         mSample->Run(u"DELETE FROM Node_MSG WHERE NodeNumber NOT IN (2, 3, 14, 60)"_s);
         mSample->Run(u"UPDATE Node_MSG SET NodeNumber = CASE NodeNumber WHEN 2 THEN 'x' WHEN 3 THEN CAST('13' AS BLOB) "
                      "ELSE NodeNumber END"_s);

@@ -1,4 +1,5 @@
-// A configuration database of a test's own: the sample that dir-db makes, where the component looks for it.
+// A configuration database of a test's own: the sample that dir-db makes, where the component looks for it. In a
+// program that scripts/with-server runs it lies on the server, and a link file stands there.
 #pragma once
 
 #include "platform/runtime/Text.h"
@@ -20,7 +21,15 @@ public:
 
     /// The product's folder of application data and of documents, which are one here; no separator behind it.
     QString ProductFolder() const { return mFolder.filePath(u"Quorvanta/KELDAR+"_s); }
+    /// The database, or the link file to it.
     QString FileName() const { return ProductFolder() + u"/Database/NewDB.mdb"_s; }
+
+    /// What is about files alone is skipped there.
+    static bool IsOnServer();
+    /// From now on the database refuses what is done to a table: "UPDATE ON Node_DIR", also under a condition on the
+    /// new row; and no longer.
+    void Refuse(const QString& event, const QString& condition = {}) const;
+    void RefuseNoMore() const;
 
     /// Runs one statement as another program would, on a connection of its own. The rows of its answer, their values
     /// with | in between.
@@ -33,6 +42,7 @@ public:
 
 private:
     QTemporaryDir mFolder;
+    mutable int mOwnCommits = 0; ///< on a server, those that came through Run
 };
 
 } // namespace qor
