@@ -31,6 +31,9 @@ install(FILES packaging/dir-host.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/ap
 install(FILES packaging/completions/dir-host packaging/completions/dir-db
     DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT tools)
 
+install(DIRECTORY examples/shared-engine USE_SOURCE_PERMISSIONS
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/qor-dir-node-tools/examples COMPONENT tools)
+
 # Version 1.0.0 registered itself under the name of its file, which has to lead to whatever took its place.
 set(linkOfFirst ${CMAKE_CURRENT_BINARY_DIR}/libQOR_DIR_Node.so.1.0.0)
 file(CREATE_LINK libQOR_DIR_Node.so.1 ${linkOfFirst} SYMBOLIC)
