@@ -19,10 +19,10 @@ constexpr int longestLockWait = 25'000; ///< ms; shorter than any statement may 
 /// that is gone are free after half a minute.
 QString SessionText(Access access)
 {
-    return u"SET statement_timeout = 30000; SET client_min_messages = warning; SET tcp_keepalives_idle = 10; "
-           "SET tcp_keepalives_interval = 5; SET tcp_keepalives_count = 4; SET tcp_user_timeout = 30000; "
-           "SET default_transaction_read_only = %1; SELECT current_setting('server_encoding')"_s.arg(
-               access == Access::ReadWrite ? u"off"_s : u"on"_s);
+    const QString text =
+        u"SET statement_timeout = 30000; SET client_min_messages = warning; SET tcp_keepalives_idle = 10; "
+        "SET tcp_keepalives_interval = 5; SET tcp_keepalives_count = 4; SET tcp_user_timeout = 30000"_s;
+    return access == Access::ReadWrite ? text : text + u"; SET default_transaction_read_only = on"_s;
 }
 
 /// timeout: for the network, in seconds.
@@ -154,7 +154,8 @@ QSqlError ServerEngine::Open(const OpenOptions& options)
     mLockTimeout = options.lockTimeout;
     QSqlQuery session(database);
     const AnswerWatch::Wait wait(mWatch.get());
-    if (!session.exec(SessionText(options.access)) || !session.next())
+    // Apart: of several statements the toolkit hands out what the first one says.
+    if (!session.exec(SessionText(options.access)) || !session.exec(u"SHOW server_encoding"_s) || !session.next())
         return session.lastError();
     const QString encoding = session.value(0).toString();
     if (encoding != u"UTF8") {

@@ -50,10 +50,12 @@ public:
     Q_DISABLE_COPY_MOVE(ServerSync)
 
     /// The setting alone brings nothing to disk, and commits of other sessions need not either: a message in the log,
-    /// committed in this session, takes all commits before it along.
+    /// committed in this session, takes all commits before it along. Two commands, for of several statements in one
+    /// the toolkit tells the first one's error.
     void Finish() override
     {
-        Run(mConnection, u"SET synchronous_commit = on; SELECT pg_logical_emit_message(true, '', '')"_s);
+        Run(mConnection, u"SET synchronous_commit = on"_s);
+        Run(mConnection, u"SELECT pg_logical_emit_message(true, '', '')"_s);
     }
 
 private:
