@@ -6,16 +6,9 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QRegularExpression>
 #include <QTest>
 
 namespace qor {
-
-bool Matches(const QString& text, const QString& pattern)
-{
-    const QString expression = QRegularExpression::escape(pattern).replace(u"\\*"_s, u".*"_s);
-    return QRegularExpression(u"(?s)\\A"_s + expression + u"\\z"_s).match(text).hasMatch();
-}
 
 namespace {
 

@@ -1,7 +1,7 @@
 // Answers the message boxes and file dialogs that a test brings up, in the order in which it expects them.
 #pragma once
 
-#include "platform/runtime/Text.h"
+#include "support/Cases.h"
 
 #include <deque>
 #include <functional>
@@ -9,9 +9,6 @@
 #include <QTimer>
 
 namespace qor {
-
-/// Whether a text is what the pattern says, in which a * stands for any characters.
-bool Matches(const QString& text, const QString& pattern);
 
 struct ExpectedBox
 {

@@ -1,9 +1,10 @@
-// Tables of cases, and what a piece of code raised.
+// Tables of cases, patterns, and what a piece of code raised.
 #pragma once
 
 #include "platform/runtime/RuntimeError.h"
 
 #include <functional>
+#include <QRegularExpression>
 #include <QTest>
 
 namespace qor {
@@ -22,6 +23,13 @@ inline void AddCases(std::initializer_list<Case> cases)
     QTest::addColumn<QString>("expected");
     for (const Case& row : cases)
         QTest::newRow(row.name) << row.given << row.expected;
+}
+
+/// Whether a text is what the pattern says, in which a * stands for any characters.
+inline bool Matches(const QString& text, const QString& pattern)
+{
+    const QString expression = QRegularExpression::escape(pattern).replace(u"\\*"_s, u".*"_s);
+    return QRegularExpression(u"(?s)\\A"_s + expression + u"\\z"_s).match(text).hasMatch();
 }
 
 /// "number: description", or the empty text when the body raised nothing.

@@ -53,7 +53,7 @@ void MakeServerSample(const QString& link, QSqlDatabase database)
         Execute(database, u"ALTER SCHEMA public RENAME TO fresh"_s);
         return names;
     }();
-    QString text = u"DROP SCHEMA IF EXISTS public CASCADE; CREATE SCHEMA public;"_s;
+    QString text = u"SET client_min_messages = warning; DROP SCHEMA IF EXISTS public CASCADE; CREATE SCHEMA public;"_s;
     for (const QString& table : tables)
         text +=
             u"CREATE TABLE public.%1 (LIKE fresh.%1 INCLUDING ALL); INSERT INTO public.%1 TABLE fresh.%1;"_s.arg(table);
