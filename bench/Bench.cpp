@@ -96,8 +96,9 @@ void AddDirectory(const SampleDatabase& database, int entries)
 
 void AddMessageNodes(const SampleDatabase& database, int highest)
 {
-    database.Run(u"INSERT OR IGNORE INTO Node_General_Pool "_s + NumbersTo(highest) +
-                 u"SELECT 1, 1, 0, i, 'MSG', '', '' FROM n"_s);
+    database.Run(u"INSERT INTO Node_General_Pool "_s + NumbersTo(highest) +
+                 u"SELECT 1, 1, 0, i, 'MSG', '', '' FROM n WHERE i NOT IN (SELECT NodeNumber FROM Node_General_Pool "
+                 "WHERE ConfigID = 1 AND PartID = 1 AND NodeTypeID = 0)"_s);
 }
 
 } // namespace qor

@@ -1,15 +1,9 @@
 // How long a save takes and how often it waits for the disk, against the same statements through the engine's C
 // interface under the same settings, for directories of several sizes. With --once every side runs once, which
 // proves no more than that it runs.
-#include "Bench.h"
-#include "editor/BusinessRules.h"
-#include "editor/Drafts.h"
-#include "editor/History.h"
-#include "editor/ShownNode.h"
 #include "form/ConfirmationDialog.h"
 #include "platform/runtime/ErrorReport.h"
-#include "rules/NodeSaving.h"
-#include "support/BareForm.h"
+#include "SavingEditor.h"
 
 #include <fcntl.h>
 #include <QApplication>
@@ -40,43 +34,6 @@ using namespace qor;
 namespace {
 
 constexpr std::array directorySizes{50, 500, 5000};
-
-/// The component's side: a form that shows a node.
-class Editor
-{
-public:
-    explicit Editor(int size) : mNode(NodeOfSize(size)), mHistory(mForm), mDrafts(mForm, mHistory)
-    {
-        mForm.SetNodeNumber(mNode);
-        mForm.SetConfigID(1);
-        mForm.SetPartitionID(1);
-        ResetDirectoryListView(*mForm.LVDirectory);
-        if (!mRules.LoadPromptMSGNodeNumber(mForm) || !mRules.LoadData(mForm, mNode))
-            Fail(u"no node"_s);
-    }
-    /// The commands alone, as a save was before anything was kept beside it.
-    void SaveAlone() { SaveNode(mDataBase, NodeOn(mForm, mNode)); }
-    void Save()
-    {
-        mDrafts.KeepForSave();
-        mRules.SaveChanges(mForm, mNode);
-        mDrafts.DropIfSaved();
-    }
-    void KeepDraft()
-    {
-        mForm.MarkChanged();
-        mDrafts.Keep();
-    }
-    const ListView& List() const { return *mForm.LVDirectory; }
-
-private:
-    qint16 mNode;
-    DataBase mDataBase;
-    BareForm mForm;
-    BusinessRules mRules;
-    History mHistory;
-    Drafts mDrafts;
-};
 
 /// The other side: the statements of a save, prepared once.
 class Engine
@@ -162,7 +119,7 @@ int main(int argc, char** argv)
     AddMessageNodes(database, 250);
     for (const int size : directorySizes) {
         AddDirectory(database, size);
-        Editor editor(size);
+        SavingEditor editor(size);
         Engine engine(database.FileName(), editor.List(), NodeOfSize(size));
         editor.Save(); // the message nodes are checked once
         Comparison saves;

@@ -67,12 +67,17 @@ bool SampleDatabase::IsOnServer()
     return qEnvironmentVariableIsSet("QOR_SERVICE");
 }
 
-SampleDatabase::SampleDatabase()
+void SampleDatabase::Use() const
 {
     const QByteArray folder = QFile::encodeName(mFolder.path());
     qputenv("KELDAR_COMMON_APPDATA", folder);
     qputenv("KELDAR_COMMON_DOCUMENTS", folder);
     qputenv("KELDAR_REGISTRY", folder + "/registry.reg");
+}
+
+SampleDatabase::SampleDatabase()
+{
+    Use();
     QDir().mkpath(QFileInfo(FileName()).path());
     QSqlDatabase database = QSqlDatabase::addDatabase(IsOnServer() ? u"QPSQL"_s : u"QSQLITE"_s, FileName());
     if (IsOnServer()) {

@@ -24,6 +24,9 @@ public:
     /// The database, or the link file to it.
     QString FileName() const { return ProductFolder() + u"/Database/NewDB.mdb"_s; }
 
+    /// Lets the environment name this one, when there are several.
+    void Use() const;
+
     /// What is about files alone is skipped there.
     static bool IsOnServer();
     /// From now on the database refuses what is done to a table: "UPDATE ON Node_DIR", also under a condition on the
