@@ -203,14 +203,16 @@ EngineFailure ServerEngine::Judge(const QSqlError& error) const
     const QSqlDatabase database = Database();
     if (!database.isOpen() && error.type() == QSqlError::ConnectionError && !mWatch)
         return {.error = ServerError(error, FileName(), mService), .waitedInVain = true, .endsEngine = true};
-    if (!database.isOpen()) {
+    // An error without a code is none of the server's: its connection has ended, which the client library may notice
+    // only at the next command.
+    const QString state = error.nativeErrorCode();
+    if (!database.isOpen() || state.isEmpty()) {
         const bool hasGivenUp = mWatch && mWatch->HasGivenUp();
         return {.error = LostServerError(error, FileName(), hasGivenUp),
                 .waitedInVain = true,
                 .endsEngine = true,
                 .mayRepeat = !hasGivenUp};
     }
-    const QString state = error.nativeErrorCode();
     return {.error = ServerError(error, FileName(), mService),
             .waitedInVain = state == u"55P03",
             .mayRepeat = state == u"0A000"}; // another session changed the table under a prepared statement
