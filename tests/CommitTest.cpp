@@ -255,8 +255,31 @@ private Q_SLOTS:
         Fails(u"UPDATE ON Node_DIR"_s, 0);
         Fails(u"UPDATE ON Node_General_Pool"_s, 0);
         Fails(u"INSERT ON Detail_DIR"_s, 2, u"NEW.SequenceNo = 3"_s);
-        Fails(u"Detail_DIR"_s, 4);
         Fails(pool, 0);
+        if (!SampleDatabase::IsOnServer()) // where the entries are read first, and nothing is saved
+            Fails(u"Detail_DIR"_s, 4);
+    }
+
+    void changedAtAnotherStation()
+    {
+        const QStringList entries = mSample->Entries(7);
+        const auto question = [](const QString& changes, QMessageBox::StandardButton answer) {
+            return Question(u"DIR 7 has been changed at another station.\n%1\nDo you want to overwrite these "
+                            "changes?"_s.arg(changes),
+                            answer);
+        };
+        Editor::Open(1, 1, 7, [&](Editor& editor) {
+            mSample->SetEntries(7, entries.first(3));
+            editor.Type(label, u"x"_s);
+            if (SampleDatabase::IsOnServer()) {
+                editor.Expect(question(u"*"_s, QMessageBox::No)).Click("cmdApply").Expected();
+                QVERIFY(editor.IsDirty() && mSample->Entries(7).size() == 3);
+                editor.Expect(question(u"*"_s, QMessageBox::Yes));
+            }
+            QVERIFY(!editor.Click("cmdApply").Expected().IsDirty());
+            Save(editor);
+        });
+        QCOMPARE(mSample->Entries(7), entries);
     }
 
     void inputMeantForTheSavedRows()
