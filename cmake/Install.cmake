@@ -39,6 +39,13 @@ set(linkOfFirst ${CMAKE_CURRENT_BINARY_DIR}/libQOR_DIR_Node.so.1.0.0)
 file(CREATE_LINK libQOR_DIR_Node.so.1 ${linkOfFirst} SYMBOLIC)
 install(FILES ${linkOfFirst} DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime)
 
+# What a host developer starts from.
+install(FILES docs/hosts.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/libqor-dir-node-dev COMPONENT development)
+install(DIRECTORY examples/cmake-host DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/libqor-dir-node-dev/examples
+    COMPONENT development)
+install(FILES examples/dlopen-host.cpp examples/late_bound_host.py examples/python_host.py examples/qor_component.py
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/libqor-dir-node-dev/examples COMPONENT development)
+
 install(FILES packaging/lintian/libqor-dir-node1
     DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides COMPONENT runtime)
 

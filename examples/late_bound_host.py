@@ -15,22 +15,32 @@ PROGRAM_ID = "QOR_DIR_NODE.BusinessRules"
 def default_values(path):
     """The default values of the registry file's keys, by key path in lower case."""
     values, key = {}, None
-    for line in open(path, encoding="utf-8"):
-        line = line.strip()
-        if line.startswith("[") and line.endswith("]"):
-            key = line[1:-1].lower()
-        elif key and line.startswith('@="'):
-            values[key] = re.sub(r"\\(.)", r"\1", line[3:-1])
+    with open(path, encoding="utf-8") as lines:
+        for line in map(str.strip, lines):
+            if line.startswith("[") and line.endswith("]"):
+                key = line[1:-1].lower()
+            elif key and line.startswith('@="'):
+                values[key] = re.sub(r"\\(.)", r"\1", line[3:-1])
     return values
+
+
+def registered_class(path):
+    """The class's identifier and the path of its library."""
+    root = "hkey_classes_root\\"
+    try:
+        values = default_values(path)
+        clsid = values[f"{root}{PROGRAM_ID.lower()}\\clsid"]
+        return clsid, values[f"{root}clsid\\{clsid.lower()}\\inprocserver32"]
+    except (FileNotFoundError, KeyError):
+        sys.exit(f"{PROGRAM_ID} is not registered in {path}; call DllRegisterServer of the library once")
 
 
 def main():
     if len(sys.argv) != 4:
         sys.exit("usage: late_bound_host.py CONFIG PARTITION NODE")
-    values = default_values(os.environ.get("KELDAR_REGISTRY", "/etc/Quorvanta/KELDAR+/registry.reg"))
-    root = "hkey_classes_root\\"
-    clsid = values[f"{root}{PROGRAM_ID.lower()}\\clsid"]
-    library = ctypes.CDLL(values[f"{root}clsid\\{clsid.lower()}\\inprocserver32"])
+    registry = os.environ.get("KELDAR_REGISTRY", "/etc/Quorvanta/KELDAR+/registry.reg")
+    clsid, path = registered_class(registry)
+    library = ctypes.CDLL(path)
     rules = com.create_instance(library, clsid, com.IID_IDISPATCH)
 
     name = ctypes.create_string_buffer("ShowNodeEditor\0".encode("utf-16-le"))
