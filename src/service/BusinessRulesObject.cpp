@@ -94,7 +94,7 @@ void BusinessRulesObject::RunEditor(std::int16_t configId, std::int16_t partitio
         form->SetNodeNumber(nodeNumber);
         ResetDirectoryListView(*form->LVDirectory);
         form->HideEntryEditors();
-        form->Load();
+        form->Load(); // does something only if one of the steps above has unloaded the form
         Module().PendingMessage.clear();
         const bool show = LoadInto(*form, nodeNumber);
         form->MarkUnchanged();

@@ -1,4 +1,7 @@
 // The exported entry points and the class factory behind them. No exception leaves them.
+//
+// A host need not be built together with this library, nor be written in C++: it knows a class identifier, finds the
+// library in the registry and calls through tables of functions. So four C functions are exported and no C++ class.
 #include "platform/com/Registration.h"
 #include "platform/runtime/ErrorReport.h"
 #include "platform/runtime/StandardError.h"
