@@ -1,4 +1,5 @@
 // The database as the floors above rely on it: commands, files that are none, locks, and faults while it is open.
+#include "platform/data/AnswerWatch.h"
 #include "platform/data/Command.h"
 #include "platform/data/Connection.h"
 #include "platform/data/DatabaseFile.h"
@@ -8,11 +9,13 @@
 #include "support/Files.h"
 #include "support/OrdinaryUser.h"
 
+#include <poll.h>
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QTemporaryDir>
 #include <sys/mount.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 
@@ -357,6 +360,24 @@ private Q_SLOTS:
         const SavingLock unlocked(one.connection, 7);
         QVERIFY(!QFile::exists(Path(u"none"_s)));
         QCOMPARE(lock(7), QString());
+    }
+
+    // A server that answers in time keeps its connection, and one that is halted does not keep the program.
+    void answersThatDoNotCome()
+    {
+        std::array<int, 2> sockets{};
+        QCOMPARE(socketpair(AF_UNIX, SOCK_STREAM, 0, sockets.data()), 0);
+        const auto guard = qScopeGuard([&] { std::ranges::for_each(sockets, close); });
+        AnswerWatch watch(sockets[0], std::chrono::seconds(1));
+        const auto waitFor = [&](int milliseconds) {
+            const AnswerWatch::Wait wait(&watch);
+            pollfd answer{sockets[0], POLLIN, 0};
+            return poll(&answer, 1, milliseconds);
+        };
+        QCOMPARE(waitFor(100), 0);
+        QVERIFY(!watch.HasGivenUp());
+        QCOMPARE(waitFor(30'000), 1);
+        QVERIFY(watch.HasGivenUp());
     }
 };
 

@@ -215,7 +215,7 @@ void Write(DataBase& dataBase, const ListImportRequest& request, const ImportedN
         files.Keep();
         return;
     }
-    RequireRoomForSave(QFileInfo(QFileInfo(request.fileName).canonicalFilePath()).path());
+    RequireRoomForSave(dataBase, QFileInfo(QFileInfo(request.fileName).canonicalFilePath()).path());
     const SaveResult result = Save(dataBase, request, imported);
     if (result.isOvertaken) {
         throw RuntimeError(ErrorNumber::Provider,

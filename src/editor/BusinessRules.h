@@ -59,6 +59,10 @@ public:
     /// what another station changed. False as well when that cannot be read, after a report. Always true elsewhere.
     bool MayOverwrite(EditorForm& form);
 
+    /// Raises RuntimeError when the disk may be full before a save is done. To be asked before one whose list is not
+    /// kept.
+    void RequireRoomForSave() const;
+
     /// Writes the form's node, its general-pool row and all its entries under this number, and remembers on the form
     /// what is stored then. What ran before a failure stays written; everything written is on disk when it returns.
     SaveOutcome SaveChanges(EditorForm& form, qint16 nodeNumber);

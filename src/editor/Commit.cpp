@@ -9,9 +9,7 @@
 #include "form/LongOperation.h"
 #include "platform/runtime/ErrorReport.h"
 #include "platform/ui/MsgBox.h"
-#include "rules/NodeSaving.h"
 #include "rules/Validation.h"
-#include "store/KELDARPlusFilesAndFolders.h"
 
 namespace qor {
 
@@ -91,7 +89,7 @@ Commit::Outcome Commit::RunSequence()
         if (!mRules.MayOverwrite(mForm))
             return Outcome::OverwritingRefused;
         if (!mDrafts.KeepForSave())
-            RequireRoomForSave(GetDatabaseFolder());
+            mRules.RequireRoomForSave();
     } while (mRules.SaveChanges(mForm, mForm.NodeNumber()) == SaveOutcome::Overtaken);
     mForm.MarkUnchanged();
     mDrafts.DropIfSaved();

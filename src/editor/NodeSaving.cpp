@@ -58,6 +58,11 @@ bool BusinessRules::MayOverwrite(EditorForm& form)
     });
 }
 
+void BusinessRules::RequireRoomForSave() const
+{
+    qor::RequireRoomForSave(mDataBase, GetDatabaseFolder());
+}
+
 SaveOutcome BusinessRules::SaveChanges(EditorForm& form, qint16 nodeNumber)
 {
     return ReportErrors(saveProcedure, [&] {

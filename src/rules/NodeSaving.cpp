@@ -66,6 +66,17 @@ RuntimeError WithOutcome(const RuntimeError& error, const QString& outcome)
     return {error.Number(), error.Description() + outcome, error.Source()};
 }
 
+/// What fails in such a step changes nothing of the node.
+template <typename Step>
+void BeforeWriting(const DirectoryNode& node, Step step)
+{
+    try {
+        step();
+    } catch (const RuntimeError& error) {
+        throw WithOutcome(error, StoredAsItWas(node));
+    }
+}
+
 /// Before anything makes way for it.
 void RequireStorable(DataBase& dataBase, const DirectoryNode& node)
 {
@@ -99,24 +110,28 @@ std::optional<DirectoryNode> ReadBack(DataBase& dataBase, const NodeIdentity& id
 
 void SaveNode(DataBase& dataBase, const DirectoryNode& node)
 {
+    std::optional<DeferredSync> sync;
+    BeforeWriting(node, [&] {
+        RequireStorable(dataBase, node);
+        sync.emplace(dataBase.Conn);
+    });
     std::optional<int> written;
     try {
-        RequireStorable(dataBase, node);
-        DeferredSync sync(dataBase.Conn);
         dataBase.Execute(CommandId::Delete_DIR_DetailsNode, ValuesOf(node.identity));
         written = 0;
         SaveHeader(dataBase, node);
         SaveEntries(dataBase, node, *written);
-        sync.Finish();
+        sync->Finish();
     } catch (const RuntimeError& error) {
         throw WithOutcome(error, OutcomeOf(node, written, error.Number() == ErrorNumber::ConnectionLost));
     }
 }
 
-void RequireRoomForSave(const QString& databaseFolder)
+void RequireRoomForSave(const DataBase& dataBase, const QString& databaseFolder)
 {
     constexpr qint64 room = 8LL * 1024 * 1024; // the engine empties its log when it has grown to half of that
-    if (QStorageInfo(databaseFolder).bytesAvailable() < room) {
+    const QStorageInfo disk(databaseFolder);
+    if (!dataBase.Conn.IsShared() && disk.isValid() && disk.bytesAvailable() < room) {
         throw RuntimeError(
             ErrorNumber::FileAccess,
             u"The disk of %1 is almost full, and the list cannot be kept either. Nothing was saved. Free some "
@@ -128,16 +143,16 @@ SaveResult SaveNodeKeepingVersion(DataBase& dataBase, const DirectoryNode& node,
                                   const QString& miscFolder, int highestMessageNode)
 {
     std::optional<SavingLock> lock;
-    try {
+    bool isOvertaken = false;
+    BeforeWriting(node, [&] {
         lock.emplace(dataBase.Conn, SectionOf(node.identity));
         auto stored = LoadNode(dataBase, node.identity, highestMessageNode);
-        if (dataBase.Conn.IsShared() && !ChangesOfOthers(known, stored, highestMessageNode).isEmpty())
-            return {.isOvertaken = true, .stored = {}};
-        if (stored)
+        isOvertaken = dataBase.Conn.IsShared() && !ChangesOfOthers(known, stored, highestMessageNode).isEmpty();
+        if (stored && !isOvertaken)
             KeepStoredVersion(miscFolder, std::move(*stored));
-    } catch (const RuntimeError& error) {
-        throw WithOutcome(error, StoredAsItWas(node));
-    }
+    });
+    if (isOvertaken)
+        return {.isOvertaken = true, .stored = {}};
     SaveNode(dataBase, node);
     return {.isOvertaken = false, .stored = ReadBack(dataBase, node.identity, highestMessageNode)};
 }

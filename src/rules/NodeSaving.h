@@ -14,8 +14,8 @@ class DataBase;
 void SaveNode(DataBase& dataBase, const DirectoryNode& node);
 
 /// Raises RuntimeError when the disk may be full before a save is done. Ask before a save that has no list to fall back
-/// on: it removes the stored entries first.
-void RequireRoomForSave(const QString& databaseFolder);
+/// on: it removes the stored entries first. A shared database has its disk elsewhere.
+void RequireRoomForSave(const DataBase& dataBase, const QString& databaseFolder);
 
 struct SaveResult
 {

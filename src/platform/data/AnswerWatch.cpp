@@ -9,7 +9,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto longestAnswer = 35s; ///< longer than the server itself lets a statement run
 constexpr auto betweenLooks = 1s;
 
 /// Signals go to other threads while it lives, and to those that are made from this one for good.
@@ -32,7 +31,7 @@ private:
 
 } // namespace
 
-AnswerWatch::AnswerWatch(int socket) : mSocket(socket)
+AnswerWatch::AnswerWatch(int socket, std::chrono::seconds limit) : mSocket(socket), mLimit(limit)
 {
     const SignalsBlocked blocked;
     mThread = std::jthread([this](const std::stop_token& stop) { Look(stop); });
@@ -66,7 +65,7 @@ bool AnswerWatch::HasGivenUp()
 AnswerWatch::Wait::Wait(AnswerWatch* watch) : mWatch(watch)
 {
     if (mWatch)
-        mWatch->SetDeadline(Clock::now() + longestAnswer);
+        mWatch->SetDeadline(Clock::now() + mWatch->mLimit);
 }
 
 AnswerWatch::Wait::~Wait()

@@ -15,8 +15,11 @@ namespace qor {
 class AnswerWatch
 {
 public:
-    /// socket: belongs to the connection and outlives the watch.
-    explicit AnswerWatch(int socket);
+    /// Longer than the server itself lets a statement run.
+    static constexpr std::chrono::seconds longestAnswer{35};
+
+    /// socket: belongs to the connection and outlives the watch. limit: to every wait, to within a second.
+    explicit AnswerWatch(int socket, std::chrono::seconds limit = longestAnswer);
     ~AnswerWatch() = default;
     AnswerWatch(const AnswerWatch&) = delete;
     AnswerWatch& operator=(const AnswerWatch&) = delete;
@@ -44,6 +47,7 @@ private:
     void SetDeadline(std::optional<Clock::time_point> deadline);
 
     int mSocket;
+    std::chrono::seconds mLimit;
     std::mutex mMutex; ///< of what follows
     std::condition_variable_any mStopped;
     std::optional<Clock::time_point> mDeadline;

@@ -150,6 +150,7 @@ QSqlError ServerEngine::Open(const OpenOptions& options)
     database.setConnectOptions(ConnectOptions(mService, options.isImpatient ? impatience : patience));
     if (!database.open())
         return database.lastError();
+    mWasConnected = true;
     mWatch = WatchOver(*database.driver());
     mLockTimeout = options.lockTimeout;
     QSqlQuery session(database);
@@ -200,13 +201,12 @@ bool ServerEngine::PrepareIn(QSqlQuery& query, const QString& text)
 
 EngineFailure ServerEngine::Judge(const QSqlError& error) const
 {
-    const QSqlDatabase database = Database();
-    if (!database.isOpen() && error.type() == QSqlError::ConnectionError && !mWatch)
+    if (!mWasConnected)
         return {.error = ServerError(error, FileName(), mService), .waitedInVain = true, .endsEngine = true};
     // An error without a code is none of the server's: its connection has ended, which the client library may notice
     // only at the next command.
     const QString state = error.nativeErrorCode();
-    if (!database.isOpen() || state.isEmpty()) {
+    if (!Database().isOpen() || state.isEmpty()) {
         const bool hasGivenUp = mWatch && mWatch->HasGivenUp();
         return {.error = LostServerError(error, FileName(), hasGivenUp),
                 .waitedInVain = true,

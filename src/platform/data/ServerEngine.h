@@ -38,7 +38,8 @@ private:
     QString mPath; ///< of the link, absolute
     int mLockTimeout = 0;
     int mSentLockTimeout = 0; ///< what the server knows
-    std::unique_ptr<AnswerWatch> mWatch;
+    bool mWasConnected = false;
+    std::unique_ptr<AnswerWatch> mWatch; ///< null where there can be none
 };
 
 /// The service was not reached, or a statement failed: a sentence that names the file, what is wrong and what to do. It
