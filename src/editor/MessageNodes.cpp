@@ -61,7 +61,8 @@ qint16 BusinessRules::GetNextAvailableMSGNODENUMBER(EditorForm& form, bool reset
 qint16 BusinessRules::NextPrompt(EditorForm& form, const MessageNodeNumbers& used)
 {
     const qint16 number = mPromptNumbers.Next(form.cmbMSGNodeNumber->Text(), form.HighestMessageNode(), used);
-    mGivenPrompts.insert(QString::number(number));
+    if (number > 0)
+        mGivenPrompts.insert(QString::number(number));
     return number;
 }
 
