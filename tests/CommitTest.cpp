@@ -282,6 +282,38 @@ private Q_SLOTS:
         QCOMPARE(mSample->Entries(7), entries);
     }
 
+    // A message node that somebody else makes before the save and another one while the question is asked.
+    void numbersTakenAtAnotherStation()
+    {
+        mSample->SetEntries(7, {u"Adams|Anne|1|1|1"_s});
+        const auto make = [&](int number) {
+            mSample->Run(u"INSERT INTO Node_MSG (ConfigID, PartID, NodeNumber) VALUES (1, 1, %1)"_s.arg(number));
+            mSample->Run(
+                u"INSERT INTO Node_General_Pool (ConfigID, PartID, NodeTypeID, NodeNumber) VALUES (1, 1, 0, %1)"_s.arg(
+                    number));
+        };
+        const ExpectedDialog question = MissingNode(27, u"cmdYes"_s);
+        const ExpectedDialog slowAnswer{question.told, [&](QDialog& dialog) {
+                                            make(27);
+                                            question.answer(dialog);
+                                        }};
+        Editor::Open(1, 1, 7, [&](Editor& editor) {
+            editor.ClickRow(0).Keys("Ctrl+Return").Type("txtLastName", u"Berg"_s).Type("txtFirstName", u"Bea"_s);
+            editor.Type("txtExtension", u"2"_s).Click("cmdDirEdit");
+            QCOMPARE(editor.Cell(1, 4), u"13"_s);
+            make(13);
+            if (SampleDatabase::IsOnServer())
+                editor.Expect(slowAnswer, Notice(u"Another station*\nBerg Bea: MSG 27 in place of MSG 13\n"
+                                                 "Berg Bea: MSG 41 in place of MSG 27"_s));
+            editor.Click("cmdApply").Expected();
+            QCOMPARE(mSample->Entries(7), editor.Rows());
+        });
+        const bool isReplaced = SampleDatabase::IsOnServer();
+        QCOMPARE(mSample->Entries(7)[1], isReplaced ? u"Berg|Bea|2|41|1"_s : u"Berg|Bea|2|13|1"_s);
+        QCOMPARE(Value(u"SELECT NodeNumber FROM Node_MSG WHERE NodeDescription = 'Bea Berg'"_s),
+                 isReplaced ? u"41"_s : QString());
+    }
+
     void inputMeantForTheSavedRows()
     {
         Editor::Open(1, 1, 7, [&](Editor& editor) {
