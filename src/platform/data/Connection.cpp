@@ -42,6 +42,14 @@ std::unique_ptr<DatabaseEngine> EngineFor(const QString& fileName)
     return std::make_unique<FileEngine>(fileName);
 }
 
+[[noreturn]] void ThrowNoDriver(const QString& driver, const QString& package)
+{
+    throw RuntimeError(
+        ErrorNumber::Provider,
+        u"The database driver %1 is not installed. Install the package %2 and start the program again."_s.arg(driver,
+                                                                                                              package));
+}
+
 constexpr int impatientTimeout = 1000; ///< ms, of a wait that the one before was in vain for
 
 } // namespace
@@ -58,11 +66,8 @@ QString NewConnectionName()
 
 void RequireDriver(const QString& driver, const QString& package)
 {
-    if (!QSqlDatabase::isDriverAvailable(driver)) {
-        throw RuntimeError(ErrorNumber::Provider,
-                           u"The database driver %1 is not installed. Install the package %2 and start the program "
-                           "again."_s.arg(driver, package));
-    }
+    if (!QSqlDatabase::isDriverAvailable(driver))
+        ThrowNoDriver(driver, package);
 }
 
 DatabaseEngine::DatabaseEngine(const QString& fileName) : mFileName(fileName), mName(NewConnectionName()) {}
@@ -78,6 +83,8 @@ QSqlDatabase DatabaseEngine::AddDatabase(const QString& driver, const QString& p
     RequireDriver(driver, package);
     QSqlDatabase database = QSqlDatabase::addDatabase(driver, mName);
     mDriver = database.driver();
+    if (!database.isValid()) // what the driver needs is missing
+        ThrowNoDriver(driver, package);
     return database;
 }
 
