@@ -168,21 +168,18 @@ QSqlError ServerEngine::Open(const OpenOptions& options)
     return {};
 }
 
-bool ServerEngine::SendLockTimeout()
+/// Where that fails, what runs next fails, too.
+void ServerEngine::SendLockTimeout()
 {
     const int wanted = std::min(mLockTimeout, longestLockWait);
-    if (wanted == mSentLockTimeout)
-        return true;
-    QSqlQuery query(Database());
-    const bool isSent = query.exec(u"SET lock_timeout = %1"_s.arg(wanted));
-    mSentLockTimeout = isSent ? wanted : 0;
-    return isSent;
+    if (wanted != mSentLockTimeout && QSqlQuery(Database()).exec(u"SET lock_timeout = %1"_s.arg(wanted)))
+        mSentLockTimeout = wanted;
 }
 
 bool ServerEngine::Run(QSqlQuery& query, const QString& text)
 {
     const AnswerWatch::Wait wait(mWatch.get());
-    SendLockTimeout(); // where that fails the text fails, too
+    SendLockTimeout();
     return query.exec(text);
 }
 

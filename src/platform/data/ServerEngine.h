@@ -32,7 +32,7 @@ public:
     bool PrepareIn(QSqlQuery& query, const QString& text);
 
 private:
-    bool SendLockTimeout();
+    void SendLockTimeout();
 
     QString mService;
     QString mPath; ///< of the link, absolute
