@@ -54,7 +54,7 @@ int Rounds(int rounds)
 double Median(std::vector<double> values)
 {
     const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
+    std::ranges::nth_element(values, middle);
     return *middle;
 }
 

@@ -75,8 +75,7 @@ void Compare(int rounds, const std::vector<Side>& sides, std::optional<double> w
     std::vector<Comparison> comparisons(sides.size() - 1);
     for (int round = 0; round < rounds; ++round) {
         std::vector<double> times;
-        std::transform(sides.begin(), sides.end(), std::back_inserter(times),
-                       [](const Side& side) { return side.run(); });
+        std::ranges::transform(sides, std::back_inserter(times), [](const Side& side) { return side.run(); });
         for (std::size_t i = 0; i < comparisons.size(); ++i)
             comparisons[i].Add(times[i], times.back());
     }

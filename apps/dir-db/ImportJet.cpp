@@ -179,8 +179,8 @@ QList<TakenRow> Import::WithoutRepeats(const SchemaTable& schema, const QList<Ta
 {
     QList<TakenRow> taken;
     for (auto row = rows.cbegin(); row != rows.cend();) {
-        const auto next =
-            std::find_if(row, rows.cend(), [&](const TakenRow& other) { return other.identity != row->identity; });
+        const auto next = std::ranges::find_if(
+            row, rows.cend(), [&](const Identity& other) { return other != row->identity; }, &TakenRow::identity);
         if (next - row > 1)
             Warn(Kind::SameIdentity,
                  u"%1 (%2) = (%3): %4 rows"_s

@@ -84,8 +84,8 @@ void DelimitedReader::TakeUnquoted(QByteArray& field)
     const qsizetype quotedLength = field.size();
     while (!EndsField(mText.Peek())) {
         const QByteArrayView ahead = mText.Ahead(1);
-        const auto* const end = std::find_if(ahead.begin(), ahead.end(),
-                                             [](char byte) { return EndsField(static_cast<unsigned char>(byte)); });
+        const auto* const end =
+            std::ranges::find_if(ahead, [](char byte) { return EndsField(static_cast<unsigned char>(byte)); });
         const QByteArrayView piece = ahead.first(end - ahead.begin());
         RequireRoom(field, piece.size());
         field += piece;

@@ -11,8 +11,7 @@ namespace {
 bool NeedsQuotes(const QString& field, QChar separator)
 {
     return field.trimmed() != field || field.startsWith(QChar::ByteOrderMark) ||
-           std::any_of(field.begin(), field.end(),
-                       [separator](QChar c) { return c == separator || c == u'"' || c < u' '; });
+           std::ranges::any_of(field, [separator](QChar c) { return c == separator || c == u'"' || c < u' '; });
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "platform/shell/ReadFile.h"
 #include "platform/shell/ReplaceFile.h"
 
+#include <algorithm>
 #include <QDir>
 
 namespace qor {
@@ -78,7 +79,7 @@ std::vector<KeptNode> ReadVersions(const QString& miscFolder, const NodeIdentity
 {
     const QDir folder(VersionFolder(miscFolder, identity));
     QStringList names = VersionNames(folder);
-    std::reverse(names.begin(), names.end());
+    std::ranges::reverse(names);
     std::vector<KeptNode> versions;
     for (const QString& name : names) {
         try {

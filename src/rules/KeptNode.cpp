@@ -26,7 +26,7 @@ bool NeedsEscaping(char c)
 void AppendJson(QByteArray& json, const QString& text)
 {
     const QByteArray bytes = text.toUtf8();
-    if (std::any_of(bytes.begin(), bytes.end(), NeedsEscaping))
+    if (std::ranges::any_of(bytes, NeedsEscaping))
         json += QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact).chopped(1).sliced(1);
     else
         json.append('"').append(bytes).append('"');
@@ -50,7 +50,7 @@ QByteArray EntriesAsJson(const std::vector<DirectoryEntry>& entries)
 std::optional<DirectoryEntry> EntryFrom(const QJsonArray& fields)
 {
     const bool isEntry = fields.size() == static_cast<qsizetype>(entryFields.size()) &&
-                         std::all_of(fields.begin(), fields.end(), [](auto field) { return field.isString(); });
+                         std::ranges::all_of(fields, [](auto field) { return field.isString(); });
     if (!isEntry)
         return std::nullopt;
     DirectoryEntry entry;

@@ -75,8 +75,7 @@ bool IsNodeExisted(DataBase& dataBase, const Partition& partition, const QString
 {
     constexpr std::array messageNodeKinds{817.0, 818.0};
     const double type = NumberFromText(nodeTypeId).value_or(0);
-    const bool isMessageNode =
-        std::find(messageNodeKinds.begin(), messageNodeKinds.end(), type) != messageNodeKinds.end();
+    const bool isMessageNode = std::ranges::find(messageNodeKinds, type) != messageNodeKinds.end();
     const Recordset node = dataBase.Open(
         CommandId::Get_Description, ValuesOf(partition) << (isMessageNode ? NODE_TYPE_MSG : nodeTypeId) << nodeNumber);
     return !node.EndOfFile();

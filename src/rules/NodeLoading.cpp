@@ -75,11 +75,10 @@ bool IsLoadedFrom(const DirectoryNode& loaded, const DirectoryNode& node, int hi
     NodeHeader header = node.header;
     header.accessCode = Admitted(header.accessCode, IsDigit);
     header.startingPrompt = StartingPrompt(header.startingPrompt, highestMessageNode);
-    return loaded.header == header &&
-           std::equal(loaded.entries.begin(), loaded.entries.end(), node.entries.begin(), node.entries.end(),
-                      [](const DirectoryEntry& read, const DirectoryEntry& written) {
-                          return read == written || read == AsRead(written);
-                      });
+    return loaded.header == header && std::ranges::equal(loaded.entries, node.entries,
+                                                         [](const DirectoryEntry& read, const DirectoryEntry& written) {
+                                                             return read == written || read == AsRead(written);
+                                                         });
 }
 
 } // namespace qor

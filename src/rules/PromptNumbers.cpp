@@ -16,7 +16,7 @@ namespace {
 int FirstFreeNumber(const MessageNodeNumbers& used, int first, int last)
 {
     int candidate = first;
-    for (auto number = std::lower_bound(used.begin(), used.end(), first); number != used.end(); ++number) {
+    for (auto number = std::ranges::lower_bound(used, first); number != used.end(); ++number) {
         if (*number > candidate)
             break;
         candidate = *number + 1;
@@ -35,15 +35,15 @@ MessageNodeNumbers UsedMessageNodeNumbers(DataBase& dataBase, const Partition& p
         if (const auto number = WholeNumber(rows.Field(0))) // the engine keeps any text
             numbers.push_back(*number);
     }
-    std::sort(numbers.begin(), numbers.end()); // it sorts a number that is kept as a text behind the others
+    std::ranges::sort(numbers); // it sorts a number that is kept as a text behind the others
     return numbers;
 }
 
 int FreeNumberCount(const MessageNodeNumbers& used, int highest)
 {
     const std::set<int> distinct(used.begin(), used.end());
-    return highest - static_cast<int>(std::count_if(distinct.begin(), distinct.end(),
-                                                    [&](int number) { return number >= 1 && number <= highest; }));
+    return highest - static_cast<int>(
+                         std::ranges::count_if(distinct, [&](int number) { return number >= 1 && number <= highest; }));
 }
 
 QString NewEntryPrompt(qint16 number)

@@ -109,9 +109,8 @@ QByteArrayView RowReader::TakeUnquoted()
     mLong.clear();
     while (true) {
         const QByteArrayView ahead = mText.Ahead(1);
-        const auto* const end = std::find_if(ahead.begin(), ahead.end(), [this](char byte) {
-            return byte == mSeparator || byte == '\r' || byte == '\n';
-        });
+        const auto* const end = std::ranges::find_if(
+            ahead, [this](char byte) { return byte == mSeparator || byte == '\r' || byte == '\n'; });
         const bool isEnd = end != ahead.end();
         const QByteArrayView piece = ahead.first(end - ahead.begin());
         mText.Skip(piece.size());

@@ -33,7 +33,6 @@ private:
     bool TakeQuoted(QString* field);
     QByteArrayView TakeUnquoted();
     bool TakeFieldEnd();
-    bool EndsField(int byte) const;
 
     TextBytes mText;
     char mSeparator;

@@ -10,7 +10,7 @@ namespace qor {
 QString Admitted(QStringView text, bool (*admits)(QChar))
 {
     QString admitted;
-    std::copy_if(text.begin(), text.end(), std::back_inserter(admitted), admits);
+    std::ranges::copy_if(text, std::back_inserter(admitted), admits);
     return admitted;
 }
 

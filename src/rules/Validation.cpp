@@ -20,13 +20,12 @@ void AddLine(QString& message, const QString& text)
 
 bool IsName(const QString& text)
 {
-    return std::all_of(text.begin(), text.end(), [](QChar c) { return IsLetter(c); });
+    return std::ranges::all_of(text, IsLetter);
 }
 
 bool IsExtension(const QString& text)
 {
-    return text.size() <= highestExtensionLength &&
-           std::all_of(text.begin(), text.end(), [](QChar c) { return IsDigit(c); });
+    return text.size() <= highestExtensionLength && std::ranges::all_of(text, IsDigit);
 }
 
 void CheckField(QString& message, const QString& field, const QString& text, bool sound)
