@@ -4,15 +4,17 @@
 #include "rules/TypedText.h"
 #include "rules/Validation.h"
 
+#include <algorithm>
 #include <array>
 
 namespace qor {
 
 namespace {
 
+/// A letter that does not decompose into another one and an accent.
 struct LetterSpelling
 {
-    char16_t letter; ///< small
+    char16_t letter; ///< a small one
     const char* spelling;
 };
 
@@ -22,36 +24,39 @@ constexpr std::array spellings{
     LetterSpelling{0x127, "h"}, LetterSpelling{0x131, "i"}, LetterSpelling{0x14B, "n"},
 };
 
-/// Of a letter that is no other one with an accent; else the letter itself. A capital begins with one.
+/// Letters that the table does not have stay.
 QString Spelled(QChar letter)
 {
-    for (const LetterSpelling& row : spellings) {
-        if (letter.toLower() != row.letter)
-            continue;
-        QString spelling = QString::fromLatin1(row.spelling);
-        if (letter.isUpper())
-            spelling[0] = spelling[0].toUpper();
-        return spelling;
-    }
-    return letter;
+    const auto* const row = std::ranges::find(spellings, letter.toLower().unicode(), &LetterSpelling::letter);
+    if (row == spellings.end())
+        return letter;
+    QString spelling = QString::fromLatin1(row->spelling);
+    if (letter.isUpper())
+        spelling[0] = spelling[0].toUpper();
+    return spelling;
 }
 
 } // namespace
 
-QString PlainLetters(const QString& text)
+QString SpelledOut(const QString& text)
 {
     QString spelled;
-    const QString parted = text.normalized(QString::NormalizationForm_KD);
-    for (const QChar letter : parted)
+    const QString decomposed = text.normalized(QString::NormalizationForm_KD);
+    for (const QChar letter : decomposed)
         spelled += Spelled(letter);
-    return Admitted(spelled, IsLetter);
+    return spelled;
+}
+
+QString PlainLetters(const QString& text)
+{
+    return Admitted(SpelledOut(text), IsLetter);
 }
 
 QString PlainDigits(const QString& text)
 {
     QString digits;
-    const QString parted = text.normalized(QString::NormalizationForm_KD);
-    for (const QChar c : parted) {
+    const QString decomposed = text.normalized(QString::NormalizationForm_KD);
+    for (const QChar c : decomposed) {
         if (const int digit = c.digitValue(); digit >= 0)
             digits += QString::number(digit);
     }

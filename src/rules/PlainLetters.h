@@ -5,12 +5,14 @@
 
 namespace qor {
 
-/// The letters A to Z of a text, accents taken off by their Unicode decomposition: Müller becomes Muller, whatever its
-/// language is. Letters that have none are written as usual: ß ss, æ ae, œ oe, þ th, ø o, ł l, đ and ð d, ħ h, ı i, ŋ
-/// n. Everything else is left out: O'Neil becomes ONeil.
+/// The text with its accents apart, by Unicode decomposition, and with letters that do not decompose written as usual:
+/// ß ss, æ ae, œ oe, þ th, ø o, ł l, đ and ð d, ħ h, ı i, ŋ n.
+QString SpelledOut(const QString& text);
+
+/// The letters A to Z of a text that is spelled out: Müller becomes Muller, whatever its language, and O'Neil ONeil.
 QString PlainLetters(const QString& text);
 
-/// The digits 0 to 9 of a text; those of other scripts and forms become these.
+/// The digits of a text as 0 to 9, whatever their script and form.
 QString PlainDigits(const QString& text);
 
 } // namespace qor

@@ -10,8 +10,8 @@ namespace qor {
 /// Whether telephones have a key for every character of a name: A to Z and the digits.
 bool HasKeys(QStringView name);
 
-/// A letter with an accent counts as the letter below it, one like ß, æ or ł as the letters written in its place; what
-/// has no key otherwise (blanks, hyphens, apostrophes) is passed over.
+/// The keys for a name as SpelledOut writes it: a letter with an accent counts as the letter without it, ß as ss. What
+/// has no key (blanks, hyphens, apostrophes) is skipped.
 QString TelephoneKeys(const QString& name);
 
 /// The name that callers spell.
