@@ -7,7 +7,7 @@ namespace qor {
 
 namespace {
 
-// clang-format off: the texts stand as they are stored
+// clang-format off: the statements stand as they are stored
 constexpr std::array catalog{
     StoredCommand{CommandId::Get_Specific_Node_Type_Max, "Get_Specific_Node_Type_Max", "rsGet_Specific_Node_Type_Max",
                   "SELECT Node_Type_Max.* FROM Node_Type_Max WHERE Config_ID = `Given_ConfigID` AND "

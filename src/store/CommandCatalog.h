@@ -35,14 +35,14 @@ struct StoredCommand
 std::span<const StoredCommand> CommandCatalog();
 const StoredCommand& CatalogEntry(CommandId id);
 
-/// A stored text in the engine's words.
+/// A stored statement in the engine's syntax.
 struct EngineStatement
 {
     QString text;           ///< with ?1, ?2, ... for the parameters
     QStringList parameters; ///< the Given_ names in order of first appearance
 };
 
-/// Turns every Given_ name, in back-quotes or bare, into the engine's placeholder of that name.
+/// Replaces every Given_ name, in back-quotes or bare, by a placeholder, the same for the same name.
 EngineStatement TranslateStoredSql(const QString& sql);
 
 /// Node type ids as the commands take them.

@@ -6,7 +6,7 @@ namespace qor {
 
 namespace {
 
-/// The catalog in the engine's words, translated once for all instances.
+/// The catalog in the engine's syntax, translated once for all instances.
 const std::vector<EngineStatement>& EngineStatements()
 {
     static const std::vector<EngineStatement> statements = [] {

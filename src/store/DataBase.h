@@ -12,16 +12,16 @@ namespace qor {
 class DataBase
 {
 public:
-    /// Takes the connection string that GetConnectionString builds. The connection opens on first use of a
-    /// command and closes with this object.
+    /// Uses the connection string of GetConnectionString. The connection opens with the first command and closes with
+    /// this object.
     DataBase();
     /// The same with another connection string.
     explicit DataBase(const QString& connectionString);
 
     Connection Conn;
 
-    /// Runs a command that returns rows and hands out its recordset, standing on the first row. The values go
-    /// to the parameters in the order of the catalog. Raises RuntimeError as Command does.
+    /// Runs a command that returns rows. The values go to the parameters in the order of the catalog. Raises
+    /// RuntimeError as Command does.
     Recordset Open(CommandId id, const QStringList& values);
     /// Runs a command without rows.
     void Execute(CommandId id, const QStringList& values);

@@ -37,7 +37,7 @@ QString ShellFolderFromRegistry(const QString& valueName)
     return RegGetValue(RegistryRoot::LocalMachine, QString(shellFoldersKey), valueName, QString()).toString();
 }
 
-/// The text without its last `zeros` bytes, the terminating ones.
+/// The text without that many terminating zeros.
 QString TextWithout(const QByteArray& data, qsizetype zeros)
 {
     return QString::fromUtf8(data.first(qMax<qsizetype>(0, data.size() - zeros)));

@@ -8,7 +8,7 @@
 
 namespace qor {
 
-/// The shell folder's path without a separator at its end, or the empty text for an id that is not known.
+/// The shell folder's path without a separator at its end, or the empty text for an unknown id.
 QString GetSpecialFolderPath(int csidl);
 
 /// A registry value: text (String and ExpandString, whose references stay as they are), bytes (Binary), a
@@ -20,8 +20,8 @@ QVariant RegGetValue(RegistryRoot root, const QString& keyPath, const QString& v
 QString GetCommonDocumentsFromRegistry();
 QString GetCommonAppDataFromRegistry();
 
-/// <common application data>/Quorvanta/KELDAR+/. Where the shell's folder has no such folder below it, the
-/// registry's folder is taken, whether or not it exists.
+/// <common application data>/Quorvanta/KELDAR+/. Below the shell's folder if that is there, else below the registry's,
+/// whether or not it exists.
 QString GetProductAppDataFolder();
 /// The same below the common documents folder.
 QString GetProductDocumentsFolder();

@@ -30,9 +30,9 @@ private:
     QSqlQuery& mQuery;
 };
 
-constexpr std::size_t cachedRows = 100; ///< room for so many is made at once
+constexpr std::size_t expectedRows = 100; ///< for which room is made at once
 
-/// error: what ended the rows, if it was not their end
+/// error: set when something other than their end ended the rows.
 std::shared_ptr<const RecordRows> ReadRows(Statement& statement, QSqlError& error)
 {
     QSqlQuery& query = statement.query;
@@ -40,7 +40,7 @@ std::shared_ptr<const RecordRows> ReadRows(Statement& statement, QSqlError& erro
     auto rows = std::make_shared<RecordRows>();
     rows->columns = ColumnNames(query.record());
     const int columnCount = static_cast<int>(rows->columns.size());
-    rows->values.reserve(static_cast<std::size_t>(columnCount) * cachedRows);
+    rows->values.reserve(static_cast<std::size_t>(columnCount) * expectedRows);
     while (query.next()) {
         for (int i = 0; i < columnCount; ++i)
             rows->values.push_back(statement.Value(i));
@@ -120,7 +120,7 @@ void Command::Run(const QStringList& values)
 {
     RequireValues(values);
     mConnection.Open();
-    if (!mStatement || !mStatement->query.driver()) // a driver goes with the engine that was dropped
+    if (!mStatement || !mStatement->query.driver()) // a dropped engine takes its driver along
         mStatement = mConnection.mEngine->Prepare(mEngineText, mParameterCount);
     QStringList texts = values;
     if (mNullText == NullText::IsEmpty) {

@@ -1,5 +1,4 @@
-// A statement with parameters that runs on a connection. It opens the connection on first use and is prepared
-// once.
+// A statement with parameters that runs on a connection, which it opens on first use. It is prepared once.
 #pragma once
 
 #include "platform/data/Recordset.h"
@@ -27,18 +26,21 @@ public:
     Command(const Command&) = delete;
     Command& operator=(const Command&) = delete;
 
-    /// Runs with these values, bound by position as texts. Every row is read before it returns. Raises RuntimeError: a
-    /// wrong number of values, a recordset of this command that is still open, an error of the engine or of its file.
+    /// Runs with these values, bound by position. They are texts, whatever the columns: the form holds texts, and a
+    /// file keeps one that is no number in a number column as it is, where converting it here could only lose it or end
+    /// a save half way.
+    /// Every row is read before it returns. Raises RuntimeError: a wrong number of values, a recordset of this command
+    /// that is still open, an error of the engine or of its file.
     Recordset Open(const QStringList& values);
-    /// Runs with these values and hands over row by row, for a result that is too large to be held. What it is given
-    /// stands on one row, which is another one after the call. Raises RuntimeError as Open does.
+    /// Runs with these values and passes row by row to `take`, for a result that is too large to hold. The recordset
+    /// stands on that one row and is used again for the next. Raises RuntimeError as Open does.
     void ForEachRow(const QStringList& values, const std::function<void(const Recordset& row)>& take);
-    /// The same for a statement without rows; returns how many rows it changed.
+    /// Runs a statement without rows; returns how many rows it changed.
     int Execute(const QStringList& values);
 
 private:
     void Run(const QStringList& values);
-    /// Once more where the engine says that it may succeed then.
+    /// Runs it, and once more if the engine says that this may help.
     void RunToRead(const QStringList& values);
     void RequireValues(const QStringList& values) const;
 

@@ -50,7 +50,7 @@ std::unique_ptr<DatabaseEngine> EngineFor(const QString& fileName)
                                                                                                               package));
 }
 
-constexpr int impatientTimeout = 1000; ///< ms, of a wait that the one before was in vain for
+constexpr int impatientTimeout = 1000; ///< ms, of a wait after one that was in vain
 
 } // namespace
 

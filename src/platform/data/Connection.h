@@ -17,7 +17,7 @@ QString ConnectionStringFor(const QString& fileName);
 
 enum class Access {
     ReadWrite,
-    ReadOnly,  ///< leaves a log where it lies, which a writing connection would take into the file when it closes
+    ReadOnly,  ///< leaves a log beside the file alone; a writing connection merges it when it closes
     Unchanging ///< without locks and logs, for a file that nobody can change, as on read-only media
 };
 
@@ -25,40 +25,42 @@ class Connection
 {
 public:
     Connection();
-    /// Gives the connection back; every Command on it must be gone.
+    /// Every Command on it must be gone.
     ~Connection();
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
 
     /// "Provider=<name>;Data Source=<file>"; the file name is the rest of the text.
     void SetConnectionString(const QString& connectionString) { mConnectionString = connectionString; }
-    /// How the next Open opens the file; for reading and writing where nothing is said.
+    /// How the next Open opens the file; ReadWrite unless set.
     void SetAccess(Access access) { mAccess = access; }
-    /// How long opening and each command wait for a lock that another program holds; it counts at once, also for an
-    /// open connection. Once such a wait was in vain, the next ones take a second at most, until a command succeeds.
+    /// How long opening and each command wait for a lock of another program; it takes effect at once. After a wait in
+    /// vain the next ones take a second at most until a command succeeds, so that a save of many commands costs one
+    /// long wait.
     void SetLockTimeout(int milliseconds);
 
-    /// Opens the file, or the server that it names; nothing when it is open. A file is never created, and its journal
-    /// mode stays as found. Raises RuntimeError: unknown provider, no such file, another format, a lock. After a
-    /// failure it may be called again.
+    /// Opens the file, or the server that it names, unless it is open. A file is never created, and its journal mode
+    /// stays as found. Raises RuntimeError: unknown provider, no such file, another format, a lock. After a failure it
+    /// may be called again.
     void Open();
-    /// Not when the toolkit dropped all connections, with the end of an application object or of the process, and not
-    /// after a command found the file out of reach (read-only, input or output, opening); Open then opens anew, and so
-    /// does the next command.
+    /// False also when the toolkit has dropped all connections, at the end of an application object or of the process,
+    /// and when a command found the file out of reach (read-only, input or output, opening). Open then opens anew, and
+    /// so does the next command.
     bool IsOpen() const;
-    /// Gives the engine back; the next Open opens anew.
+    /// Drops the engine; the next Open opens anew.
     void Close();
-    /// Whether other stations write to it: a server, and no file; as it is open, or would be opened.
+    /// Whether other stations can write to it: true for a server, false for a file. It answers for what is open or
+    /// would be opened.
     bool IsShared() const;
-    /// Raises RuntimeError when the name of the opened file leads to no file or to another one. outcome: a sentence
-    /// that tells what became of the work. The connection is closed then; its log stays with the old file and is not
-    /// laid over the new one. Nothing when it is not open.
+    /// Raises RuntimeError when the name of the opened file now leads to another file or to none, and closes the
+    /// connection. The log is merged into the old file first; it would be applied to the new one. outcome: a sentence
+    /// of the message that says what became of the work. Does nothing when it is not open.
     void RequireSameFile(const QString& outcome);
-    /// Raises RuntimeError when the engine cannot hold this text in a column for texts. To be asked before what is
-    /// stored makes way. Opens the connection if it is not open.
+    /// Raises RuntimeError when the engine cannot store this text. Call it before what is stored is removed. Opens the
+    /// connection if it is not open.
     void RequireStorable(const QString& text);
-    /// While it stays, a server that was lost is not connected to anew, since what a save holds there went with the old
-    /// connection. To be ended as often as it was asked for.
+    /// After true, and until false, a lost server is not connected to again: the lock and settings of a save were those
+    /// of the lost session. Calls nest.
     void StayWithEngine(bool stays);
 
 private:
@@ -67,9 +69,9 @@ private:
     friend class DeferredSync;
     friend class SavingLock;
 
-    /// Open, and anew when the file could not be written at the first time.
+    /// Opens, and opens again if the file could not be written the first time.
     void OpenForWriting();
-    /// What a command has to raise, after the connection has drawn its conclusions from it.
+    /// The error that a failed command raises. Draws the connection's conclusions from it first.
     RuntimeError Failure(const QSqlError& error);
     void Succeeded();
     int LockTimeout() const;
@@ -79,8 +81,8 @@ private:
     Access mAccess = Access::ReadWrite;
     int mLockTimeout = 30'000;  // ms
     bool mWaitedInVain = false; ///< and no command has succeeded since
-    bool mMayRepeat = false;    ///< what failed last, if it only reads
-    int mStaysWithEngine = 0;   ///< how many ask for it
+    bool mMayRepeat = false;    ///< the command that failed last, if it only reads
+    int mStaysWithEngine = 0;   ///< how often it was asked for
     std::unique_ptr<DatabaseEngine> mEngine;
 };
 

@@ -13,17 +13,17 @@ namespace qor {
 
 namespace {
 
-/// The first bytes that tell a format, and what to say of such a file.
+/// A format by its first bytes, and what to say of such a file.
 struct Signature
 {
     QByteArray bytes;
     const char* sentence;
 };
 
-constexpr qsizetype startLength = 32; ///< bytes that tell what a file is
+constexpr qsizetype startLength = 32; ///< bytes that identify a format
 
-/// By the versions that a reader and a writer of the file must know; the engine knows two. The three bytes that are the
-/// same in every sound header tell it from a damaged one.
+/// By the versions that a reader and a writer have to know, of which the engine knows the first two. Three bytes that
+/// every sound header has tell a newer file from a damaged one.
 bool IsNewerFormat(const QByteArray& start)
 {
     constexpr char knownVersion = 2;
@@ -55,8 +55,8 @@ const std::array<Signature, 3>& Signatures()
     throw RuntimeError(ErrorNumber::Provider, u"The database %1 %2"_s.arg(fileName, QString::fromLatin1(what)));
 }
 
-/// Sets the write-ahead mode, which writes the header of an empty file; the answer is the mode that holds now. The
-/// write comes behind the answer: a full disk shows there.
+/// Sets write-ahead mode, which writes the header of an empty file. The engine answers with the mode that now holds and
+/// writes after its answer, so a full disk shows only when the query is read on.
 void SetWriteAheadMode(const QString& connectionName, const QString& fileName)
 {
     QSqlDatabase database = QSqlDatabase::database(connectionName, false);

@@ -1,4 +1,4 @@
-// What a database file is, seen from outside the engine, and the making of a new one.
+// Looks at database files from outside the engine, and makes new ones.
 #pragma once
 
 #include "platform/runtime/Text.h"
@@ -8,8 +8,8 @@
 
 namespace qor {
 
-/// Raises RuntimeError unless a file of this name exists that is not empty. It only asks the file system:
-/// opening and closing the file would drop the locks that an engine in this process holds on it.
+/// Raises RuntimeError unless a file of this name exists and is not empty. It only asks the file system: opening and
+/// closing the file would drop the locks that an engine in this process holds on it.
 void RequireDatabaseFile(const QString& fileName);
 
 /// Which file it is, whatever its name.
@@ -28,15 +28,15 @@ inline constexpr char newerFormatSentence[] =
 /// Nothing when no file can be reached under this name.
 std::optional<FileIdentity> IdentityOf(const QString& fileName);
 
-/// A sentence on a file that the engine does not take for a database: what it is and what to do. It reads the
-/// file's first bytes, so call it only after the engine has refused the file.
+/// What a file is that the engine refuses, and what to do about it, as the end of a sentence. Reads its first bytes, so
+/// call it only after the engine has refused the file.
 QString ForeignFileSentence(const QString& fileName);
 
-/// The engine makes its files beside the database with the permissions that the database has then, and a log that stays
-/// read-only stops every save. Gives those of ours the permissions that the database has now.
+/// Gives our log and index beside the database the permissions that the database has now. The engine made them with
+/// those of that time, and a log that stayed read-only would stop every save.
 void MendPermissions(const QString& canonicalPath);
 
-/// Whether the file is of a format that the engine reads or writes in its later versions only. The same holds.
+/// Whether only later versions of the engine can read or write the file. Reads its first bytes, too.
 bool HasNewerFormat(const QString& fileName);
 
 /// Raises RuntimeError: "The file %1 cannot be made: " and why.

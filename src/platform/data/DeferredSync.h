@@ -8,16 +8,16 @@ namespace qor {
 class Connection;
 class EngineSync;
 
-/// While it lives, a database in write-ahead mode writes its commits without waiting for the disk after each;
-/// Finish then waits once, for all of them. The log is one file, so a power loss in between takes back the
-/// last commits at most. A database in another mode goes on waiting after each commit, and once more for its folder.
+/// While it lives, a database in write-ahead mode commits without waiting for the disk; Finish then waits once for all
+/// commits. The log is one file, so a power loss in between takes back the last commits at most. A database in another
+/// mode still waits after each commit, and at the end once more for its folder.
 class DeferredSync
 {
 public:
     /// Opens the connection if it is not open; raises RuntimeError when it cannot, and when the file that was opened is
     /// no longer there. Nothing is written in either case.
     explicit DeferredSync(Connection& connection);
-    /// Finishes; a failure of that is not told.
+    /// Finishes, and ignores a failure.
     ~DeferredSync();
     DeferredSync(const DeferredSync&) = delete;
     DeferredSync& operator=(const DeferredSync&) = delete;

@@ -21,7 +21,7 @@ public:
     virtual ~Statement() = default;
     Q_DISABLE_COPY_MOVE(Statement)
 
-    /// Runs it with these texts, a null one as Null. False when the engine refuses; the query has the error.
+    /// Runs it with these texts; a null one stands for Null. When it returns false, the query has the error.
     virtual bool Run(const QStringList& values) = 0;
     /// A value of the row that the query stands on; a Null is null.
     virtual QVariant Value(int column) const = 0;
@@ -29,13 +29,13 @@ public:
     QSqlQuery query;
 };
 
-/// An engine's failure, and what a connection has to conclude from it.
+/// A failure, and what a connection has to conclude from it.
 struct EngineFailure
 {
     RuntimeError error;
     bool waitedInVain = false; ///< for a lock or an answer
-    bool endsEngine = false;   ///< it does not recover by itself; another one may
-    bool mayRepeat = false;    ///< a command that only reads succeeds at the next try, perhaps
+    bool endsEngine = false;   ///< this engine does not recover; a new one may
+    bool mayRepeat = false;    ///< a command that only reads may succeed if it runs again
 };
 
 /// Locked until it is destroyed.
@@ -55,7 +55,7 @@ public:
     virtual ~EngineSync() = default;
     Q_DISABLE_COPY_MOVE(EngineSync)
 
-    /// As DeferredSync::Finish, once.
+    /// What DeferredSync::Finish does; called once.
     virtual void Finish() = 0;
 };
 
@@ -70,30 +70,30 @@ class DatabaseEngine
 {
 public:
     explicit DatabaseEngine(const QString& fileName);
-    /// Gives Qt's connection back; the queries on it have ended, or end with it.
+    /// Removes Qt's connection; queries on it have ended, or end now.
     virtual ~DatabaseEngine();
     Q_DISABLE_COPY_MOVE(DatabaseEngine)
 
     const QString& FileName() const { return mFileName; }
-    /// Not once the toolkit has dropped the connection.
+    /// False once the toolkit has dropped the connection.
     bool IsOpen() const { return !mDriver.isNull(); }
     QSqlDatabase Database() const { return QSqlDatabase::database(mName, false); }
 
     virtual bool IsShared() const = 0;
-    /// Opens it, once. Raises RuntimeError for what is no error of the engine's.
+    /// Called once. Returns the error of the engine, and raises RuntimeError for everything else.
     virtual QSqlError Open(const OpenOptions& options) = 0;
     virtual void ApplyLockTimeout(int milliseconds) = 0;
-    /// Whether a failure can come from having been opened when nothing could be written.
+    /// Whether the file could not be written when it was opened. That may have changed since.
     virtual bool IsReadOnly() const { return false; }
     virtual EngineFailure Judge(const QSqlError& error) const = 0;
-    /// text: as Command has it. What is wrong with it shows when it runs.
+    /// text: as for Command. Mistakes in it show when it runs.
     virtual std::unique_ptr<Statement> Prepare(const QString& text, int parameterCount) = 0;
-    /// Raises RuntimeError when the engine cannot hold a text.
+    /// Raises RuntimeError when the engine cannot store a text.
     virtual void RequireStorable(const QString& /*text*/) const {}
-    /// Nothing while the file's name leads to what was opened; else what Connection::RequireSameFile raises.
+    /// What Connection::RequireSameFile raises; nothing while the file's name leads to what was opened.
     virtual std::optional<RuntimeError> Replacement(const QString& outcome, int lockTimeout) = 0;
 
-    /// As SavingLock; nothing where there are no such locks.
+    /// The lock that a SavingLock holds; null where there are no such locks.
     virtual std::unique_ptr<EngineLock> Lock(Connection& connection, qint64 section, int timeout) = 0;
     virtual std::unique_ptr<EngineSync> DeferSync(Connection& connection) = 0;
 
@@ -101,12 +101,13 @@ protected:
     /// Makes Qt's connection. Raises RuntimeError when the toolkit has no such driver.
     QSqlDatabase AddDatabase(const QString& driver, const QString& package);
 
-    /// What a save needs of its connection, in which another engine may stand by then, or none.
+    /// The engine of a connection, for locks and syncs, which may outlive theirs: by then it may be another one or
+    /// null.
     static DatabaseEngine* In(Connection& connection) { return connection.mEngine.get(); }
     static RuntimeError Failure(Connection& connection, const QSqlError& error) { return connection.Failure(error); }
 
 private:
-    QString mFileName;            ///< as people know it
+    QString mFileName;            ///< for messages
     QString mName;                ///< of the connection in Qt's table of connections
     QPointer<QSqlDriver> mDriver; ///< null once the toolkit has dropped the connection
 };
@@ -114,7 +115,7 @@ private:
 /// Raises RuntimeError when the toolkit has no such driver.
 void RequireDriver(const QString& driver, const QString& package);
 
-/// A connection name of our own that no connection of the host has.
+/// A name for Qt's table of connections, which we share with the host.
 QString NewConnectionName();
 
 } // namespace qor

@@ -13,8 +13,8 @@ namespace qor {
 
 namespace {
 
-/// The engine's codes of a file that it could not get at. What it found stays with the engine, although the next moment
-/// may give the file back, so another one has to look.
+/// The engine's codes for a file that it cannot get at. It keeps to that, although the file may be back a moment later,
+/// so a new engine has to look.
 constexpr int readOnlyCode = 8;
 constexpr std::array outOfReachCodes{readOnlyCode, 10, 14};
 
@@ -62,7 +62,7 @@ FileEngine::FileEngine(const QString& fileName)
 {
 }
 
-/// Only a first statement tells whether the file is a database.
+/// Opening succeeds with any file; the first statement tells whether it is a database.
 QSqlError FileEngine::Open(const OpenOptions& options)
 {
     if (mIsWritable && options.access == Access::ReadWrite)
@@ -84,8 +84,8 @@ void FileEngine::ApplyLockTimeout(int milliseconds)
 EngineFailure FileEngine::Judge(const QSqlError& error) const
 {
     const int code = PrimaryCode(error);
-    // Written it may be, but the engine only reads it. To look at the file drops the locks that this process has on it,
-    // so it is not done where permissions explain the failure.
+    // The file may be written, yet the engine only reads it. Looking at the file drops the locks that this process has
+    // on it, so we do not when permissions explain the failure.
     const bool isTooNew = error.nativeErrorCode().toInt() == readOnlyCode && mIsWritable && HasNewerFormat(FileName());
     return {.error = isTooNew ? NewerFormatError(FileName()) : FileError(error, FileName()),
             .waitedInVain = IsLockCode(code),
@@ -106,8 +106,8 @@ std::optional<RuntimeError> FileEngine::Replacement(const QString& outcome, int 
                                      "use the file that is there now."_s
                                    : u"The database %1 was moved or removed while it was open. %2 Put it back and try "
                                      "again."_s;
-    // Takes the log into the file that it belongs to, wherever that is, and leaves it empty: whoever opens the new file
-    // would read the log as its own.
+    // Merges the log into its own file, wherever that is now, and empties it: whoever opens the new file would take the
+    // log for its own.
     ApplyLockTimeout(std::min(lockTimeout, logTimeout));
     QSqlQuery(Database()).exec(u"PRAGMA wal_checkpoint(TRUNCATE)"_s);
     return RuntimeError(ErrorNumber::Provider, sentence.arg(FileName(), outcome));

@@ -1,4 +1,4 @@
-// The embedded engine, which holds a database in a file of its own.
+// The embedded engine, which keeps a database in a file.
 #pragma once
 
 #include "platform/data/DatabaseFile.h"
@@ -9,7 +9,8 @@ namespace qor {
 class FileEngine : public DatabaseEngine
 {
 public:
-    /// Looks at the file before it is opened: one that is put in its place in between is found by the first save.
+    /// Remembers which file it is before it is opened, so that the first save notices one that was put in its place in
+    /// between.
     explicit FileEngine(const QString& fileName);
 
     bool IsShared() const override { return false; }
@@ -32,24 +33,24 @@ private:
     bool mLogIsOnDisk = false; ///< the write-ahead log's entry in its folder has been synced
 };
 
-/// The toolkit's driver for such files, and the package that brings it.
+/// The toolkit's driver for these files, and the package that has it.
 inline const QString fileDriver = u"QSQLITE"_s;
 inline const QString fileDriverPackage = u"libqt6sql6-sqlite"_s;
 
 /// An engine's failure as a sentence that names the file, what is wrong and what to do.
 RuntimeError FileError(const QSqlError& error, const QString& fileName);
 
-/// The same for a file that the engine reads but is too old to write.
+/// The same for a file that the engine can read but is too old to write.
 RuntimeError NewerFormatError(const QString& fileName);
 
-/// The engine's code without what it says of the place.
+/// The engine's primary result code, of which the extended ones are variants.
 int PrimaryCode(const QSqlError& error);
 bool IsLockCode(int primaryCode);
 
 /// The database name and options that open `fileName` without creating it.
 QString EngineFileUri(const QString& fileName, Access access = Access::ReadWrite);
 
-/// A lock on an empty file beside the database, as SavingLock has it.
+/// The lock of a SavingLock: a byte of an empty file beside the database.
 std::unique_ptr<EngineLock> LockBeside(const QString& canonicalPath, const QString& fileName, qint64 section,
                                        int timeout);
 

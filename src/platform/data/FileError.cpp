@@ -13,7 +13,7 @@ constexpr char diskFullSentence[] = "cannot grow: the disk is full. Free some sp
 
 struct EngineSentence
 {
-    int code; ///< the engine's result code: an extended one stands before its primary one
+    int code; ///< a primary or extended result code; extended ones stand before their primary one
     const char* sentence;
 };
 
@@ -49,8 +49,8 @@ constexpr std::array textSentences{
 
 constexpr int notADatabase = 26;
 
-/// Too little room for the engine's smallest step, the index of the log. Some failures for want of room have the codes
-/// of a faulty disk, or of a file that cannot be opened.
+/// Whether there is too little room for the smallest thing that the engine makes, the index of the log. Some failures
+/// for lack of room come with the code of a faulty disk, or of a file that cannot be opened.
 bool IsDiskFull(const QString& fileName)
 {
     constexpr unsigned long room = 64UL * 1024;

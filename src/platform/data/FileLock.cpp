@@ -15,7 +15,8 @@ namespace qor {
 
 namespace {
 
-/// The lock belongs to the open file, so that it is another connection's of the same process as well, and ends with it.
+/// The lock belongs to the open file description, not to the process: it keeps out other connections of this process,
+/// too, and ends when the descriptor is closed.
 struct HeldDescriptor : EngineLock
 {
     int descriptor;
@@ -32,8 +33,8 @@ void TellUnlocked(const QString& lockName, int error)
                  lockName, QString::fromLocal8Bit(std::strerror(error))));
 }
 
-/// A new lock file for all who may write the database, whatever the umask. Who cannot be made its owner or group has
-/// the rights of others.
+/// Makes the lock file for everybody who may write the database, whatever the umask. If it cannot get the database's
+/// owner and group, everybody may lock it.
 int MakeLockFile(const char* path, const QString& databaseName)
 {
     struct stat database;
@@ -50,7 +51,7 @@ int MakeLockFile(const char* path, const QString& databaseName)
     return descriptor;
 }
 
-/// Less than zero when it cannot be opened; errno tells why.
+/// Negative when it cannot be opened; errno says why.
 int OpenLockFile(const QString& lockName, const QString& databaseName)
 {
     const QByteArray path = QFile::encodeName(lockName);
@@ -59,7 +60,7 @@ int OpenLockFile(const QString& lockName, const QString& databaseName)
         int descriptor = open(path.constData(), O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
         if (descriptor < 0 && errno == ENOENT)
             descriptor = MakeLockFile(path.constData(), databaseName);
-        // Another program makes the file at this moment, or has yet to give it its permissions.
+        // Another program is just making the file, or has yet to set its permissions.
         const bool isInTheMaking = descriptor < 0 && (errno == EEXIST || errno == EACCES);
         if (!isInTheMaking || i == tries)
             return descriptor;
@@ -67,7 +68,7 @@ int OpenLockFile(const QString& lockName, const QString& databaseName)
     }
 }
 
-/// Zero, or why not.
+/// Zero, or the number of the error.
 int TryLock(int descriptor, qint64 section)
 {
     struct flock range = {};
@@ -83,7 +84,8 @@ bool IsTaken(int error)
     return error == EAGAIN || error == EACCES;
 }
 
-/// Asks over and over, so that a program that hangs with the lock does not hang this one.
+/// Asks again and again instead of waiting in the system, so that a program that hangs with the lock does not hang this
+/// one.
 int WaitForLock(int descriptor, qint64 section, int timeout)
 {
     const QDeadlineTimer deadline(timeout);

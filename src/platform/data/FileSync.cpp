@@ -17,7 +17,7 @@ namespace {
                                                   path, QString::fromLocal8Bit(std::strerror(error))));
 }
 
-/// harmlessError: of the opening, when there is nothing to do for us then.
+/// harmlessError: what opening fails with when there is nothing to sync.
 void SyncPath(const QString& path, int harmlessError)
 {
     const int descriptor = open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
@@ -56,13 +56,13 @@ private:
     void SyncFiles() const;
 
     Connection& mConnection;
-    QString mPath; ///< of the file, where no link is left
+    QString mPath; ///< of the file itself, links resolved
     bool mIsDeferred;
 };
 
 QString FileEngine::FileSync::RunPragma(const QString& pragma)
 {
-    // No command: most of these take no lock, so that their success does not end the impatience for locks.
+    // Not a Command: most pragmas take no lock, so their success must not end the impatience with locks.
     QSqlQuery query(In(mConnection)->Database());
     if (!query.exec(pragma)) {
         const QSqlError error = query.lastError();
@@ -74,15 +74,15 @@ QString FileEngine::FileSync::RunPragma(const QString& pragma)
 
 void FileEngine::FileSync::SyncFiles() const
 {
-    // The log may be opened and closed beside the engine: its locks are on the other files. It goes with an engine that
-    // a failing command dropped.
+    // Opening and closing the log is safe beside the engine, whose locks are on the other files. The log is gone when a
+    // failed command has dropped the engine.
     if (mIsDeferred)
         SyncPath(mPath + u"-wal"_s, ENOENT);
     auto* const engine = static_cast<FileEngine*>(In(mConnection));
     if (mIsDeferred && engine && engine->mLogIsOnDisk)
         return;
-    // The log may be new in its folder when the first save ends; a journal leaves it with each commit, and one that
-    // comes back takes the last commit with it. A folder that may be written but not read cannot be synced.
+    // The log may be new in its folder when the first save ends. A journal leaves the folder with each commit; one that
+    // a power loss brings back undoes the last commit. A folder that may be written but not read cannot be synced.
     SyncPath(QFileInfo(mPath).path(), EACCES);
     if (engine)
         engine->mLogIsOnDisk = true;

@@ -11,7 +11,7 @@ std::optional<QString> ServiceIn(const QString& fileName)
 {
     constexpr qint64 smallestDatabase = 512; // bytes, the smallest page of the embedded engine
     QFile file(fileName);
-    // A database is not touched: to close the file would drop the locks that its engine holds in this process.
+    // Leave a database alone: closing it would drop the locks that its engine holds in this process.
     if (file.size() >= smallestDatabase || !file.open(QIODevice::ReadOnly))
         return std::nullopt;
     const QByteArray text = file.read(smallestDatabase);

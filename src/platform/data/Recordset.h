@@ -36,8 +36,7 @@ public:
     /// Steps to the next row; at the end of file it raises RuntimeError.
     void MoveNext();
 
-    /// The column's position, found without regard to case; raises RuntimeError for a column that is not
-    /// there.
+    /// The column's position, found without regard to case. Raises RuntimeError when it is missing.
     int FieldIndex(const QString& column) const;
     /// A value of the current row; raises RuntimeError at the end of file.
     const QVariant& Field(int index) const;

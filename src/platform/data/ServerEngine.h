@@ -1,4 +1,4 @@
-// A server that holds the database for many stations, through the toolkit's driver for it.
+// A database on a server that many stations share.
 #pragma once
 
 #include "platform/data/AnswerWatch.h"
@@ -9,7 +9,7 @@ namespace qor {
 class ServerEngine : public DatabaseEngine
 {
 public:
-    /// service: what the link in the file names.
+    /// service: the one that the link names.
     ServerEngine(const QString& fileName, QString service);
     ~ServerEngine() override;
     Q_DISABLE_COPY_MOVE(ServerEngine)
@@ -24,11 +24,11 @@ public:
     std::unique_ptr<EngineLock> Lock(Connection& connection, qint64 section, int timeout) override;
     std::unique_ptr<EngineSync> DeferSync(Connection& connection) override;
 
-    /// Runs a text as it stands, within the time that a server may take.
+    /// Runs a statement as it is, within the time that a server may take.
     bool Run(QSqlQuery& query, const QString& text);
-    /// Runs what is prepared in this query.
+    /// Runs what the query has prepared.
     bool Run(QSqlQuery& query);
-    /// Prepares a text in the engine's words.
+    /// Prepares a statement in the engine's syntax.
     bool PrepareIn(QSqlQuery& query, const QString& text);
 
 private:
@@ -37,16 +37,16 @@ private:
     QString mService;
     QString mPath; ///< of the link, absolute
     int mLockTimeout = 0;
-    int mSentLockTimeout = 0; ///< what the server knows
+    int mSentLockTimeout = 0; ///< what the server was told
     bool mWasConnected = false;
     std::unique_ptr<AnswerWatch> mWatch; ///< null where there can be none
 };
 
 /// The service was not reached, or a statement failed: a sentence that names the file, what is wrong and what to do. It
-/// has the first line of what the server says; the next ones may hold a row with its password.
+/// quotes only the first line of the server's message; further ones may show a row with its password.
 RuntimeError ServerError(const QSqlError& error, const QString& fileName, const QString& service);
 
-/// The same for a connection that has ended. hasGivenUp: because the server did not answer in time.
+/// The same for a connection that has ended. hasGivenUp: we ended it, because the server did not answer in time.
 RuntimeError LostServerError(const QSqlError& error, const QString& fileName, bool hasGivenUp);
 
 } // namespace qor

@@ -8,11 +8,11 @@ namespace {
 
 struct ServerSentence
 {
-    const char* sign; ///< the beginning of a state's code, or a part of what is said of a connection
+    const char* sign; ///< how the code begins; without a code, a part of the message
     const char* sentence;
 };
 
-/// By the server's codes, the longer ones first.
+/// By the server's codes, longer ones before those that begin them.
 constexpr std::array stateSentences{
     ServerSentence{"28",
                    "does not admit the user of its service. Check the user in pg_service.conf and the rights on the "
@@ -40,7 +40,7 @@ constexpr std::array stateSentences{
     ServerSentence{"XX", "has a server with a fault. Ask whoever keeps the server to look at its log."},
 };
 
-/// A connection that is not made has no code.
+/// A connection that cannot be made has no code.
 constexpr std::array connectionSentences{
     ServerSentence{"definition of service", "names a service that is not defined here. Add it to pg_service.conf."},
     ServerSentence{"service file", "needs pg_service.conf, which cannot be read. Mend that file."},
@@ -85,7 +85,7 @@ QString SentenceFor(const QString& state, const QString& serverText)
     return u"gave an error."_s;
 }
 
-/// Without the word for how bad it is.
+/// Without its severity.
 QString FirstLine(const QSqlError& error)
 {
     QString line = error.databaseText().section(u'\n', 0, 0).trimmed();

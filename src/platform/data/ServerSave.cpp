@@ -1,4 +1,4 @@
-// What a save takes of a server: a lock that ends with the session, and commits that wait for the disk once.
+// What a save needs of a server: a lock that ends with the session, and commits that wait for the disk once.
 #include "platform/data/Command.h"
 #include "platform/data/SavingLock.h"
 #include "platform/data/ServerEngine.h"
@@ -17,7 +17,7 @@ class ServerLock : public EngineLock
 public:
     ServerLock(Connection& connection, qint64 key) : mConnection(connection), mKey(key)
     {
-        // A command that reads: a session that was lost while nobody worked is replaced here.
+        // Run as a command that reads: a session that was lost while nobody worked is replaced here.
         Command(connection, u"the lock of a save"_s, u"SELECT pg_advisory_lock(%1)"_s.arg(mKey), 0).Open({});
         mConnection.StayWithEngine(true);
     }
@@ -49,9 +49,9 @@ public:
     ~ServerSync() override { mConnection.StayWithEngine(false); }
     Q_DISABLE_COPY_MOVE(ServerSync)
 
-    /// The setting alone brings nothing to disk, and commits of other sessions need not either: a message in the log,
-    /// committed in this session, takes all commits before it along. Two commands, for of several statements in one
-    /// the toolkit tells the first one's error.
+    /// The setting alone writes nothing, and other sessions need not either. A message in the log, committed in this
+    /// session, takes all commits before it to the disk. Two commands, because of several statements in one the toolkit
+    /// only reports what the first one returned.
     void Finish() override
     {
         Run(mConnection, u"SET synchronous_commit = on"_s);
@@ -62,7 +62,8 @@ private:
     Connection& mConnection;
 };
 
-/// The upper bits of our keys, "QD", apart from those of other programs on the same database. Sections take the others.
+/// The upper bits of our keys, "QD", set them apart from those of other programs on the same database. The lower ones
+/// are the section.
 constexpr qint64 ourKeys = 0x5144;
 constexpr int sectionBits = 48;
 
@@ -70,7 +71,7 @@ constexpr int sectionBits = 48;
 
 std::unique_ptr<EngineLock> ServerEngine::Lock(Connection& connection, qint64 section, int /*timeout*/)
 {
-    const QString fileName = FileName(); // this engine may be replaced on the way
+    const QString fileName = FileName(); // this engine may be gone when the lock fails
     try {
         return std::make_unique<ServerLock>(connection, (ourKeys << sectionBits) | section);
     } catch (const RuntimeError& error) {
