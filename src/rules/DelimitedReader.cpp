@@ -53,7 +53,7 @@ QString DelimitedReader::ReadField()
 
 void DelimitedReader::SkipBlanks()
 {
-    QByteArray blanks; // counted as a field is, so that an input of nothing else has an end
+    QByteArray blanks; // limited as a field is, so that an input of nothing else ends
     while (IsBlank(mText.Peek()))
         Add(blanks, mText.Take());
 }
@@ -77,8 +77,8 @@ QByteArray DelimitedReader::TakeQuoted()
     }
 }
 
-/// Takes what stands up to the end of the field, without the blanks at its end. Behind a quoted field that is
-/// nothing, or text that belongs to it.
+/// Takes the rest of the field, without the blanks at its end. After a quoted part that is usually nothing; text that
+/// does follow belongs to the field.
 void DelimitedReader::TakeUnquoted(QByteArray& field)
 {
     const qsizetype quotedLength = field.size();

@@ -5,17 +5,16 @@
 
 namespace qor {
 
-/// A field ends at a comma, at a line end (CR LF, LF or CR) or at the end of the input, which an end-of-file
-/// character (26) is as well. Blanks and tabs around a field are dropped. A field that begins with a double
-/// quote holds everything up to the closing one, commas and line ends included; two double quotes in it stand
-/// for one. A blank line is one empty field.
+/// A field ends at a comma, a line end (CR LF, LF or CR) or the end of the input; an end-of-file character (26) is one,
+/// too. Blanks and tabs around a field are dropped. A field that begins with a double quote holds everything up to the
+/// closing one, commas and line ends included; two double quotes in it stand for one. A blank line is one empty field.
 ///
-/// Text: UTF-8 or UTF-16 with a mark at the start; without a mark UTF-8, and a field whose bytes are not
-/// valid UTF-8 as Windows-1252.
+/// Encoding: UTF-8 or UTF-16 with a byte order mark; without a mark UTF-8, but a field that is not valid UTF-8 is taken
+/// for Windows-1252.
 class DelimitedReader
 {
 public:
-    /// A longer field raises RuntimeError, so that an input without commas and line ends has an end.
+    /// A longer field raises RuntimeError, so that an input without commas and line ends cannot fill the memory.
     static constexpr qsizetype highestFieldLength = 8192; ///< bytes
 
     /// device: open for reading; it must outlive the reader.

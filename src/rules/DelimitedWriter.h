@@ -7,10 +7,10 @@ namespace qor {
 
 enum class Quoting {
     Always,
-    WhereNeeded, ///< only fields that would not be read back without
+    WhereNeeded, ///< only fields that would not be read back without them
 };
 
-/// One record without its line end: the fields with separators between, in double quotes, those inside doubled.
+/// One record without its line end. Double quotes inside quoted fields are doubled.
 QString DelimitedLine(const QStringList& fields, Quoting quoting = Quoting::Always, QChar separator = u',');
 
 } // namespace qor

@@ -31,7 +31,7 @@ struct NodeHeader
     QString description;
     QString accessCode;
     bool usePasswords = false;
-    QString startingPrompt; ///< a number as it was chosen or typed: characters behind it stay
+    QString startingPrompt; ///< a number as it was chosen or typed: characters after it are kept
 
     bool operator==(const NodeHeader&) const = default;
 };

@@ -32,7 +32,7 @@ bool IsLeft(const RunningProcess& writer)
     return writer == own || writer.start.isEmpty() || ProcessNumbered(writer.number) != writer;
 }
 
-/// Nothing for a file that is no draft to be offered.
+/// Nothing for a file that is not to be offered.
 std::optional<KeptNode> ReadLeftDraft(const QFileInfo& file, const NodeIdentity& identity)
 {
     const QString fileName = file.filePath();
@@ -53,7 +53,7 @@ std::optional<KeptNode> ReadLeftDraft(const QFileInfo& file, const NodeIdentity&
     return std::move(reading.kept);
 }
 
-/// What a process left that was killed while it wrote.
+/// Removes what processes left that were killed while they wrote.
 void RemoveUnfinished(const QDir& folder, const QString& stem)
 {
     for (const QString& name : folder.entryList({stem + u"*.json.??????"_s}, QDir::Files)) {

@@ -1,4 +1,4 @@
-// Drafts: lists that were changed and not saved, one file in the Misc folder for each process that edits a node.
+// Drafts: lists that were changed and not saved, in the Misc folder, one file for each node and process that edits it.
 #pragma once
 
 #include "rules/KeptNode.h"
@@ -10,11 +10,11 @@ namespace qor {
 /// Where this process keeps its draft of a node: DIRUnsaved-<configuration>-<partition>-<node>.<process>.json.
 QString OwnDraftName(const QString& miscFolder, const NodeIdentity& identity);
 
-/// Replaces this process's draft of the node; the folder is made when it is missing. synced: it outlives a power loss,
-/// else the end of the process. Raises RuntimeError when it cannot be written.
+/// Replaces this process's draft of the node; the folder is made if it is missing. synced: it survives a power loss,
+/// and else only the end of the process. Raises RuntimeError when it cannot be written.
 void WriteDraft(const QString& miscFolder, const KeptNode& draft, bool synced);
 
-/// Removes this process's draft; nothing where there is none.
+/// Removes this process's draft if there is one.
 void RemoveOwnDraft(const QString& miscFolder, const NodeIdentity& identity);
 
 struct LeftDraft
@@ -24,12 +24,12 @@ struct LeftDraft
 };
 
 /// The youngest draft of a node that nobody works on any more: its process is gone, or is this one, which had the node
-/// open before. A damaged one is renamed to end in .bad; one that cannot be read, or that a later version wrote, stays.
-/// passed: names of files to leave out.
+/// open before. Renames a damaged one to end in .bad; leaves one that cannot be read, or that a later version wrote,
+/// alone. passed: names of files to skip.
 std::optional<LeftDraft> FindLeftDraft(const QString& miscFolder, const NodeIdentity& identity,
                                        const QStringList& passed);
 
-/// Renames a draft to end in .discarded, in place of the one of that node discarded before. Nothing where it cannot be.
+/// Renames a draft to end in .discarded, in place of the one of that node that was discarded before. Failing is silent.
 void DiscardDraft(const QString& fileName);
 
 } // namespace qor

@@ -32,7 +32,7 @@ QString NextName(const QStringList& names, const QDateTime& time)
     return next.toString(timeFormat) + u".json"_s;
 }
 
-/// Who may write into Misc may keep versions, too; the files themselves are for their owner.
+/// Whoever may write into Misc may keep versions, too; each file is for its owner only.
 QDir MakeVersionFolder(const QString& miscFolder, const NodeIdentity& identity)
 {
     const QDir folder(VersionFolder(miscFolder, identity));

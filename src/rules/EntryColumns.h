@@ -19,18 +19,18 @@ struct EntryColumn
 
 extern const std::array<EntryColumn, 5> entryColumns;
 
-/// The entry that is read where this one was stored: every missing value replaced.
+/// What is read back where this entry was stored: missing values are replaced.
 DirectoryEntry AsRead(DirectoryEntry entry);
 
-/// Reads the entries that a recordset has in its rows.
+/// Reads entries from the rows of a recordset.
 class EntryReader
 {
 public:
     /// Raises RuntimeError when the rows lack a column.
     explicit EntryReader(const Recordset& rows);
 
-    /// The entry in the current row, every missing value replaced, so that it can be shown. replaced: where not null,
-    /// gets the columns of these values.
+    /// The entry in the current row, ready to be shown: missing values are replaced. replaced: unless null, gets the
+    /// names of their columns.
     DirectoryEntry Read(const Recordset& rows, QStringList* replaced = nullptr) const;
 
 private:

@@ -16,13 +16,13 @@ namespace {
 
 constexpr int toleratedErrors = 20; // one more ends the reading
 
-// Of what became no row; a list of people has far fewer.
+// Limits on what is kept of the entries that became no row; a list of people has far fewer.
 constexpr std::size_t highestRefusedCount = 20'000;
 constexpr qsizetype highestRefusedLength = qsizetype{8} * 1024 * 1024; ///< of all their texts
 
 const QString lineBreak = u"\r\n"_s;
 
-/// What was read of an entry before a failure stays in it.
+/// After a failure, entry holds what was read of it.
 void ReadEntry(DelimitedReader& reader, DirectoryEntry& entry)
 {
     entry = {};
@@ -44,11 +44,11 @@ public:
     ListReading(const EntrySource& source, ListReport& report) : mSource(source), mReport(report) {}
 
     void Read(std::size_t entryCount, const EntryTaker& take);
-    /// What stands behind the end of the reading.
+    /// Keeps what follows the end of the reading.
     void ReadRest();
-    /// What is told of the failure that is being handled.
+    /// Reports the failure that is being handled.
     void TakeFault();
-    /// What was read of an entry before the failure.
+    /// Keeps what was read of an entry before the failure.
     void KeepUnfinished(const DirectoryEntry& entry);
 
 private:
@@ -58,7 +58,7 @@ private:
 
     const EntrySource& mSource;
     ListReport& mReport;
-    qint64 mLine = 0; ///< on which the entry begins that is read
+    qint64 mLine = 0; ///< on which the current entry begins
     qsizetype mKeptLength = 0;
 };
 
@@ -74,7 +74,7 @@ void ListReading::Read(std::size_t entryCount, const EntryTaker& take)
 {
     int errorCount = 0;
     while (!mSource.atEnd()) {
-        // Equality, as for the commands: a directory that was loaded longer is not stopped here.
+        // Equality, as in the commands: a directory that was longer when it was loaded is not stopped here.
         if (entryCount == highestEntryCount) {
             mReport.limitReached = true;
             return;
@@ -136,7 +136,7 @@ void ListReading::KeepUnfinished(const DirectoryEntry& entry)
         Keep({entry, ValidateData(entry.lastName, entry.firstName, entry.extension), mLine});
 }
 
-/// unfinished: what the source has read of an entry when it fails.
+/// unfinished: what the source has read of an entry if it fails.
 ListReport ReadWithoutFailing(const EntrySource& source, std::size_t entryCount, const EntryTaker& take,
                               const DirectoryEntry& unfinished = {})
 {
@@ -158,7 +158,7 @@ ListReport ReadWithoutFailing(const EntrySource& source, std::size_t entryCount,
     return report;
 }
 
-/// With fields that are short enough to be read back.
+/// With its fields cut so that they can be read back.
 DirectoryEntry Readable(DirectoryEntry entry)
 {
     for (const auto field : {&DirectoryEntry::lastName, &DirectoryEntry::firstName, &DirectoryEntry::extension}) {
@@ -205,7 +205,7 @@ ListReport ReadEntryList(QIODevice& device, const std::optional<TableLayout>& la
 {
     if (!layout)
         return ReadEntryList(device, entryCount, take);
-    std::optional<TabularReader> reader; // made when its failure is caught
+    std::optional<TabularReader> reader; // made on first use, where its failure is caught
     const auto started = [&]() -> TabularReader& { return reader ? *reader : reader.emplace(device, *layout); };
     return ReadWithoutFailing({.atEnd = [&] { return started().AtEnd(); },
                                .next = [&] { return started().ReadEntry(); },

@@ -1,4 +1,4 @@
-// A directory list as delimited text: reading the entries of a file, and the text that is written for a file.
+// Reads a directory list from a file, and makes the text of one.
 #pragma once
 
 #include "rules/DirectoryNode.h"
@@ -11,25 +11,25 @@ class QIODevice;
 
 namespace qor {
 
-/// An entry of a list that became no row.
+/// An entry of a list that did not become a row.
 struct RefusedEntry
 {
     DirectoryEntry entry;
-    QString message; ///< what is wrong with it; empty for a sound one behind the end of the reading
-    qint64 line = 0; ///< on which it begins, from 1; 0 where the source has none
+    QString message; ///< what is wrong with it; empty for a sound one that follows the end of the reading
+    qint64 line = 0; ///< on which it begins, from 1; 0 when the source has no lines
 };
 
-/// What came of reading a list.
+/// The result of reading a list.
 struct ListReport
 {
     QString errorList = {};    ///< the rejected entries and what is wrong with them
     bool hadErrors = false;    ///< at least one entry was rejected
     bool limitReached = false; ///< the directory was full before the list ended
     bool broken = false;       ///< the list could not be read to its end
-    QString fault = {}; ///< why, and on which line; also for what could not be read behind the end of the reading
+    QString fault = {}; ///< why, and on which line; also when what follows the end of the reading could not be read
 
-    /// All that became no row, in its order: the rejected, and what stands behind the end of the reading, be it the
-    /// limit or the last error. Where there are very many, the first ones, and a fault.
+    /// Everything that did not become a row, in its order: rejected entries, and all that follows the end of the
+    /// reading, at the limit or at the last error. If there are very many, the first ones, and a fault.
     std::vector<RefusedEntry> refused = {};
 };
 
@@ -40,32 +40,31 @@ struct EntrySource
     std::function<DirectoryEntry()> next;
     std::function<qint64()> line = {}; ///< of the next entry, where there are lines
 };
-/// What makes a row of an entry.
+/// Makes a row of an entry.
 using EntryTaker = std::function<void(const DirectoryEntry& entry)>;
 
-/// Every sound entry goes to `take`. It stops when the directory, which has entryCount entries before, is full and
+/// Passes every sound entry to `take`. Stops when the directory, which holds entryCount entries at first, is full, and
 /// after the 21st rejected entry.
 ListReport ReadEntryList(const EntrySource& source, std::size_t entryCount, const EntryTaker& take);
 
-/// The same with entries of three fields: last name, first name, extension. Entries that were taken stay so, whatever
-/// happens after them; no failure is raised, it is in the report.
+/// The same for delimited text, three fields an entry: last name, first name, extension. Raises nothing: entries that
+/// were taken stay taken, and a failure is in the report.
 ListReport ReadEntryList(QIODevice& device, std::size_t entryCount, const EntryTaker& take);
 
-/// The same with the rows of a table; by the plain rule without a layout.
+/// The same for the rows of a table; without a layout by the plain rule.
 ListReport ReadEntryList(QIODevice& device, const std::optional<TableLayout>& layout, std::size_t entryCount,
                          const EntryTaker& take);
 
-/// Refused entries as a list that ReadEntryList reads back, by the plain rule, as they are.
+/// Refused entries, as they are, as a plain list that ReadEntryList reads back.
 QByteArray RejectedText(const std::vector<RefusedEntry>& refused);
-/// The same with what would make them sound, to be looked through: PlainLetters of the names, PlainDigits of the
-/// extensions.
+/// The same with suggestions for people to look through: PlainLetters of the names, PlainDigits of the extensions.
 QByteArray SuggestedText(const std::vector<RefusedEntry>& refused);
 
-/// Entries as ReadEntryList reads them back.
+/// A plain list that ReadEntryList reads back.
 struct ListText
 {
     QByteArray text;
-    std::vector<int> skippedRows; ///< entries that are not sound and are not in the text
+    std::vector<int> skippedRows; ///< entries that are not sound, and not in the text
 };
 ListText WriteEntryList(const std::vector<DirectoryEntry>& entries);
 

@@ -22,7 +22,7 @@ bool NeedsEscaping(char c)
     return static_cast<unsigned char>(c) < 0x20 || c == '"' || c == '\\';
 }
 
-/// A text with its quotes.
+/// Appends a text with its quotes.
 void AppendJson(QByteArray& json, const QString& text)
 {
     const QByteArray bytes = text.toUtf8();
@@ -32,7 +32,7 @@ void AppendJson(QByteArray& json, const QString& text)
         json.append('"').append(bytes).append('"');
 }
 
-/// Put together here and not by the toolkit, which takes six times as long; a save waits for it.
+/// Built here because the toolkit takes six times as long, and a save waits for it.
 QByteArray EntriesAsJson(const std::vector<DirectoryEntry>& entries)
 {
     QByteArray json("[");
@@ -59,7 +59,7 @@ std::optional<DirectoryEntry> EntryFrom(const QJsonArray& fields)
     return entry;
 }
 
-/// Nothing when one of them is no entry.
+/// Nothing when one of them is not an entry.
 std::optional<std::vector<DirectoryEntry>> EntriesFrom(const QJsonValue& value)
 {
     if (!value.isArray())

@@ -15,10 +15,10 @@ struct KeptNode
     QString user;                         ///< who kept it
     QDateTime time;                       ///< and when
     RunningProcess writer;
-    QByteArray stored = {}; ///< Fingerprint of the node in the database then; empty where that was not known
+    QByteArray stored = {}; ///< Fingerprint of what the database held then; empty when that was not known
 };
 
-/// A node as this process keeps it now.
+/// The node with this user, time and process.
 KeptNode KeptNow(DirectoryNode node);
 
 /// Equal for nodes with the same header and entries.
@@ -30,11 +30,11 @@ QByteArray KeptText(const KeptNode& kept);
 /// What the text of a file turned out to be.
 struct KeptReading
 {
-    enum class Verdict { Sound, Newer, Damaged }; ///< Newer: of a later version of this program
+    enum class Verdict { Sound, Newer, Damaged }; ///< Newer: written by a later version
     Verdict verdict;
     KeptNode kept; ///< only when sound
 };
-/// Damaged as well when it is of another node.
+/// A text about another node is Damaged, too.
 KeptReading ReadKeptText(const QByteArray& text, const NodeIdentity& identity);
 
 } // namespace qor

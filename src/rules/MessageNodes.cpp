@@ -18,7 +18,7 @@ namespace {
 
 constexpr QLatin1String templateNode("0"); // new message nodes are copies of it
 
-/// At least this many digits, the sign before them.
+/// At least this many digits, after the sign if there is one.
 QString PaddedNumber(long long number, int digits)
 {
     const QString text = QString::number(std::abs(number)).rightJustified(digits, u'0');
@@ -41,7 +41,7 @@ bool IsMessageNode(DataBase& dataBase, const Partition& partition, const QString
     return IsNodeExisted(dataBase, partition, NODE_TYPE_MSG, prompt);
 }
 
-/// Looks again where another station may have been faster, and keeps others out until the node is made.
+/// In a shared database another station may have been faster: looks again, and keeps others out until the node is made.
 void MakeAlone(DataBase& dataBase, const Partition& partition, DirectoryEntry& entry,
                const std::function<QString()>& taken, const std::function<void(const QString&)>& made)
 {

@@ -23,10 +23,10 @@ struct Comparison
     Entries removed;
     Entries added;
     Pairs changed;
-    bool reordered = false; ///< what stands in both stands in another order
+    bool reordered = false; ///< what is in both is in another order
 };
 
-/// What makes two entries the same one, the surest first.
+/// What identifies an entry, the surest first.
 constexpr Key keys[] = {
     [](const DirectoryEntry& entry) {
         return QStringList{entry.lastName, entry.firstName, entry.extension, entry.prompt, entry.password};
@@ -48,8 +48,7 @@ Entries PointersTo(const std::vector<DirectoryEntry>& entries)
     return pointers;
 }
 
-/// Takes the entries with equal keys out of both, the first one with the first one, and returns them in the order that
-/// they had before.
+/// Takes entries with equal keys out of both, pairing the first with the first. The pairs are in the order of `before`.
 Pairs TakePairs(Entries& before, Entries& after, Key key)
 {
     QHash<QStringList, Entries> waiting; // the last one first
@@ -89,7 +88,7 @@ Comparison Compare(const std::vector<DirectoryEntry>& before, const std::vector<
     return found;
 }
 
-/// On one line and short enough for a narrow box, whatever the text is.
+/// The text on one line, short enough for a narrow box.
 QString Shortened(const QString& text)
 {
     constexpr qsizetype highestLength = 40;

@@ -1,4 +1,4 @@
-// What differs between two states of a directory node.
+// Tells how two states of a directory node differ.
 #pragma once
 
 #include "rules/DirectoryNode.h"
@@ -19,12 +19,12 @@ struct EntryDifferences
 /// From `before` to `after`.
 EntryDifferences CompareEntries(const std::vector<DirectoryEntry>& before, const std::vector<DirectoryEntry>& after);
 
-/// "+12 -3 ~4"; "+0 -0 ~0, other order" for entries that only changed their places.
+/// "+12 -3 ~4"; "+0 -0 ~0, other order" when entries only changed places.
 QString DifferencesText(const EntryDifferences& differences);
 
-/// What differs from `before` to `after`, in header and entries, as short lines for a box: "Jones Bob: added",
-/// "Smith Anne: extension 101, now 105; another password". Of the added, removed and changed entries the first eight
-/// each and a count of the others; access codes and passwords never. Empty where nothing differs.
+/// How `before` and `after` differ, in header and entries, as short lines for a box: "Jones Bob: added", "Smith Anne:
+/// extension 101, now 105; another password". Of the added, removed and changed entries eight each, and the number of
+/// others. Access codes and passwords are never shown. Empty when nothing differs.
 QString DifferencesSentences(const DirectoryNode& before, const DirectoryNode& after);
 
 } // namespace qor

@@ -15,8 +15,8 @@ bool IsSame(const std::optional<DirectoryNode>& stored, const DirectoryNode& fou
     return stored && stored->header == found.header && stored->entries == found.entries;
 }
 
-/// Whether a save of this node that ended somewhere leaves what was found: it removes the entries, writes the header
-/// and then the entries in their order.
+/// Whether what was found can be what a save of ours left when it was cut off: it removes the entries, writes the
+/// header and then the entries in their order.
 bool IsLeftBy(const KnownNode& known, const DirectoryNode& found, int highestMessageNode)
 {
     if (!known.attempted || found.entries.size() > known.attempted->entries.size())

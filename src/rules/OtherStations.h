@@ -1,4 +1,4 @@
-// What other stations do to a node that is open here. Only a shared database has other stations.
+// Finds what other stations have done to a node that is open here. Only a shared database has other stations.
 #pragma once
 
 #include "rules/DirectoryNode.h"
@@ -7,17 +7,17 @@
 
 namespace qor {
 
-/// What is known here of a node in the database.
+/// What this editor knows of a node in the database.
 struct KnownNode
 {
-    std::optional<DirectoryNode> stored; ///< as it was read last; nothing where it was not
-    std::optional<DirectoryNode>
-        attempted;          ///< by a save of ours since then whose end is not known: it may be there in part
-    bool isDeleted = false; ///< by another station, as people know
+    std::optional<DirectoryNode> stored; ///< as it was last read; nothing if it was not
+    /// By a save of ours since then that may or may not have ended: it may be stored in part.
+    std::optional<DirectoryNode> attempted;
+    bool isDeleted = false; ///< by another station, and the user knows
 };
 
-/// What others changed since, for a question: how `found` differs from what is known, as lines for people. Empty when
-/// nothing differs, and when all that differs is what a save of ours may have left.
+/// What others have changed since, as lines of a question: how `found` differs from what is known. Empty when nothing
+/// differs, or only in what a save of ours may have left.
 /// found: what the database holds now; nothing for a node that was deleted.
 QString ChangesOfOthers(const KnownNode& known, const std::optional<DirectoryNode>& found, int highestMessageNode);
 

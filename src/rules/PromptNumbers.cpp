@@ -32,10 +32,10 @@ MessageNodeNumbers UsedMessageNodeNumbers(DataBase& dataBase, const Partition& p
     MessageNodeNumbers numbers;
     numbers.reserve(static_cast<std::size_t>(rows.RecordCount()));
     for (; !rows.EndOfFile(); rows.MoveNext()) {
-        if (const auto number = WholeNumber(rows.Field(0))) // the engine keeps any text
+        if (const auto number = WholeNumber(rows.Field(0))) // a file keeps any text
             numbers.push_back(*number);
     }
-    std::ranges::sort(numbers); // it sorts a number that is kept as a text behind the others
+    std::ranges::sort(numbers); // the engine sorts numbers that are kept as texts last
     return numbers;
 }
 

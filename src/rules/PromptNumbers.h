@@ -18,9 +18,9 @@ MessageNodeNumbers UsedMessageNodeNumbers(DataBase& dataBase, const Partition& p
 /// How many of the numbers from 1 to `highest` no message node has.
 int FreeNumberCount(const MessageNodeNumbers& used, int highest);
 
-/// The prompt of a new entry that was given this number; 1 where there was none.
+/// The prompt of a new entry that was given this number; 1 when there was none.
 QString NewEntryPrompt(qint16 number);
-/// The password that all begin with.
+/// The password of every new entry.
 inline const QString newEntryPassword = u"1"_s;
 
 /// Remembers the number that it gave last. Successive calls count up from the starting prompt and wrap at the highest

@@ -12,8 +12,8 @@ constexpr qsizetype longestQuoted = 2 * 32'767 + 2;
 /// In bytes: no field of the highest length takes more.
 constexpr qsizetype longestUnquoted = 3 * RowReader::highestFieldLength + 3;
 
-/// Where the field that begins with a quote is closed; -1 for none. A text has a quote without a closing one rarely:
-/// behind it all quotes come in pairs for as far as this looks, and such a field is closed at once.
+/// Where the field that begins with a quote is closed; -1 for nowhere. A quote without a closing one costs little: as
+/// far as this looks, all others would have to come in pairs, which they rarely do.
 qsizetype ClosingQuote(QByteArrayView text)
 {
     qsizetype quote = text.indexOf('"', 1);
@@ -58,7 +58,7 @@ QStringList RowReader::ReadRow(qsizetype highestCount)
     return row;
 }
 
-/// Behind a quoted field stands nothing, or text that belongs to it.
+/// Text after the closing quote belongs to the field.
 bool RowReader::ReadField(QString* field)
 {
     SkipBlanks();
@@ -83,7 +83,7 @@ void RowReader::SkipBlanks()
         mText.Take();
 }
 
-/// False where the field does not begin with a quote, or nothing closes it.
+/// False when the field does not begin with a quote, or nothing closes it.
 bool RowReader::TakeQuoted(QString* field)
 {
     if (mText.Peek() != '"')
@@ -103,7 +103,7 @@ bool RowReader::TakeQuoted(QString* field)
     return true;
 }
 
-/// What stands up to the end of the field; valid until the next call.
+/// The rest of the field; valid until the next call.
 QByteArrayView RowReader::TakeUnquoted()
 {
     mLong.clear();

@@ -1,11 +1,13 @@
-// The sections of a database that one program at a time saves, as all programs number them for their locks.
+// How all programs number what only one of them may save at a time, for the locks of saves.
 #pragma once
 
 #include "rules/DirectoryNode.h"
 
+#include <limits>
+
 namespace qor {
 
-/// Of a node's entries and header: a number of 48 bits for each node, from 0 up.
+/// Of a node's entries and header: a number of 48 bits for each node.
 inline qint64 SectionOf(const NodeIdentity& identity)
 {
     constexpr int bits = 16;
@@ -15,7 +17,7 @@ inline qint64 SectionOf(const NodeIdentity& identity)
     return section;
 }
 
-/// Of a partition's message nodes: apart from the others, as there is no directory node of this number.
+/// Of a partition's message nodes. No directory node has this number.
 inline qint64 SectionOf(const Partition& partition)
 {
     return SectionOf(NodeIdentity{.partition = partition, .number = std::numeric_limits<qint16>::min()});

@@ -68,7 +68,7 @@ QHash<QString, Caption> MakeKnownCaptions()
     return known;
 }
 
-/// Nothing for a text that is no caption. A column without one is another column.
+/// Nothing for a text that is not a caption. An empty cell is the caption of another column.
 std::optional<Caption> CaptionIn(const QString& cell)
 {
     static const QHash<QString, Caption> known = MakeKnownCaptions();

@@ -12,11 +12,11 @@ namespace qor {
 struct TableCaptions
 {
     std::array<int, 3> columns; ///< of last name, first name and extension
-    bool onlyKnown;             ///< no cell is anything but a known caption, of these or of another column
+    bool onlyKnown;             ///< every cell is a known caption, of these or of another column
 };
 
-/// Nothing for a row that does not name all three columns. Case, accents and signs do not count. Where several captions
-/// mean the same, "Extension" and "Phone" for one, the more exact one counts, and the first of equals.
+/// The columns that a row names; nothing unless it names all three. Case, accents and punctuation do not count. Of
+/// captions with the same meaning, such as "Extension" and "Phone", the more exact one counts, and the first of equals.
 std::optional<TableCaptions> ReadCaptions(const QStringList& row);
 
 } // namespace qor

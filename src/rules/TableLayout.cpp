@@ -16,7 +16,7 @@ namespace {
 
 constexpr qint64 highestLineTried = 2000;
 constexpr qint64 highestSizeTried = qint64{1024} * 1024;
-constexpr int highestCaptionRow = 5; // above the captions may stand a title
+constexpr int highestCaptionRow = 5; // a title may stand above them
 
 constexpr std::array separators{';', '\t', ','};
 
@@ -37,7 +37,7 @@ Beginning BeginningOf(QIODevice& device)
     return {.bytes = std::move(bytes), .isWhole = isWhole};
 }
 
-/// Reads it as a file.
+/// The beginning as a device to read from.
 class BeginningFile : public QBuffer
 {
 public:
@@ -48,7 +48,7 @@ public:
     }
 };
 
-/// A first line that some spreadsheets write for others: what follows "sep=". A tab counts as a blank there.
+/// The separator that a first line names: some spreadsheets write "sep=;" there for others. A tab is read as a blank.
 std::optional<char> NamedSeparator(const Beginning& beginning)
 {
     const QString mark = u"sep="_s;
@@ -73,7 +73,7 @@ struct Candidate
 
 QString HeadingOf(const QStringList& row, char separator)
 {
-    constexpr qsizetype highestLength = 120; // it is part of a question
+    constexpr qsizetype highestLength = 120; // for a box
     QStringList cells;
     for (const QString& cell : row)
         cells << cell.simplified();
@@ -141,7 +141,7 @@ std::vector<Candidate> CandidatesFor(const Beginning& beginning)
     return candidates;
 }
 
-/// The one that takes most entries, or has captions where none takes any.
+/// The one that takes most entries; if none takes any, one with captions.
 std::optional<TableLayout> BestOf(std::vector<Candidate> candidates, const Beginning& beginning)
 {
     std::optional<TableLayout> best;
@@ -166,7 +166,7 @@ bool PlainRuleTakesAny(const Beginning& beginning)
             if (IsValid(entry))
                 return true;
         }
-    } catch (const RuntimeError&) { // what came before it counts
+    } catch (const RuntimeError&) { // what was read before counts
     }
     return false;
 }

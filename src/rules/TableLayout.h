@@ -1,4 +1,4 @@
-// How a table holds the entries of a directory list, and how a file that may be one is recognised.
+// How a table holds the entries of a directory list, and how to recognise a file that is one.
 #pragma once
 
 #include "platform/runtime/Text.h"
@@ -15,25 +15,25 @@ struct TableLayout
 {
     char separator = ',';
     std::array<int, 3> columns{0, 1, 2}; ///< where last name, first name and extension stand
-    /// How these columns are called; rows that hold just this are left out.
+    /// The captions of these columns; rows of nothing but them are skipped.
     QStringList captions{u"LastName"_s, u"FirstName"_s, u"Extension"_s};
-    qint64 firstLine = 1; ///< from 1; what stands above is left out
+    qint64 firstLine = 1; ///< from 1; lines above it are skipped
 
     // What was found at the beginning of the file.
     QString heading = {};   ///< the captions of all columns with separators between; empty where there are none
     int lines = 0;          ///< that are neither blank nor captions
-    int entries = 0;        ///< of these the ones that are sound
-    bool triedWhole = true; ///< else the counts are of the part that was tried
+    int entries = 0;        ///< how many of these are sound
+    bool triedWhole = true; ///< else the counts are of a part of the file
 };
 
-/// The table that a person should be asked about before the file is read by the plain rule: that takes no entry and
-/// the table at least half of the lines; or the first line holds nothing but known captions, and not just those of the
-/// plain rule in its order. Nothing for a plain file. At most 2,000 lines or 1 MiB are tried; what was read is put
-/// back.
+/// The table that the user should be asked about before the file is read by the plain rule: because the plain rule
+/// takes no entry and the table at least half of the lines, or because the first line is nothing but known captions,
+/// other than those of the plain rule in its order. Nothing for a plain file. Tries at most 2,000 lines or 1 MiB, and
+/// leaves the device where it was.
 std::optional<TableLayout> DetectTable(QIODevice& device);
 
-/// The table that a file holds if a person says that it is one: the reading that takes most entries. Nothing where none
-/// takes any and no captions are found.
+/// The best reading of a file as a table, when the user says that it is one: the one that takes most entries. Nothing
+/// when none takes any and no captions are found.
 std::optional<TableLayout> FindTable(QIODevice& device);
 
 /// "Read as a table parted by semicolons, with the heading "Name;First Name;Ext", 212 of 214 lines are entries."

@@ -75,7 +75,7 @@ void TabularReader::Skip()
 void TabularReader::ReadFields()
 {
     for (const auto field : entryFields)
-        (mEntry.*field).resize(0); // and its room stays
+        (mEntry.*field).resize(0); // which keeps its room
     mFieldCount = 0;
     bool more = true;
     for (int column = 0; more; ++column) {

@@ -1,4 +1,4 @@
-// Directory lists as tables: what spreadsheets write into files and exchange over the clipboard.
+// Directory lists as tables, which spreadsheets write into files and exchange over the clipboard.
 #pragma once
 
 #include "rules/DirectoryNode.h"
@@ -10,8 +10,8 @@
 
 namespace qor {
 
-/// The rows of a table as RowReader splits it, in the three columns of an entry. Rows that are empty in them, and rows
-/// of the columns' captions, are left out.
+/// The rows of a table, split by RowReader, in the three columns of an entry. Rows that are empty there, and rows of
+/// nothing but the captions, are skipped.
 class TabularReader
 {
 public:
@@ -24,11 +24,11 @@ public:
     TabularReader(QIODevice& device, const TableLayout& layout);
 
     bool AtEnd() const { return mFieldCount == 0; }
-    /// The next row: one to three fields, without those at the end that the line does not have; none at the end.
+    /// The next row: its three fields, without trailing ones that the line does not have; none at the end.
     QStringList ReadRow();
     /// The same as an entry without a prompt.
     DirectoryEntry ReadEntry();
-    /// The entry that ReadEntry would give.
+    /// The entry that ReadEntry would return.
     const DirectoryEntry& NextEntry() const { return mEntry; }
     void Skip();
     /// The number of the line, from 1, on which the next row begins.
@@ -47,7 +47,7 @@ private:
     qint64 mLine = 1;
 };
 
-/// Entries as a spreadsheet and TabularReader read them: a line for each, with its prompt and without its password.
+/// Entries for a spreadsheet or TabularReader: one line each, with its prompt but without its password.
 QString TabularText(const std::vector<DirectoryEntry>& entries);
 
 } // namespace qor

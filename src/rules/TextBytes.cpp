@@ -54,7 +54,7 @@ QByteArray TextBytes::ReadChunk()
     return chunk;
 }
 
-/// A character may be parted between two chunks; both converters remember its first half.
+/// A character may be split between two chunks; both converters remember its first half.
 QByteArray TextBytes::Narrowed(const QByteArray& chunk)
 {
     return mEncode(QString(mDecodeWide(chunk)));
@@ -75,7 +75,7 @@ bool TextBytes::Refill()
     return true;
 }
 
-/// Looks at the first bytes, which may come one by one, for the mark that tells the encoding.
+/// Looks for a byte order mark in the first bytes, which may come one by one.
 void TextBytes::Start()
 {
     constexpr qsizetype longestMark = 4;
@@ -116,7 +116,7 @@ void DecodeText(QByteArrayView bytes, QString& text)
         text = QString(bytes.size(), Qt::Uninitialized);
     if (TakeAscii(bytes, text.data()))
         return;
-    // A mark inside the text is a character as others are; the one at the start of the file is gone already.
+    // A mark inside the text is an ordinary character; the one at the start of the file is gone already.
     QStringDecoder decode(QStringDecoder::Utf8,
                           QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
     text = decode(bytes);

@@ -1,4 +1,4 @@
-// The text of a device as bytes, in bounded memory, and what bytes of unknown encoding say.
+// Reads the text of a device as bytes, in bounded memory, and decodes bytes of unknown encoding.
 #pragma once
 
 #include "platform/runtime/Text.h"
@@ -11,7 +11,7 @@ class QIODevice;
 
 namespace qor {
 
-/// UTF-8, or UTF-16 with a mark at the start, comes as UTF-8 without its mark; anything else as it is.
+/// UTF-8 and UTF-16 with a byte order mark come as UTF-8 without it; anything else comes as it is.
 class TextBytes
 {
 public:
@@ -37,13 +37,13 @@ public:
             ++mPosition;
         return byte;
     }
-    /// What comes next: at least this many bytes where there are as many, and all that is at hand.
+    /// What comes next: all that is at hand, and at least this many bytes unless the text ends before.
     QByteArrayView Ahead(qsizetype count);
-    /// Passes bytes that Ahead gave.
+    /// Skips bytes that Ahead gave.
     void Skip(qsizetype count) { mPosition += count; }
 
 private:
-    /// The next bytes in place of those at hand; false, and nothing changes, at the end.
+    /// Replaces the bytes at hand by the next ones. At the end it returns false and changes nothing.
     bool Refill();
     void Start();
     QByteArray ReadChunk();
@@ -59,7 +59,7 @@ private:
     QStringEncoder mEncode{QStringEncoder::Utf8};
 };
 
-/// UTF-8, and Windows-1252 where the bytes are not valid as such. The room that the text has is used again.
+/// Decodes UTF-8, or Windows-1252 if the bytes are not valid UTF-8. Uses the room that the text has.
 void DecodeText(QByteArrayView bytes, QString& text);
 inline QString DecodedText(QByteArrayView bytes)
 {

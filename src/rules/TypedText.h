@@ -1,4 +1,4 @@
-// What becomes of a typed text: the filter of admitted characters and the walk over typed digits.
+// What typed text becomes: the filter of admitted characters, and numbers digit by digit.
 #pragma once
 
 #include "platform/runtime/Text.h"
@@ -8,9 +8,9 @@ namespace qor {
 /// The characters that are admitted, in their order.
 QString Admitted(QStringView text, bool (*admits)(QChar));
 
-/// The number that a text begins with: digit by digit, ended by the first character that is no digit or that takes the
-/// number out of low..high. 0 when not even the first digit stays; so a number of several digits cannot be typed where
-/// its beginnings lie below `low`.
+/// The number that a text begins with, digit by digit up to the first character that is not a digit or takes the number
+/// out of low..high. 0 when that is the first one, so that longer numbers cannot be typed if their beginnings are below
+/// `low`.
 int TypedNumber(QStringView text, int low, int high);
 
 } // namespace qor

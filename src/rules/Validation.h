@@ -25,10 +25,10 @@ bool IsValid(const DirectoryEntry& entry);
 /// Whether an entry may be saved: both names and an extension that passes the numeric test.
 bool IsSound(const DirectoryEntry& entry);
 
-/// How many characters the form takes of a label and of an access code.
+/// How many characters the form takes.
 inline constexpr qsizetype highestLabelLength = 30;
 inline constexpr qsizetype highestAccessCodeLength = 8;
-/// Of an access code that is not empty.
+/// Of an access code, unless it is empty.
 inline constexpr qsizetype lowestAccessCodeLength = 4;
 
 /// Whether a text may be the node's label: neither a double quote nor two single quotes in a row.
@@ -37,7 +37,7 @@ bool IsAcceptableLabel(const QString& label);
 /// Whether an access code is empty or long enough.
 bool IsAcceptableAccessCode(const QString& code);
 
-/// The entries whose prompt came before. meet: whether the prompt was met before; it remembers the prompt.
+/// The rows whose prompt came before. meet: whether a prompt was met before; it remembers the prompt.
 std::vector<std::size_t> RepeatedPrompts(std::span<const DirectoryEntry> entries,
                                          const std::function<bool(const QString& prompt)>& meet);
 
