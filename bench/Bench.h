@@ -13,7 +13,7 @@ namespace qor {
 /// Ends the program with the reason.
 [[noreturn]] void Fail(const QString& reason);
 
-/// The application object's platform where the environment names none. To be called before there is one.
+/// Draws off screen unless the environment names a platform. Call it before the application object is made.
 void UseOffscreen();
 
 /// This many, or 1 with --once, which proves no more than that the bench runs.

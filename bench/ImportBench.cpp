@@ -33,7 +33,7 @@ QString chosenFile;
 
 namespace qor {
 
-/// This program's own answer stands before the file dialog.
+/// Takes the place of the file dialog.
 std::optional<QString> SelectOpenFilename(const EditorForm& /*form*/)
 {
     return chosenFile;

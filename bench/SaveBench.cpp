@@ -17,7 +17,7 @@ int syncCount = 0;
 
 } // namespace
 
-// This program's own functions stand before the system's, for the engine too.
+// These take the place of the system's, for the engine as well.
 extern "C" __attribute__((visibility("default"))) int fsync(int fd)
 {
     ++syncCount;

@@ -78,8 +78,8 @@ private:
     std::vector<QByteArrayList> mRows;
 };
 
-/// Saves of 500 entries, of which nobody else writes meanwhile. A session tells what it did with the first command that
-/// comes a second later.
+/// Per save of 500 entries, while nobody else writes. A session reports what it did with the first command that comes a
+/// second later.
 double SyncsOfASave(const SampleDatabase& database, int saves)
 {
     SavingEditor editor(500);
@@ -95,7 +95,7 @@ double SyncsOfASave(const SampleDatabase& database, int saves)
     return static_cast<double>(syncsSoFar() - before) / saves;
 }
 
-/// The server of the tests does not. Nor does it write its log in between.
+/// The tests' server does not wait for the disk. This makes it wait, and lets nothing else write its log meanwhile.
 void WaitForDisk(const QByteArray& service)
 {
     PGconn* const connection = PQconnectdb("service=" + service);

@@ -1,4 +1,4 @@
-// What may stand behind a subcommand on the command line.
+// The files and options that a subcommand takes.
 #pragma once
 
 #include "platform/runtime/Text.h"
@@ -16,14 +16,14 @@ namespace qor {
 
 enum class Need { Optional, Always };
 
-/// The files and options of a subcommand, with the places for their values. The places have to live as long as the work
-/// of the subcommand. A value that cannot be taken is refused with a sentence, and the work does not begin.
+/// Declares the files and options of a subcommand and the variables for their values, which have to live as long as its
+/// work. A value that cannot be taken is refused with a sentence, and the work does not begin.
 class Arguments
 {
 public:
     explicit Arguments(CLI::App& app) : mApp(app) {}
 
-    /// A file by its position, which is that of the call. Names that are empty or not UTF-8 are refused.
+    /// A file by position, in the order of these calls. Names that are empty or not UTF-8 are refused.
     void File(const char* placeholder, QString& fileName, const char* purpose, Need need = Need::Always);
     /// The same for any text.
     void Text(const char* placeholder, QString& text, const char* purpose, Need need = Need::Always);
@@ -39,10 +39,10 @@ public:
     /// "--by last", one of the choices.
     void Choice(const char* option, const QStringList& choices, QString& choice, const char* purpose);
 
-    /// Whether the values make sense together: asked when all of them are in their places. The answer is a sentence
-    /// that tells what is wrong, or nothing.
+    /// Adds a check of the values together, which is made when all of them are known. It returns a sentence that says
+    /// what is wrong, or nothing.
     void Check(std::function<QString()> fault) { mChecks.push_back(std::move(fault)); }
-    /// The first sentence of the checks, or nothing.
+    /// The first sentence that a check returns, or nothing.
     QString Fault() const;
 
 private:

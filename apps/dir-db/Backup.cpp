@@ -40,10 +40,10 @@ QString ContentsOf(const NewFile& file)
         .arg(CountOf(connection, u"Detail_DIR"_s));
 }
 
-/// Builds the file from what a database holds at one moment, if that is sound. The engine's statement for it reads in
-/// one transaction, so that it sees what the log holds and no half commit, and leaves one file in rollback mode, which
-/// can be read without a log, from read-only media too. (Its other way, the backup calls, is beyond what Qt hands
-/// through; a second copy of the engine in this process would not know the locks of the first.)
+/// Makes the file of what a sound database holds at one moment. The engine's statement for that reads in one
+/// transaction, so it sees what is in the log and no half commit, and it leaves one file in rollback mode, which can be
+/// read without a log, even on read-only media. (The engine has backup calls as well, but Qt does not give access to
+/// them, and a second copy of the engine in this process would not know the locks of the first.)
 void TakeSnapshot(const QString& sourceName, const NewFile& file)
 {
     const Progress progress("Copying the database");
@@ -54,14 +54,15 @@ void TakeSnapshot(const QString& sourceName, const NewFile& file)
     try {
         Command(source, u"the copy"_s, u"VACUUM INTO ?1"_s, 1).Execute({file.BuiltName()});
     } catch (const RuntimeError& error) {
-        Query(source, u"PRAGMA schema_version"_s); // the fault is told as the source's if it can no longer be read
+        Query(source,
+              u"PRAGMA schema_version"_s); // raises the fault as one of the source if that is what cannot be read
         throw RuntimeError(error.Number(), QString(error.Description()).replace(sourceName, file.Name()));
     }
     access.RequireUnchanged();
     QFile::setPermissions(file.BuiltName(), QFileDevice::ReadOwner | QFileDevice::WriteOwner);
 }
 
-/// As a new database is; the mode is written into the file.
+/// New databases are in this mode; it is written into the file.
 void SetWriteAheadMode(const NewFile& file)
 {
     Connection connection;

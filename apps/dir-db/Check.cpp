@@ -26,7 +26,7 @@ struct FoundColumn
 };
 using FoundColumns = QHash<QString, FoundColumn>; ///< by the name in lower case
 
-/// Whether the file's engine compares and sorts a column that was declared with `declared` as one of `type`.
+/// Whether the file engine compares and sorts a column declared as `declared` like one of `type`.
 bool ServesInFile(ColumnType type, const QString& declared)
 {
     if (declared.contains(u"INT"))
@@ -36,7 +36,7 @@ bool ServesInFile(ColumnType type, const QString& declared)
            std::ranges::any_of(textWords, [&](const QString& word) { return declared.contains(word); });
 }
 
-/// A server takes no other values into a column, and no longer ones: a limit is another type.
+/// A server refuses other values, and longer ones than a column allows: a text with a limit is another type.
 bool ServesOnServer(ColumnType type, const QString& declared)
 {
     const QStringList types = type == ColumnType::Integer ? QStringList{u"SMALLINT"_s, u"INTEGER"_s, u"BIGINT"_s}
@@ -44,18 +44,19 @@ bool ServesOnServer(ColumnType type, const QString& declared)
     return types.contains(declared);
 }
 
-/// What an engine tells of its tables.
+/// How to ask an engine for its tables.
 struct Catalog
 {
     const char* columns;   ///< of the table ?1, in small letters: name, type, 1-based place in the primary key or 0
-    const char* integrity; ///< null where the engine's administrator looks after it
+    const char* integrity; ///< null when that is up to an administrator
     bool (*serves)(ColumnType type, const QString& declared);
 };
 
 constexpr Catalog fileCatalog{"SELECT name, type, pk FROM pragma_table_info(?1)", "PRAGMA integrity_check(10)",
                               ServesInFile};
 
-/// Columns with a capital letter in their names are not those that the commands mean.
+/// The commands name columns without quotes, which the server reads in small letters: one with a capital letter is
+/// another column.
 constexpr Catalog serverCatalog{
     "SELECT attname, format_type(atttypid, atttypmod), "
     "COALESCE((SELECT place FROM unnest(indkey) WITH ORDINALITY AS k(number, place) "
@@ -143,7 +144,7 @@ void LookAtContents(Connection& connection, const RecordingFiles* recordings, Ch
     result.findings << FindForeignTexts(connection);
 }
 
-/// A step that the damage stops does not keep the next ones from telling what they find.
+/// Damage that stops one step does not keep the others from reporting what they find.
 template <typename Step>
 void Collect(QStringList& reasons, Step step)
 {

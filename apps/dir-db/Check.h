@@ -1,4 +1,4 @@
-// The check of a configuration database; it changes nothing of what is stored.
+// Checks a configuration database and changes nothing in it.
 #pragma once
 
 #include "Findings.h"
@@ -16,15 +16,15 @@ struct CheckResult
     Findings findings = {}; ///< in the nodes and entries of a sound database
 };
 
-/// Why the database is not sound, in sentences: its integrity (of a file; a server's
-/// administrator looks after it there), tables, columns and keys.
+/// Why the database is not sound, in sentences: its tables, columns and keys, and the integrity of a file. The
+/// integrity of a server's database is up to its administrator.
 QStringList FindUnsoundness(Connection& connection);
 
 /// Raises RuntimeError with the first reason.
 void RequireSound(Connection& connection, const QString& fileName);
 
-/// recordings: the folder with the wave files of the message nodes; empty when they are not asked after. Raises
-/// RuntimeError for a database that does not open and for a folder that cannot be read.
+/// recordings: the folder with the wave files of the message nodes; empty to leave them out. Raises RuntimeError for a
+/// database that does not open and for a folder that cannot be read.
 CheckResult CheckDatabase(const QString& fileName, const QString& recordings = {});
 
 } // namespace qor

@@ -57,7 +57,7 @@ std::string HelpOf(const CLI::App& command)
     return command.get_formatter()->make_help(&command, CallOf(command), CLI::AppFormatMode::Normal);
 }
 
-/// The subcommand of the command line, or the program where there is none.
+/// The subcommand on the command line, or the program if there is none.
 const CLI::App& ChosenOf(const CLI::App& app)
 {
     const auto chosen = app.get_subcommands();
@@ -80,14 +80,14 @@ QString ExtraFault(const CLI::App& app, const std::string& argument)
     return u"There is no option \"%1\". Write \"--\" before files whose names begin with a dash."_s.arg(text);
 }
 
-/// What is wrong, in a sentence. The reader's own ones are taken where they name the argument.
+/// What is wrong, in a sentence: the parser's own if it names the argument.
 QString FaultIn(const CLI::App& app, const CLI::ParseError& error)
 {
     QString text = QString::fromStdString(error.what());
     const std::vector<std::string> extras = app.remaining(true);
     if (dynamic_cast<const CLI::ValidationError*>(&error))
         return text;
-    if (dynamic_cast<const CLI::ConversionError*>(&error)) // ": --csv = 3"; everything but flags is read as a text
+    if (dynamic_cast<const CLI::ConversionError*>(&error)) // ": --csv = 3"; only flags are converted
         return u"The option %1 takes no value."_s.arg(text.section(u' ', -3, -3));
     if (!extras.empty())
         return ExtraFault(app, extras.front());
@@ -106,7 +106,7 @@ int RefuseUsage(const CLI::App& app, const QString& fault)
     return wrongUsage;
 }
 
-/// A subcommand as it is set up to be read and to work.
+/// A subcommand that is ready to be parsed and run.
 struct ReadyCommand
 {
     CLI::App* app;
@@ -159,7 +159,7 @@ int RunCommandLine(std::span<const Subcommand> subcommands, int argc, const char
     Prepare(app);
     const std::vector<ReadyCommand> commands = SetUp(app, subcommands);
     AddHelp(app);
-    app.footer(remarks); // of the program; the commands would inherit it
+    app.footer(remarks); // after the commands, which would inherit it
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForVersion& version) {
@@ -179,7 +179,7 @@ int RunCommandLine(std::span<const Subcommand> subcommands, int argc, const char
         const QString fault = command.arguments.Fault();
         return fault.isEmpty() ? command.work() : RefuseUsage(app, fault);
     }
-    return success; // of the help
+    return success; // the command was help
 }
 
 } // namespace qor

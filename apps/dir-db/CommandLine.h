@@ -1,4 +1,4 @@
-// The command line: subcommands with their help, and what to say of one that is wrong.
+// Reads the command line: finds the subcommand, prints help, and says what is wrong.
 #pragma once
 
 #include "Arguments.h"

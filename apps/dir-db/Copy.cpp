@@ -15,7 +15,8 @@ namespace qor {
 
 namespace {
 
-/// In the order in which the rows lie: of themselves in a file, by their places on a server.
+/// In the order in which the rows are stored, which is the order of a file. A server promises none; ctid is a row's
+/// place there.
 QString RowsText(Connection& source, const SchemaTable& table)
 {
     QStringList columns;
@@ -27,7 +28,7 @@ QString RowsText(Connection& source, const SchemaTable& table)
            (source.IsShared() ? u" ORDER BY ctid"_s : QString());
 }
 
-/// Takes the rows of one table over.
+/// Copies the rows of one table.
 class TableCopy
 {
 public:
@@ -60,7 +61,7 @@ public:
     int Count() const { return mCount; }
 
 private:
-    /// Null for what the target cannot hold. Texts come as their bytes.
+    /// Null for what the target cannot store. Texts come as bytes.
     QString Admitted(const SchemaColumn& column, const QVariant& value) const
     {
         if (value.isNull())
@@ -89,7 +90,7 @@ private:
 
     const SchemaTable& mTable;
     RowWriter mWriter;
-    bool mTakesNumbersOnly; ///< in its columns for numbers
+    bool mTakesNumbersOnly; ///< into number columns
     Findings& mFindings;
     int mCount = 0;
 };

@@ -21,7 +21,7 @@ struct Search
     std::function<void(const StoredDirectory& directory, Finding& finding)> look;
 };
 
-/// Finds the entries that have a fault. text: what is to be said of it.
+/// Finds the entries that have a fault. text: describes it.
 template <typename HasFault, typename Text>
 Search EachEntry(const QString& kind, HasFault hasFault, Text text)
 {
@@ -61,7 +61,7 @@ Search MissingMessages(const StoredMessages& messages)
         [](const StoredEntry& entry) { return u"MSG "_s + entry.shown.prompt; });
 }
 
-/// An entry without a message node is found as such.
+/// Entries without a message node are left to MissingMessages.
 Search MissingRecordings(const StoredMessages& messages, const RecordingFiles& recordings)
 {
     const auto message = [&messages](const StoredDirectory& directory, const StoredEntry& entry) {
@@ -80,7 +80,7 @@ Search MissingRecordings(const StoredMessages& messages, const RecordingFiles& r
             }};
 }
 
-/// Numbers by their size.
+/// Shorter ones first, so that numbers are in order.
 QStringList InOrder(const QSet<QString>& values)
 {
     QStringList ordered(values.cbegin(), values.cend());
@@ -98,7 +98,7 @@ QString Positions(const StoredDirectory& directory, QString DirectoryEntry::*fie
     return positions.join(u", "_s);
 }
 
-/// Finds the values that several entries of a directory have, but for one value.
+/// Finds values that several entries of a directory have, except leftOut.
 Search Repeats(const QString& kind, const QString& what, QString DirectoryEntry::*field, const QString& leftOut)
 {
     return {{kind}, [=](const StoredDirectory& directory, Finding& finding) {
@@ -134,7 +134,7 @@ bool LacksKeys(const DirectoryEntry& entry)
     return !HasKeys(entry.lastName) || !HasKeys(entry.firstName);
 }
 
-/// Names are never empty here: a missing one is shown as the default.
+/// Names are never empty here, since a missing one is shown as its default.
 bool IsRefused(const DirectoryEntry& entry)
 {
     return !IsSound(entry);

@@ -12,8 +12,7 @@ class RecordingFiles;
 /// message nodes, so it has to stand in both.
 Finding FindMissingMessages(Connection& connection);
 
-/// Every kind of what is odd in the entries, in one pass. recordings: where the names are to be spoken; null when that
-/// is not asked.
+/// All that is odd in the entries, in one pass. recordings: unless null, names without a file are found, too.
 Findings FindInEntries(Connection& connection, const RecordingFiles* recordings);
 
 } // namespace qor

@@ -1,4 +1,4 @@
-// What people should know of the contents of a sound database or of an import: a few kinds, each with its places.
+// What people should know about the contents of a sound database or of an import: kinds of findings with their places.
 #pragma once
 
 #include <QStringList>
@@ -11,7 +11,7 @@ struct Finding
     QStringList places = {}; ///< a line for each of the first ones
     qsizetype count = 0;
 
-    /// place: makes the line; not called when there are enough of them.
+    /// place: makes the line; not called once there are enough.
     template <typename Place>
     void AddPlace(const Place& place)
     {
@@ -27,7 +27,7 @@ struct Finding
 };
 using Findings = QList<Finding>;
 
-/// Prints those that have places; of the places of a kind the first ones and a count.
+/// Prints the kinds that were found, with their first places and how many there are.
 void PrintFindings(const Findings& findings);
 
 /// Whether there is any place.

@@ -1,4 +1,4 @@
-// The rights that a server's roles need.
+// Prints the rights that a server's roles need.
 #pragma once
 
 #include "platform/runtime/Text.h"

@@ -20,7 +20,7 @@ namespace {
 
 using Identity = QList<qint64>;
 
-/// The kinds of what is warned of, in the order of the report; missing message nodes follow.
+/// The kinds of warnings, in the order of the report; missing message nodes follow.
 enum class Kind { InUse, ColumnMissing, MoreRows, NullIdentity, SameIdentity };
 
 Findings NoFindings()

@@ -17,7 +17,7 @@ QString Counted(std::size_t count, const char* one, const char* more)
     return u"%1 %2"_s.arg(QString::number(count), QString::fromLatin1(count == 1 ? one : more));
 }
 
-/// So much of it that a line shows which entry it is.
+/// Enough of it to recognise the entry.
 QString Beginning(const QString& text)
 {
     constexpr qsizetype length = 60;

@@ -1,4 +1,4 @@
-// What is told of a list on its way into a directory node.
+// Reports on a list that is imported into a directory node.
 #pragma once
 
 #include "rules/EntryList.h"
@@ -10,7 +10,7 @@ class DataBase;
 /// What an import is about to store.
 struct ImportedNode
 {
-    DirectoryNode stored; ///< what is there before
+    DirectoryNode stored; ///< what is there so far
     DirectoryNode node;
     std::size_t takenCount = 0;
     ListReport report;
@@ -21,8 +21,8 @@ struct ImportedNode
 /// "1 entry", "2 entries"
 QString EntriesText(std::size_t count);
 
-/// Prints every line that is refused, and of a list that could be read totals, and how many prompt numbers are free for
-/// the new entries.
+/// Prints every line that is refused. Unless reading the list failed, it prints totals as well, and how many prompt
+/// numbers are free for the new entries.
 void PrintReport(const QString& listName, const ImportedNode& imported);
 
 /// Prints which message nodes the entries name that do not exist. Raises RuntimeError when that cannot be read.

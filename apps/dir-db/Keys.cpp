@@ -28,8 +28,8 @@ QString RuleSentence(SpelledName spelled)
                           : spelled == SpelledName::First ? u"first names"_s
                                                           : u"last and first names"_s;
     return u"By this rule: callers spell %1 with the letters on the keys (ABC 2 to WXYZ 9), letters with accents as "
-           u"those "
-           "below the accents, and pass over what has no key. How the system searches is its own matter."_s.arg(names);
+           "those below the accents, and pass over what has no key. How the system searches is its own matter."_s.arg(
+               names);
 }
 
 QString PersonText(const DirectoryNode& node, std::size_t row)

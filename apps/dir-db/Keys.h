@@ -1,4 +1,4 @@
-// Which names callers reach with which keys of their telephones.
+// Prints which names callers reach with which keys of their telephones.
 #pragma once
 
 #include "ChosenNodes.h"

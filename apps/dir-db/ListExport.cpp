@@ -13,7 +13,7 @@ namespace qor {
 
 namespace {
 
-/// As it is, but for a terminal, which a text must not command.
+/// Prints it as it is, except on a terminal, which a text must not control.
 void PrintList(const QByteArray& text)
 {
     if (isatty(STDOUT_FILENO) == 0) {

@@ -1,4 +1,4 @@
-// The entries of a directory node as a list.
+// Exports the entries of a directory node as a list.
 #pragma once
 
 #include "rules/DirectoryNode.h"

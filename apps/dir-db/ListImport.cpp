@@ -42,7 +42,7 @@ void RequireFreeNames(const ListImportRequest& request)
             request.rejectedName));
 }
 
-/// The whole file, which nobody may change meanwhile: half a list would take the place of a directory.
+/// The whole file. It may not change meanwhile: half a list would replace a directory.
 QByteArray ReadList(const QString& name)
 {
     constexpr qint64 highestSize = qint64{16} * 1024 * 1024;
@@ -75,8 +75,8 @@ std::optional<TableLayout> ChooseLayout(const ListImportRequest& request, QIODev
     return table;
 }
 
-/// Those of message nodes, and the prompts of entries whose message nodes are still to be made: an editor that stays
-/// open between two imports goes on behind them.
+/// The numbers of message nodes, and prompts of entries whose message nodes do not exist yet: an editor that stays open
+/// between two imports also goes on after those.
 MessageNodeNumbers UsedNumbers(DataBase& dataBase, const DirectoryNode& node)
 {
     MessageNodeNumbers used = UsedMessageNodeNumbers(dataBase, node.identity.partition);
@@ -117,7 +117,7 @@ void RequireWhole(const ListImportRequest& request, const ImportedNode& imported
         Refuse(u"%1 holds no entries."_s.arg(request.listName));
 }
 
-/// Whether the entry's prompt is that of one before.
+/// Whether a prompt was met before, for FindFault and RepeatedPrompts.
 std::function<bool(const QString&)> Meeting()
 {
     return [met = QSet<QString>()](const QString& prompt) mutable {
@@ -127,7 +127,7 @@ std::function<bool(const QString&)> Meeting()
     };
 }
 
-/// What keeps the editor from saving, or makes it ask.
+/// Refuses what keeps the editor from saving, or makes it ask.
 void RequireSavable(const ListImportRequest& request, const ImportedNode& imported)
 {
     const DirectoryNode& node = imported.node;
@@ -152,7 +152,7 @@ void RequireSavable(const ListImportRequest& request, const ImportedNode& import
                 name));
 }
 
-/// Files that go again unless the work comes to its end.
+/// Files that are removed again unless the work succeeds.
 class MadeFiles
 {
 public:
@@ -184,7 +184,7 @@ SaveResult Save(DataBase& dataBase, const ListImportRequest& request, const Impo
         return SaveNodeKeepingVersion(dataBase, imported.node,
                                       {.stored = imported.stored, .attempted = {}, .isDeleted = false},
                                       MiscFolderFor(request.fileName), imported.highestMessageNode);
-    } catch (const RuntimeError& error) { // its sentences are parted for a message box
+    } catch (const RuntimeError& error) { // a message box has its sentences on lines of their own
         throw RuntimeError(error.Number(), QString(error.Description()).replace(u"\r\n"_s, u" "_s), error.Source());
     }
 }
@@ -201,7 +201,7 @@ void TellStored(DataBase& dataBase, const ImportedNode& imported, const std::opt
     PrintMissingMessageNodes(dataBase, node);
 }
 
-/// The files first: a directory that was saved without them could not be completed.
+/// The files come first: without them nobody could complete the directory after it was saved.
 void Write(DataBase& dataBase, const ListImportRequest& request, const ImportedNode& imported)
 {
     const SignalsHeld held; // a directory that is half saved helps nobody

@@ -1,4 +1,4 @@
-// Whom message nodes are described as.
+// Finds message nodes that may speak the wrong name.
 #pragma once
 
 #include "Findings.h"
@@ -27,8 +27,8 @@ private:
     };
     struct PartitionFound
     {
-        QHash<QString, QString> described; ///< where the entry of each description is; empty where none was met
-        std::map<int, Misnamed> misnamed;  ///< the message nodes that an entry names whom they do not describe
+        QHash<QString, QString> described; ///< the place of the entry of each description; empty until one is met
+        std::map<int, Misnamed> misnamed;  ///< message nodes that an entry names and that describe another
     };
 
     PartitionFound& FoundIn(const Partition& partition);

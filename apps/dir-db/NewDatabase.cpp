@@ -43,12 +43,12 @@ void Build(const QString& fileName, const FillDatabase& fill)
     MakeTables(connection);
     fill(dataBase);
     RunStatement(connection, u"COMMIT"_s);
-    // Closing would do this too, but keep a full disk to itself.
+    // Closing does the same, but does not tell when the disk is full.
     if (Query(connection, u"PRAGMA wal_checkpoint(TRUNCATE)"_s).Field(0).toInt() != 0)
         ThrowFileNotMade(fileName, u"its log cannot be taken into it"_s);
 }
 
-/// Nobody else writes into them until the transaction ends.
+/// Also locks them, so that nobody else writes into them until the transaction ends.
 void RequireEmptyTables(Connection& connection, const QString& fileName)
 {
     for (const SchemaTable& table : Schema()) {
@@ -67,7 +67,7 @@ void FillServer(const QString& fileName, const FillDatabase& fill)
     DataBase dataBase(ConnectionStringFor(fileName));
     Connection& connection = dataBase.Conn;
     connection.Open();
-    connection.StayWithEngine(true); // the transaction ends with it
+    connection.StayWithEngine(true); // another session would not be in the transaction
     RunStatement(connection, u"BEGIN"_s);
     MakeTables(connection);
     RequireEmptyTables(connection, fileName);

@@ -47,12 +47,12 @@ QString PartitionWithoutPattern(const Recordset& row)
     return PartitionOf(row) + u": in "_s + row.Field(2).toString();
 }
 
-/// A kind that one statement finds. The engine makes the texts of numbers, so that they are printed as it prints them.
+/// A kind that one statement finds. The engine turns numbers into texts, so that they look as they are stored.
 struct StatedSearch
 {
     const char* kind;
     const char* rows;
-    QString (*place)(const Recordset& row); ///< what is to be said of a row, or nothing
+    QString (*place)(const Recordset& row); ///< describes a row; empty to leave it out
 };
 
 constexpr std::array statedSearches{
@@ -156,11 +156,11 @@ QString ReplacedHeader(const Recordset& node)
     return columns.join(u", "_s);
 }
 
-/// A kind that a look at each directory node finds.
+/// A kind that is found by a look at each directory node.
 struct NodeSearch
 {
     const char* kind;
-    QString (*fault)(const Recordset& node); ///< what is to be said of a node, or nothing
+    QString (*fault)(const Recordset& node); ///< describes it; empty when there is none
 };
 
 constexpr std::array nodeSearches{

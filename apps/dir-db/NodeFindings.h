@@ -1,4 +1,4 @@
-// Looks at the nodes and partitions of a database: what the editor does with them when it opens and saves a directory.
+// Looks at the nodes and partitions of a database for what the editor does not show, cuts or refuses.
 #pragma once
 
 #include "Findings.h"

@@ -24,7 +24,7 @@ char16_t HarmlessCode(char16_t code)
     return commands ? replacement : code;
 }
 
-/// In columns of the terminal: a mark stands on the character before it.
+/// In columns of the terminal, where a mark takes none.
 qsizetype Width(const QString& text)
 {
     return std::ranges::count_if(text, [](QChar c) { return !c.isMark() && !c.isLowSurrogate(); });

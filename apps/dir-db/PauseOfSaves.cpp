@@ -33,11 +33,11 @@ void WaitUntil(const std::function<bool()>& isQuiet, const QString& fileName)
 
 PauseOfSaves::PauseOfSaves(const QString& fileName) : mLocked(QFileInfo(fileName).canonicalFilePath() + u"-saving"_s)
 {
-    if (mLocked.open(QIODevice::ReadOnly | QIODevice::ExistingOnly)) // else nobody has saved yet, or we may not look
+    if (mLocked.open(QIODevice::ReadOnly | QIODevice::ExistingOnly)) // else nobody has saved yet, or we may not read it
         WaitUntil([this] { return Lock(); }, fileName);
 }
 
-/// Against every byte, and gone with the file's descriptor.
+/// Locks every byte; closing the file unlocks them.
 bool PauseOfSaves::Lock()
 {
     struct flock all = {};
@@ -53,8 +53,8 @@ StillReading::StillReading(Connection& connection, const QString& fileName) : mC
         return;
     }
     const PauseOfSaves pause(fileName);
-    Begin(u"BEGIN"_s);
-    CountOf(mConnection, u"Node_DIR"_s); // the first look is what fixes the moment
+    Run(u"BEGIN"_s);
+    CountOf(mConnection, u"Node_DIR"_s); // the first read fixes the moment
 }
 
 StillReading::~StillReading()
@@ -62,17 +62,17 @@ StillReading::~StillReading()
     End();
 }
 
-/// A server tells who holds locks, and fixes the moment with that same look.
+/// A server tells who holds locks, and the same query fixes the moment.
 bool StillReading::IsQuiet()
 {
-    Begin(u"BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY"_s);
+    Run(u"BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY"_s);
     if (CountOf(mConnection, HeldSavingLocks()) == 0)
         return true;
     End();
     return false;
 }
 
-void StillReading::Begin(const QString& statement)
+void StillReading::Run(const QString& statement)
 {
     Command(mConnection, statement, statement, 0).Execute({});
 }
@@ -80,9 +80,9 @@ void StillReading::Begin(const QString& statement)
 void StillReading::End()
 {
     try {
-        Begin(u"COMMIT"_s);
+        Run(u"COMMIT"_s);
     } catch (const RuntimeError&) {
-        // It ends with the connection.
+        // The transaction ends with the connection.
     }
 }
 

@@ -1,4 +1,4 @@
-// Moments at which no node is being saved. A save is many commits.
+// Finds moments at which no node is being saved, since a save is many commits.
 #pragma once
 
 #include "platform/runtime/Text.h"
@@ -9,8 +9,8 @@ namespace qor {
 
 class Connection;
 
-/// While it lives no save of the database in this file begins; it waits for the end of those that have begun. A save
-/// holds a lock on a byte of the file beside the database that is named here, which byte is its own matter.
+/// While it lives, no save of the database in this file begins; at first it waits for the end of those that have begun.
+/// A save locks one byte of NAME-saving, an empty file beside the database; which byte is its own matter.
 class PauseOfSaves
 {
 public:
@@ -23,7 +23,7 @@ private:
     QFile mLocked;
 };
 
-/// While it lives everything that is read shows the database, a file or a server, as it was at one moment outside of a
+/// While it lives, what is read shows the database, in a file or on a server, as it was at one moment outside of a
 /// save. Others go on saving.
 class StillReading
 {
@@ -35,7 +35,7 @@ public:
 
 private:
     bool IsQuiet();
-    void Begin(const QString& statement);
+    void Run(const QString& statement);
     void End();
 
     Connection& mConnection;

@@ -14,15 +14,16 @@ namespace qor {
 
 namespace {
 
-// The work is mostly one long call of the engine, so the line comes from a signal. Its handler uses these.
+// Most of the work is one long call of the engine, so the line is written by the handler of a timer's signal. These are
+// what it may use.
 std::atomic<const char*> current{nullptr};
 std::atomic<int> seconds{0};
 static_assert(decltype(current)::is_always_lock_free && decltype(seconds)::is_always_lock_free);
 
 constexpr std::size_t width = 60;
-using Line = std::array<char, width + 2>; ///< begins and ends at the left of the terminal's line
+using Line = std::array<char, width + 2>; ///< begins and ends with a carriage return
 
-/// The text, and blanks up to the end.
+/// Writes the text and the count, and blanks up to the end of the line.
 void Write(std::string_view text, std::string_view count)
 {
     Line line{};
@@ -35,7 +36,7 @@ void Write(std::string_view text, std::string_view count)
 
 bool IsInForeground()
 {
-    return tcgetpgrp(STDERR_FILENO) == getpgrp(); // no terminal has no group
+    return tcgetpgrp(STDERR_FILENO) == getpgrp(); // which fails without a terminal
 }
 
 extern "C" void ShowProgress(int)

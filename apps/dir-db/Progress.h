@@ -1,13 +1,13 @@
-// What takes long, told while it lasts.
+// Shows on the terminal what takes long.
 #pragma once
 
 #include <QtGlobal>
 
 namespace qor {
 
-/// While it lives, what goes on stands on standard error, from the first second on and with the seconds so far, if that
-/// is a terminal in whose foreground the program runs; afterwards nothing is left of it. One may be made while another
-/// one lives, and is then what goes on. Nothing is to be printed meanwhile.
+/// While it lives, standard error shows what is going on, and for how many seconds so far, if it is a terminal and the
+/// program runs in its foreground. The line appears after a second and is erased at the end. While another one lives,
+/// its text is shown instead. Print nothing meanwhile.
 class Progress
 {
 public:

@@ -1,4 +1,4 @@
-// Questions to a configuration database in the engine's own words.
+// Runs statements in the engine's own SQL on a configuration database.
 #pragma once
 
 #include "platform/data/Recordset.h"
@@ -15,8 +15,8 @@ Recordset Query(Connection& connection, const QString& text, const QStringList& 
 /// The same row by row, as Command::ForEachRow has it.
 void ForEachRow(Connection& connection, const QString& text, const std::function<void(const Recordset& row)>& take);
 
-/// What a statement names to get the texts of a column as they are stored: out of a file in UTF-8 as bytes, which need
-/// not be characters, else as texts; a server takes none that are not. Other values stay as they are.
+/// What to select to get the texts of a column as they are stored: from a file in UTF-8 as bytes, which need not be
+/// valid, else as texts; a server takes no others. Other values stay as they are.
 QString StoredTexts(Connection& connection, const QString& column);
 
 /// rows: what follows FROM.

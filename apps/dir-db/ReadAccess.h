@@ -1,4 +1,4 @@
-// How a database is opened that is only looked at.
+// Opens databases that are only to be read.
 #pragma once
 
 #include "platform/runtime/Text.h"
@@ -10,22 +10,22 @@ namespace qor {
 
 class Connection;
 
-/// An opened database, in the way that changes least in the file and beside it. Where nothing may be written, it is
-/// read without locks if it has to be; then somebody else may change it meanwhile.
+/// Opens a database in the way that changes least in the file and beside it. If nothing may be written there, and there
+/// is no other way, it is read without locks; then somebody else may change it meanwhile.
 class ReadAccess
 {
 public:
-    /// Opens the connection. Raises RuntimeError when that fails; its sentence tells when a log that cannot be read is
-    /// the reason.
+    /// Opens the connection. Raises RuntimeError when that fails; the message says so when the reason is a log that
+    /// cannot be read.
     ReadAccess(Connection& connection, const QString& fileName);
 
-    /// Raises RuntimeError when the file was changed under a reading without locks. To be asked before what was read is
-    /// told.
+    /// Raises RuntimeError when a file that was read without locks has changed since. Call it before reporting what was
+    /// read.
     void RequireUnchanged() const;
 
 private:
     QString mFileName;
-    std::optional<struct stat> mFound; ///< when it is read without locks
+    std::optional<struct stat> mFound; ///< the file at first, when it is read without locks
 };
 
 } // namespace qor

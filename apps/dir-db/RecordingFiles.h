@@ -7,15 +7,15 @@
 
 namespace qor {
 
-/// The files of a folder. The system knows no difference between capital and small letters in their names, and a copy
-/// of its folder may have them otherwise, so there is none here.
+/// The files of a folder. Capital and small letters in their names make no difference here: they make none to the
+/// system that plays them, and a copy of its folder may have changed them.
 class RecordingFiles
 {
 public:
     /// Raises RuntimeError for a folder that cannot be read to its end.
     explicit RecordingFiles(const QString& folder);
 
-    /// recording: as a message node names it; folders before its name do not count.
+    /// recording: the name that a message node has; folders in it do not count.
     bool Contains(const QString& recording) const;
 
 private:

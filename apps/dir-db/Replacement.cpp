@@ -27,15 +27,17 @@ std::optional<struct stat> StatusOf(const QString& path)
     return stat(QFile::encodeName(path), &status) == 0 ? std::optional(status) : std::nullopt;
 }
 
-/// The engine would lay a log over a file of another kind. To be asked before the engine has the file.
+/// Whether it is a database of the engine, which would apply a log even to a file of another kind. Call it before the
+/// engine has the file open.
 bool IsForEngine(const QString& fileName)
 {
     QFile file(fileName);
     return file.open(QIODevice::ReadOnly) && file.read(16) == QByteArray("SQLite format 3\0", 16);
 }
 
-/// The old database, in one file, locked against everyone, if the engine can do that with it. A program that comes late
-/// and waits for the lock finds a file that the engine does not let it write, because its name is another one's now.
+/// The old database, merged into one file and locked against everyone, if the engine can do that with it. A program
+/// that waits for that lock gets a file that its engine does not let it write, because the name is that of another file
+/// by then.
 class OldDatabase
 {
 public:
@@ -63,14 +65,14 @@ public:
         try {
             mWasWriteAhead = Query(*mConnection, u"PRAGMA journal_mode"_s).Field(0).toString() == u"wal";
             Query(*mConnection,
-                  u"PRAGMA journal_mode = DELETE"_s); // takes the log in, if nobody else has the file open
+                  u"PRAGMA journal_mode = DELETE"_s); // merges the log, if nobody else has the file open
             Query(*mConnection, u"BEGIN EXCLUSIVE"_s);
         } catch (const RuntimeError&) {
-            mConnection.reset(); // missing, damaged or in use; others tell that apart
+            mConnection.reset(); // missing, damaged or in use; RequireUnused tells which
         }
     }
     bool IsSettled() const { return mConnection.has_value(); }
-    /// From here on nothing is to be put back.
+    /// From here on its mode stays as it is.
     void GiveUp() { mWasWriteAhead = false; }
 
 private:
@@ -80,7 +82,7 @@ private:
 };
 
 /// The process that holds one of the engine's locks, if any. An open database in write-ahead mode always has one. Not
-/// for a file that this process has open as a database: the closing here would drop those locks.
+/// for a file that this process has open as a database: closing it here would drop those locks.
 std::optional<qint64> LockHolder(const QString& fileName)
 {
     constexpr off_t firstLock = 0x40000000; // where the engine's locks lie in the file
@@ -97,8 +99,8 @@ std::optional<qint64> LockHolder(const QString& fileName)
     return isHeld ? std::optional<qint64>(lock.l_pid) : std::nullopt;
 }
 
-/// Another process that has the file open, if one can be seen: in rollback mode an editor that does nothing holds no
-/// lock. Root sees every process, others their own.
+/// Another process that has the file open, if we can see one: in rollback mode an idle editor holds no lock. Root sees
+/// every process, others their own.
 std::optional<qint64> Opener(const struct stat& file)
 {
     for (const QString& process : QDir(u"/proc"_s).entryList({u"[1-9]*"_s}, QDir::Dirs)) {
@@ -185,7 +187,7 @@ void RemoveLogs(const QString& fileName)
         if (unlink(QFile::encodeName(fileName + suffix)) != 0 && errno != ENOENT)
             ThrowFileNotMade(fileName, u"%1 cannot be removed (%2)"_s.arg(fileName + suffix, qt_error_string(errno)));
     }
-    SyncFolderOf(fileName); // no loss of power brings one of them back beside the new database
+    SyncFolderOf(fileName); // else a power loss may bring one of them back, beside the new database
 }
 
 } // namespace
@@ -200,11 +202,12 @@ QString RequireReplaceable(const QString& fileName)
     return info.exists() ? info.canonicalFilePath() : info.absoluteFilePath();
 }
 
-// A kill at any moment leaves something whole. The engine takes the old log into the old file (a transaction of its
-// own), which is in rollback mode then, in which editors use it as well. From there on the old database is that one
-// file, and the logs are gone before the rename, which is one step. So no log is ever beside a database that it does
-// not belong to. The log of a file with which the engine cannot do that (it is damaged, or missing) gets a second name,
-// as the file does, before it goes. Between that and the rename, what was there is whole under its second name only.
+// Whenever this is killed, something whole is left. First the engine merges the old log into the old file, in a
+// transaction of its own, and sets it to rollback mode, in which editors use it as well. From there on the old database
+// is that one file, and its logs are removed before the rename, which is one step. So no log is ever beside a database
+// that it does not belong to. If the engine cannot merge the log, because the file is damaged or missing, the log gets
+// a second name, as the file does, before it is removed; from then until the rename, the old state is whole under its
+// second name only.
 QStringList ReplaceDatabase(NewFile& file)
 {
     const QString& fileName = file.Name();

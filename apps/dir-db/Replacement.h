@@ -1,4 +1,4 @@
-// A new configuration database in the place of one that is there.
+// Puts a new configuration database in the place of another one.
 #pragma once
 
 #include "platform/runtime/Text.h"
@@ -9,15 +9,15 @@ namespace qor {
 
 class NewFile;
 
-/// The file that the name or the link stands for. Raises RuntimeError when a database cannot be put there: it is
-/// something other than a file, a link that leads nowhere, or its folder is missing.
+/// The file itself, if the name is that of a link. Raises RuntimeError for a name that a database cannot have: of
+/// something other than a file, or of a link that leads nowhere.
 QString RequireReplaceable(const QString& fileName);
 
-/// Puts the file, a complete database, where another may lie. The old one is kept under a free name, readable by its
-/// owner only; its logs are away; the new one has its owner and permissions. At every moment the name stands for the
-/// old database or for the new one, whole, without a log of the other. Returns the names under which the old files are
-/// kept. Raises RuntimeError when a program has the old database open, or when something cannot be done; then the old
-/// database is in its place.
+/// Puts the file, a complete database, where another one may be. The old one is kept under a free name, readable by its
+/// owner only; the new one gets its owner and permissions, and no log is left beside it. At every moment the name leads
+/// to the old database or to the new one, whole, without a log of the other. Returns the names under which the old
+/// files are kept. Raises RuntimeError when a program has the old database open, or when something cannot be done; then
+/// the old database is in its place.
 QStringList ReplaceDatabase(NewFile& file);
 
 } // namespace qor

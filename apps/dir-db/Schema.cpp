@@ -10,8 +10,8 @@ namespace {
 
 using enum ColumnType;
 
-// The places in the keys make each key's index serve the reads: the columns that a read compares come first,
-// the one it sorts by follows.
+// The places in the keys make each key's index serve the commands that read: the columns that they compare come first,
+// then the one that they sort by.
 
 constexpr std::array nodeTypeMaxColumns{
     SchemaColumn{"Config_ID", Integer, 1},

@@ -1,5 +1,4 @@
-// The tables and columns of a configuration database, as data: what makes a database and what checks one both
-// read it here.
+// The tables and columns of a configuration database, as data, for making one and for checking one.
 #pragma once
 
 #include "platform/runtime/Text.h"
@@ -30,7 +29,7 @@ struct SchemaTable
 std::span<const SchemaTable> Schema();
 const SchemaTable& SchemaEntry(TableId id);
 
-/// A name in the engine's quotes, so that a reserved word serves as well.
+/// A name in the engine's quotes, so that reserved words are allowed.
 QString Quoted(const char* name);
 /// "ConfigID, PartID, ...": the columns of the primary key, in its order.
 QString KeyText(const SchemaTable& table);

@@ -96,7 +96,7 @@ QString NodeLine(const Recordset& rows, const QList<ShownColumn>& columns)
     return u"DIR %1: %2"_s.arg(values[0], parts.join(u", "_s));
 }
 
-/// The node that the rows stand on and its entries; steps to the next node.
+/// Prints the node that the rows stand on, with its entries, and steps to the next node.
 void PrintNode(Recordset& rows, const QList<ShownColumn>& columns)
 {
     PrintLine(NodeLine(rows, columns));
@@ -119,7 +119,7 @@ QJsonObject JsonOf(const Recordset& row, const QList<ShownColumn>& columns, Owne
         const QVariant& value = row.Field(i);
         if (columns[i].owner == owner)
             object[QLatin1String(columns[i].name)] =
-                value.isNull() ? QJsonValue() : QJsonValue::fromVariant(value); // or it would be an empty text
+                value.isNull() ? QJsonValue() : QJsonValue::fromVariant(value); // a Null would become an empty text
     }
     return object;
 }

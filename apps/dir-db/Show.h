@@ -15,9 +15,9 @@ struct ShowRequest
     bool withPasswords = false; ///< and with access codes
 };
 
-/// Prints the values as they are stored: in a table and in CSV with a sign in place of each character that would
-/// command a terminal, in JSON with the type that they are stored with. Raises RuntimeError for a file that does not
-/// open or has other tables.
+/// Prints the values as they are stored: in a table and in CSV with a sign for each character that would control a
+/// terminal, in JSON with the type that they are stored with. Raises RuntimeError for a file that does not open or has
+/// other tables.
 void ShowPartition(const ShowRequest& request);
 
 } // namespace qor

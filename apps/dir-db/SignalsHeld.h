@@ -1,4 +1,4 @@
-// A stretch of work that no signal comes into.
+// Keeps signals out of a stretch of work.
 #pragma once
 
 #include <csignal>
@@ -6,7 +6,7 @@
 
 namespace qor {
 
-/// A signal that would end the program waits while this lives.
+/// While it lives, signals that would end the program wait.
 class SignalsHeld
 {
 public:

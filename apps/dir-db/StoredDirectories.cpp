@@ -14,7 +14,7 @@ namespace {
 const QStringList identity{u"ConfigID"_s, u"PartID"_s, u"NodeMasterID"_s, u"SequenceNo"_s};
 constexpr int ownerColumns = 3; // the first ones of the identity: whose entry it is
 
-/// The values of an entry as the engine gives them, with texts out of their bytes.
+/// Reads an entry from a row whose texts may come as bytes.
 class EntryValues
 {
 public:
@@ -51,7 +51,7 @@ private:
     std::optional<EntryReader> mReader;
 };
 
-/// Puts the rows of a directory together.
+/// Collects the rows of each directory.
 class DirectoryReader
 {
 public:

@@ -23,14 +23,14 @@ struct StoredEntry
 struct StoredDirectory
 {
     QString name;                       ///< "configuration 1, partition 1, DIR 7"
-    std::optional<Partition> partition; ///< none for one that the editor cannot be opened on
+    std::optional<Partition> partition; ///< nothing when the editor cannot be opened on it
     std::vector<StoredEntry> entries;
 
     QString Place(const StoredEntry& entry) const { return u"%1, entry %2"_s.arg(name, entry.position); }
 };
 
-/// One after the other, in the order of their numbers; no more than one is held. Raises RuntimeError when they cannot
-/// be read.
+/// Passes them one after the other, in the order of their numbers, and holds no more than one. Raises RuntimeError when
+/// they cannot be read.
 void ForEachDirectory(Connection& connection, const std::function<void(const StoredDirectory& directory)>& look);
 
 } // namespace qor

@@ -14,8 +14,8 @@ class Connection;
 struct StoredMessage
 {
     QString description;
-    QString recording; ///< the name of the file that is played, which need not be the one that the editor gives
-    bool isInPool;     ///< the editor asks the general pool whether it exists
+    QString recording; ///< the file that is played, which need not be the one that the editor would name
+    bool isInPool;     ///< the general pool, which the editor asks, has it
 };
 
 using MessagesByNumber = QHash<int, StoredMessage>;
@@ -26,7 +26,7 @@ public:
     /// Reads them. Raises RuntimeError when they cannot be read.
     explicit StoredMessages(Connection& connection);
 
-    /// Those of a partition; there are none in no partition.
+    /// Those of a partition; none for no partition.
     const MessagesByNumber& Of(const std::optional<Partition>& partition) const;
 
 private:

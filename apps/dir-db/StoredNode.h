@@ -10,7 +10,7 @@ class DataBase;
 /// "DIR 7 in configuration 1, partition 1"
 QString NameOf(const NodeIdentity& identity);
 
-/// The highest number of a message node; without one the editor opens nothing. Raises RuntimeError then.
+/// The highest number of a message node. Raises RuntimeError when there is none: the editor opens nothing then.
 qint16 RequireHighestMessageNode(DataBase& dataBase, const Partition& partition);
 
 /// Raises RuntimeError when the node does not exist.

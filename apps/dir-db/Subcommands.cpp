@@ -23,7 +23,7 @@ namespace qor {
 
 namespace {
 
-/// Two files: what a subcommand reads, or makes, and what becomes of it.
+/// The two files of a subcommand, in the order of the command line.
 struct Files
 {
     QString first;
@@ -176,7 +176,7 @@ Work SetUpImportJet(Arguments& arguments)
     return [files, dryRun] { return ImportJet(files->first, files->second, *dryRun) ? success : withWarnings; };
 }
 
-/// What the options of an import say that is not in its request as it stands.
+/// The options of an import, with those that its request holds in another form.
 struct ImportOptions
 {
     ListImportRequest request = {};

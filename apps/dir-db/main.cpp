@@ -9,7 +9,7 @@
 
 int main(int argc, char** argv)
 {
-    // Beyond a size limit a write shall fail like one on a full disk, so that the unfinished file is removed.
+    // A write beyond a size limit then fails as on a full disk, instead of ending the program with an unfinished file.
     std::signal(SIGXFSZ, SIG_IGN);
     try {
         const QCoreApplication application(argc, argv);

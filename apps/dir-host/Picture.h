@@ -1,5 +1,4 @@
-// Watches for the editor while nobody is there to use it: takes its picture, prints what it shows and closes
-// it.
+// Waits for the editor when nobody is there to use it: takes its picture, prints what it shows and closes it.
 #pragma once
 
 #include <QObject>

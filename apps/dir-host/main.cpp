@@ -69,8 +69,8 @@ Options ReadOptions(const QStringList& arguments)
             parser.value(u"data"_s), parser.value(u"picture"_s)};
 }
 
-/// A new file in the folder for temporary files, which only its owner can read: the picture shows people's names.
-/// It goes again unless it is told to stay.
+/// A new temporary file that only its owner can read, because the picture shows people's names. It is removed again
+/// unless it is told to stay.
 std::unique_ptr<QTemporaryFile> NewPictureFile(int node)
 {
     auto file = std::make_unique<QTemporaryFile>(QDir::temp().filePath(u"dir-host-node-%1-XXXXXX.png"_s.arg(node)));
@@ -88,8 +88,7 @@ void DrawOffScreen()
     }
 }
 
-/// Without a display the editor is drawn off screen and its picture taken, into the file that is returned where none is
-/// named.
+/// Without a display the editor is drawn off screen and its picture taken, into the returned file if none was named.
 std::unique_ptr<QTemporaryFile> PrepareDisplay(const qor::Display& display, Options& options)
 {
     if (display.Problem())
@@ -141,7 +140,7 @@ QStringList Texts(int argc, char** argv)
 
 int main(int argc, char** argv)
 {
-    // The options come first: where there is no display, the application must be told before it starts.
+    // Options are read first: the application must be told that there is no display before it starts.
     Options options = ReadOptions(Texts(argc, argv));
     const qor::Display display;
     const auto ownPicture = PrepareDisplay(display, options);

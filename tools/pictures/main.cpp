@@ -1,6 +1,6 @@
 // pictures FOLDER PREFIX CSV-FILE [--dark]: drives the editor through its states and writes a picture of each;
-// table.csv lies beside the file. It needs a sample database that nobody has open, and ends the process once in the
-// middle of work: call it with --crash first.
+// table.csv lies beside the file. It needs a sample database that nobody has open. Call it with --crash first, which
+// ends the process in the middle of work, so that there is a draft.
 #include "QOR_DIR_Node.h"
 
 #include <cstdlib>

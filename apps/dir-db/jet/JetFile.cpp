@@ -44,7 +44,7 @@ constexpr qint64 pageSize = 4096;
 constexpr qint64 mebibyte = 1'048'576;
 constexpr qint64 largestFile = 2048 * mebibyte; ///< of the format
 
-/// The first bytes that tell a format, and why such a file is not taken; the last row is for all others.
+/// A format by its first bytes, and why such a file is not taken; the last row is for all others.
 struct Format
 {
     QByteArray start;
@@ -101,7 +101,8 @@ int OpenUnnamed()
     const int descriptor = open(QFile::encodeName(QDir::tempPath()), O_TMPFILE | flags, S_IRUSR | S_IWUSR);
     if (descriptor >= 0)
         return descriptor;
-    QByteArray name = QFile::encodeName(QDir::temp().filePath(u"dir-db-XXXXXX"_s)); // where all files need a name
+    QByteArray name =
+        QFile::encodeName(QDir::temp().filePath(u"dir-db-XXXXXX"_s)); // for file systems on which all files need one
     const int named = mkostemp(name.data(), flags);
     if (named >= 0)
         unlink(name);
@@ -148,7 +149,7 @@ QByteArray ReadAndPack(int descriptor, const QList<JetWish>& wishes)
     }
 }
 
-/// Whether the reader, which a damaged file may have led astray, left all its tables with whole rows.
+/// Whether the reader, which a damaged file may have misled, returned all tables with whole rows.
 bool IsWhole(const QDataStream& stream, const JetDatabase& database, const QList<JetWish>& wishes)
 {
     const auto hasWholeRows = [](const JetTable& table) {
@@ -170,7 +171,7 @@ QString ContainedFault(const ContainedResult& result)
     case Ending::Failed:
         return u"it is damaged or too large; its reader failed"_s;
     }
-    // The library goes on after each message with what it made of the fault.
+    // After a message the library goes on with whatever it made of the fault.
     const QString message = QString::fromLocal8Bit(result.messages).section(u'\n', 0, 0).trimmed();
     return message.isEmpty() ? QString() : u"it is damaged (%1)"_s.arg(message.left(200));
 }

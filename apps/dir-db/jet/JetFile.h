@@ -29,16 +29,16 @@ struct JetDatabase
     QStringList otherTables;
 };
 
-/// A table to read and its columns; the file may spell the names with other capitals.
+/// A table to read and its columns; the file may write the names in other capitals.
 struct JetWish
 {
     QString table;
     QStringList columns;
 };
 
-/// Reads a private copy of the file in a process of its own, so that a damaged file ends neither this program
-/// nor the machine's memory. Raises RuntimeError with one sentence: no such file, another format, damaged,
-/// a table is missing, a value that cannot be taken as it is.
+/// Reads a private copy of the file in a process of its own, so that a damaged file cannot crash this program or fill
+/// the machine's memory. Raises RuntimeError with one sentence: no such file, another format, damaged, a table is
+/// missing, a value that cannot be taken as it is.
 JetDatabase ReadJetFile(const QString& fileName, const QList<JetWish>& wishes);
 
 } // namespace qor

@@ -50,7 +50,7 @@ QByteArray LongTextBytes(MdbHandle& file, MdbColumn& column, const MdbField& fie
     const auto length = static_cast<quint32>(mdb_get_int32(file.pg_buf, field.start)) & lengthBits;
     std::array<char, MDB_PGSIZE> part{};
     std::memcpy(part.data(), file.pg_buf + field.start, MDB_MEMO_OVERHEAD);
-    // It is bound here alone: a bound column would be turned into text at each step to another row.
+    // Bound here alone, because the library turns bound columns into texts at each step to another row.
     column.bind_ptr = part.data();
     std::size_t size = 0;
     const Memory bytes(static_cast<char*>(mdb_ole_read_full(&file, &column, &size)));
@@ -128,7 +128,7 @@ void TableReader::ChooseColumns(const JetWish& wish)
 JetTable TableReader::Read()
 {
     mTable.ownRowCount = mDefinition->num_rows;
-    // The library does not look for rows where the count is zero, and that count can be wrong.
+    // The library does not look for rows when the count is zero, and the count can be wrong.
     mDefinition->num_rows = std::max(mDefinition->num_rows, 1U);
     mdb_rewind_table(mDefinition.get());
     while (mdb_fetch_row(mDefinition.get()) != 0)

@@ -5,8 +5,8 @@
 
 namespace qor {
 
-/// descriptor: the file, open for reading. Raises RuntimeError with the reason alone ("it is damaged; ...").
-/// What the library writes on standard error are faults as well; seeing to them is the caller's part.
+/// descriptor: the file, open for reading. Raises RuntimeError with the reason alone ("it is damaged; ..."). Whatever
+/// the library writes on standard error is a fault as well, which the caller has to notice.
 JetDatabase ReadJetTables(int descriptor, const QList<JetWish>& wishes);
 
 } // namespace qor

@@ -13,7 +13,7 @@ struct JetType
     int id;          ///< in the file
     qsizetype width; ///< in bytes; 0 for a type without a fixed one
     bool isNumber;
-    /// Null for what does not stand in the bytes: booleans. Raises RuntimeError for bytes that are no value.
+    /// Null for booleans, which are not in the bytes. Raises RuntimeError for bytes that are not a value.
     QString (*text)(QByteArrayView bytes);
 };
 
@@ -25,8 +25,8 @@ const JetType* FindJetType(int id);
 
 /// "yyyy-MM-dd HH:mm:ss" for a number of days since the end of 1899.
 QString JetDateText(double days);
-/// A text in UTF-16, or packed: after the mark FF FE one byte for a character of Latin-1, and a zero byte where
-/// the two ways take turns.
+/// A text in UTF-16, or packed: after the mark FF FE one byte for each character of Latin-1, with a zero byte between
+/// stretches that are packed and stretches that are not.
 QString JetText(QByteArrayView bytes);
 
 } // namespace qor
