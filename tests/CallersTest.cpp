@@ -1,5 +1,8 @@
-// What callers will meet: the warnings of dir-db check, its sheet of recordings and the keys of names.
+// What callers will meet: the warnings of dir-db check, its sheet of recordings and the keys of names. On either
+// engine.
 
+#include "PauseOfSaves.h"
+#include "Query.h"
 #include "rules/TelephoneKeys.h"
 #include "support/Cases.h"
 #include "support/SampleDatabase.h"
@@ -200,6 +203,15 @@ private Q_SLOTS:
         const QString said = outcome.output + outcome.errors;
         QVERIFY2(said.contains(expected), qPrintable(said));
         QCOMPARE(outcome.output.startsWith(u"By this rule: "), outcome.exitCode == 0);
+    }
+
+    void readsOneMoment()
+    {
+        Connection connection;
+        connection.SetConnectionString(ConnectionStringFor(File()));
+        const StillReading still(connection, File());
+        Run(u"DELETE FROM Detail_DIR"_s);
+        QCOMPARE(CountOf(connection, u"Detail_DIR"_s), 2);
     }
 };
 

@@ -1,8 +1,10 @@
 // dir-db as people run it: what it makes, what it refuses and which faults its check finds.
 
+#include "ReadAccess.h"
 #include "rules/EarlierVersions.h"
 #include "store/CommandCatalog.h"
 #include "support/Cases.h"
+#include "support/OrdinaryUser.h"
 #include "support/SampleDatabase.h"
 #include "support/Tool.h"
 
@@ -216,7 +218,8 @@ private Q_SLOTS:
         const QString left = LeftBehind();
         const auto permissions = QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ReadGroup;
         QVERIFY(QFile::setPermissions(left, permissions));
-        const QByteArray before = ReadFile(left) + ReadFile(left + u"-wal"_s);
+        const QByteArray log = ReadFile(left + u"-wal"_s);
+        const QByteArray before = ReadFile(left) + log;
         const QStringList names = EntriesOf(mFolder->path());
         for (const auto& [from, to, said] : {std::tuple(Path(u"damaged"_s), left, u"The file is damaged"_s),
                                              {copy, mSample->FileName(), u"is open in another program"_s},
@@ -237,11 +240,11 @@ private Q_SLOTS:
         QCOMPARE(shown(left), shown(copy));
 
         WriteFile(left, "damaged"); // what is beside it is kept as it is, under the next name
-        WriteFile(left + u"-wal"_s, "log");
+        WriteFile(left + u"-wal"_s, log);
         QCOMPARE(DirDb({u"restore"_s, copy, left}).exitCode, 0);
         QCOMPARE(shown(left), shown(copy));
         QCOMPARE(ReadFile(left + u".before-restore-2"_s) + ReadFile(left + u".before-restore-2-wal"_s),
-                 QByteArray("damagedlog"));
+                 "damaged" + log);
     }
 
     /// By how many columns each command of the catalog finds its rows.
@@ -301,6 +304,8 @@ private Q_SLOTS:
     {
         const QString left = LeftBehind();
         RunProgram(u"/bin/cp"_s, {left, Path(u"alone"_s)});
+        QFile writer(Path(u"alone"_s)); // of a program that began when it still might
+        QVERIFY(writer.open(QIODevice::ReadWrite));
         RunProgram(u"/bin/chmod"_s, {u"a+rX,a-w"_s, u"-R"_s, mFolder->path()});
         const QStringList before = EntriesOf(mFolder->path());
         QList<Outcome> outcomes;
@@ -308,8 +313,16 @@ private Q_SLOTS:
             for (const QString& command : {u"check"_s, u"show"_s})
                 outcomes << DirDbWithoutPrivileges({command, Path(name)});
         }
+        QString raised;
+        QVERIFY(RunAsOrdinaryUser([&] {
+            Connection connection;
+            const ReadAccess access(connection, writer.fileName());
+            QVERIFY(writer.write("S") == 1 && writer.flush());
+            raised = RaisedBy([&] { access.RequireUnchanged(); });
+        }));
         QFile::setPermissions(mFolder->path(),
                               QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+        QVERIFY2(raised.contains(u"was changed while it was read"), qPrintable(raised));
         QVERIFY2(outcomes[0].output.contains(u"alone: sound"), qPrintable(outcomes[0].errors));
         QVERIFY2(outcomes[1].output.startsWith(u"DIR"), qPrintable(outcomes[1].errors));
         for (const Outcome& outcome : {outcomes[2], outcomes[3]})

@@ -1,6 +1,7 @@
 // A configuration database on a server: what link files may say, what a server refuses or cannot hold, servers that go
 // away, saves at once. Run by scripts/with-server.
 #include "platform/data/DeferredSync.h"
+#include "rules/MessageNodes.h"
 #include "rules/NodeLoading.h"
 #include "rules/NodeSaving.h"
 #include "store/DataBase.h"
@@ -28,14 +29,20 @@ Outcome Control(const QStringList& arguments)
     return RunProgram(qEnvironmentVariable("QOR_SERVER") + u"/control"_s, arguments);
 }
 
-/// All its processes at once, so that nothing is written any more.
+/// To all its processes at once.
+void SignalServer(int signal)
+{
+    const QByteArray server = ReadFile(qEnvironmentVariable("QOR_SERVER") + u"/data/postmaster.pid"_s).split('\n')[0];
+    const QByteArray others = ReadFile(u"/proc/%1/task/%1/children"_s.arg(QString::fromLatin1(server)));
+    for (const QByteArray& process : (server + ' ' + others).simplified().split(' '))
+        kill(process.toInt(), signal);
+}
+
+/// So that nothing is written any more.
 void KillServer()
 {
     const QString folder = qEnvironmentVariable("QOR_SERVER");
-    const QByteArray server = ReadFile(folder + u"/data/postmaster.pid"_s).split('\n').value(0);
-    const QByteArray others = ReadFile(u"/proc/%1/task/%1/children"_s.arg(QString::fromLatin1(server)));
-    for (const QByteArray& process : (server + ' ' + others).simplified().split(' '))
-        kill(process.toInt(), SIGKILL);
+    SignalServer(SIGKILL);
     // Where nobody waits for their ends their numbers stay in use.
     for (const QString& lock : {u"/data/postmaster.pid"_s, u"/.s.PGSQL.5432.lock"_s})
         QFile::remove(folder + lock);
@@ -62,14 +69,14 @@ QString SavingRaises(const DirectoryNode& node)
     return RaisedBy([&] { SaveNode(dataBase, node); });
 }
 
-/// What a database file holds, down to the statements that made its tables.
+/// What a database file holds, in its order, down to the statements that made its tables.
 QStringList Dump(const QString& fileName)
 {
     QStringList rows = Query(fileName, u"SELECT sql FROM sqlite_master WHERE type = 'table' ORDER BY name"_s);
     for (const QString& table : Query(fileName, u"SELECT name FROM sqlite_master WHERE type = 'table'"_s)) {
         const QStringList columns =
             Query(fileName, u"SELECT 'quote(' || name || ')' FROM pragma_table_info('%1')"_s.arg(table));
-        rows += Query(fileName, u"SELECT %1 FROM %2 ORDER BY 1"_s.arg(columns.join(u" || ',' || "_s), table));
+        rows += Query(fileName, u"SELECT %1 FROM %2 ORDER BY rowid"_s.arg(columns.join(u" || ',' || "_s), table));
     }
     return rows;
 }
@@ -243,6 +250,37 @@ private Q_SLOTS:
         SaveNode(dataBase, NodeWith(5));
     }
 
+    // It is halted: its connections stay, and nothing comes over them.
+    void serverThatIsSilent()
+    {
+        DataBase dataBase;
+        LoadNode(dataBase, node7, highestNode);
+        SignalServer(SIGSTOP);
+        const QString told = RaisedBy([&] { LoadNode(dataBase, node7, highestNode); });
+        SignalServer(SIGCONT);
+        CompareTold(told, u"*was lost*no answer for 35 seconds*"_s);
+        QCOMPARE(LoadNode(dataBase, node7, highestNode)->entries.size(), std::size_t{40});
+    }
+
+    // Another station makes the node while the question is open.
+    void promptTakenMeanwhile()
+    {
+        DataBase dataBase;
+        QStringList made;
+        MakeMissingMessageNodes(
+            dataBase, node7.partition, NodeWith(1, u"Smith"_s, u"13"_s).entries,
+            {.checked = {.contains = [](const QString&) { return false; }, .add = [](const QString&) {}},
+             .ask =
+                 [&](const QString&) {
+                     mSample->Run(u"INSERT INTO Node_General_Pool VALUES (1, 1, 0, 13, 'MSG', 'Other', '')"_s);
+                     return ConfirmationAnswer::Yes;
+                 },
+             .made = [&](const QString& prompt) { made << prompt; },
+             .taken = [](std::size_t) { return u"27"_s; }});
+        QCOMPARE(made, QStringList{u"27"_s});
+        QCOMPARE(mSample->Run(u"SELECT NodeNumber FROM Node_MSG WHERE NodeDescription = 'Anne Smith'"_s), made);
+    }
+
     // One of two is first; the other one has not seen what it saved and leaves it alone.
     void savesAtOnce()
     {
@@ -269,6 +307,7 @@ private Q_SLOTS:
     {
         const QString file = mFolder.filePath(u"file"_s);
         const QString back = mFolder.filePath(u"back"_s);
+        WriteServices(u"options=-c enable_seqscan=off"_s); // left to itself, the server gives rows in another order
         for (const QStringList& arguments : {QStringList{u"sample"_s, file}, {u"copy"_s, mSample->FileName(), back}}) {
             const Outcome outcome = RunProgram(QStringLiteral(DIR_DB), arguments);
             QVERIFY2(outcome.exitCode == 0, qPrintable(outcome.errors));
