@@ -2,6 +2,7 @@
 // shows no node.
 #include "rules/DraftFiles.h"
 #include "rules/EarlierVersions.h"
+#include "support/Cases.h"
 #include "support/Editor.h"
 #include "support/Files.h"
 #include "support/SampleDatabase.h"
@@ -147,13 +148,6 @@ private:
         mSample->Run(u"DELETE FROM Detail_DIR WHERE NodeMasterID = 7"_s);
         mSample->Run(u"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < %1) INSERT INTO "
                      "Detail_DIR SELECT 1, 1, 7, i, 'Smith', 'Anne', i, 1000 - i, 1 FROM n"_s.arg(entryCount));
-    }
-    static quint32 Seed(const char* variable)
-    {
-        const QString given = qEnvironmentVariable(variable);
-        const quint32 seed = given.isEmpty() ? QRandomGenerator::global()->bounded(1000000U) : given.toUInt();
-        qInfo("%s=%u", variable, seed);
-        return seed;
     }
 
 private Q_SLOTS:

@@ -1,4 +1,5 @@
 // Hands that stay on the keyboard: keys that come quickly, the fields walked over the rows, undo and redo, the menu.
+#include "support/Cases.h"
 #include "support/Editor.h"
 #include "support/SampleDatabase.h"
 
@@ -207,10 +208,7 @@ private Q_SLOTS:
     // Whatever is done can be undone step by step, and done again, keys and colours included.
     void undoBringsBack()
     {
-        const QString given = qEnvironmentVariable("QOR_UNDO_SEED");
-        const quint32 seed = given.isEmpty() ? QRandomGenerator::global()->generate() : given.toUInt();
-        qInfo("QOR_UNDO_SEED=%u", seed);
-        QRandomGenerator chance(seed);
+        QRandomGenerator chance(Seed("QOR_UNDO_SEED"));
         QStringList entries;
         for (int i = 0; i < 12; ++i)
             entries << u"L%1|F|%2|%3|%3"_s.arg(QChar(u'a' + i)).arg(100 - i).arg(i + 1);

@@ -137,10 +137,7 @@ private Q_SLOTS:
 
     void sameRowsAsInTheEditor()
     {
-        const QString given = qEnvironmentVariable("QOR_LISTS_SEED");
-        const quint32 seed = given.isEmpty() ? QRandomGenerator::global()->generate() : given.toUInt();
-        qInfo("QOR_LISTS_SEED=%u", seed);
-        Lists lists(seed);
+        Lists lists(Seed("QOR_LISTS_SEED"));
         mSample->Run(u"UPDATE Node_DIR SET StartingPromptNumber = 200"_s);
         mSample->Run(u"PRAGMA synchronous = OFF"_s); // of what is set up here only
         BareForm form;

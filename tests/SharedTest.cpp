@@ -322,10 +322,7 @@ private Q_SLOTS:
     // the moments.
     void killedAtAnyMoment()
     {
-        const QString given = qEnvironmentVariable("QOR_SERVER_SEED");
-        const quint32 seed = given.isEmpty() ? QRandomGenerator::global()->bounded(1000000U) : given.toUInt();
-        qInfo("QOR_SERVER_SEED=%u", seed);
-        QRandomGenerator moments(seed);
+        QRandomGenerator moments(Seed("QOR_SERVER_SEED"));
         for (int round = 0; round < 20; ++round) {
             const auto before = StoredNode().entries;
             const DirectoryNode node = NodeWith(500, QString(round + 1, u'A'));

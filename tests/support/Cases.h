@@ -4,6 +4,7 @@
 #include "platform/runtime/RuntimeError.h"
 
 #include <functional>
+#include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QTest>
 
@@ -30,6 +31,16 @@ inline bool Matches(const QString& text, const QString& pattern)
 {
     const QString expression = QRegularExpression::escape(pattern).replace(u"\\*"_s, u".*"_s);
     return QRegularExpression(u"(?s)\\A"_s + expression + u"\\z"_s).match(text).hasMatch();
+}
+
+/// Where the chances of a test begin: what the variable of the environment says, or anywhere. Printed, so that a
+/// failure can be had again.
+inline quint32 Seed(const char* variable)
+{
+    const QString given = qEnvironmentVariable(variable);
+    const quint32 seed = given.isEmpty() ? QRandomGenerator::global()->generate() : given.toUInt();
+    qInfo("%s=%u", variable, seed);
+    return seed;
 }
 
 /// "number: description", or the empty text when the body raised nothing.
