@@ -11,6 +11,7 @@
 #include <fcntl.h>
 #include <QRegularExpression>
 #include <QTemporaryDir>
+#include <sys/file.h>
 #include <unistd.h>
 
 using namespace qor;
@@ -245,6 +246,57 @@ private Q_SLOTS:
         QCOMPARE(shown(left), shown(copy));
         QCOMPARE(ReadFile(left + u".before-restore-2"_s) + ReadFile(left + u".before-restore-2-wal"_s),
                  "damaged" + log);
+    }
+
+    // At chance moments, by a signal that the program hears and by one that it does not; QOR_KILLS says how many.
+    void leavesNothingWhenItIsEnded()
+    {
+        QRandomGenerator moments(Seed("QOR_TOOL_SEED"));
+        const QString folder = Path(u"work"_s);
+        const QString made = folder + u"/made"_s;
+        const QString old = folder + u"/old"_s;
+        const QList<QStringList> commands{{u"sample"_s, made},
+                                          {u"import-jet"_s, QStringLiteral(JET_FILE), u"made"_s},
+                                          {u"backup"_s, mSample->FileName(), made},
+                                          {u"copy"_s, mSample->FileName(), made},
+                                          {u"restore"_s, Path(u"copy"_s), old}};
+        QCOMPARE(DirDb({u"backup"_s, mSample->FileName(), Path(u"copy"_s)}).exitCode, 0);
+        QVERIFY(QDir(Path({})).mkdir(u"work"_s) && QFile::copy(Path(u"copy"_s), old));
+        for (int end = 0; end < qMax(60, qEnvironmentVariableIntValue("QOR_KILLS")); ++end) {
+            QProcess process;
+            process.setWorkingDirectory(folder);
+            process.start(QStringLiteral(DIR_DB), commands[end % commands.size()]);
+            QVERIFY(process.waitForStarted());
+            usleep(moments.bounded(30'000U));
+            const bool isHeard = end % 2 == 0;
+            isHeard ? process.terminate() : process.kill();
+            QVERIFY(process.waitForFinished());
+            const auto isTidy = [&] { return EntriesOf(folder).filter(u".dir-db-"_s).isEmpty(); };
+            QVERIFY(isHeard ? isTidy() : QTest::qWaitFor(isTidy));
+            for (const QString& file : {made, old}) {
+                if (QFile::exists(file))
+                    QCOMPARE(Query(file, u"SELECT count(*) > 500 FROM Detail_DIR"_s), QStringList{u"1"_s});
+            }
+            QVERIFY(!QFile::exists(made) || QFile::remove(made));
+        }
+    }
+
+    /// What a crash of the machine left goes with the next file that is made there; what belongs to somebody stays.
+    void removesWhatACrashLeft()
+    {
+        const QString folder = Path(u".dir-db-%1"_s);
+        for (const auto& [name, file] : {std::pair(u"left"_s, u"/database"_s),
+                                         {u"left"_s, u"/database-wal"_s},
+                                         {u"busy"_s, u"/database"_s},
+                                         {u"else"_s, u"/notes"_s}}) {
+            QDir().mkpath(folder.arg(name));
+            WriteFile(folder.arg(name) + file, "Smith");
+        }
+        const int lock = open(QFile::encodeName(folder.arg(u"busy"_s)), O_RDONLY | O_CLOEXEC);
+        QCOMPARE(flock(lock, LOCK_EX), 0);
+        QCOMPARE(DirDb({u"create"_s, Path(u"new"_s)}).exitCode, 0);
+        close(lock);
+        QCOMPARE(EntriesOf(mFolder->path()), QStringList({u".dir-db-busy"_s, u".dir-db-else"_s, u"new"_s}));
     }
 
     /// By how many columns each command of the catalog finds its rows.

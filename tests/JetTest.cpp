@@ -66,24 +66,6 @@ private Q_SLOTS:
         QVERIFY_THROWS_EXCEPTION(RuntimeError, JetDateText(3'000'000));
     }
 
-    void leavesNothingWhenASignalEndsIt()
-    {
-        constexpr int tries = 60;
-        constexpr int longestRun = 40'000; // us
-        for (int i = 0; i < tries; ++i) {
-            QProcess process;
-            process.setWorkingDirectory(Path(u"tmp"_s));
-            process.start(u"/usr/bin/env"_s,
-                          {u"TMPDIR=."_s, QStringLiteral(DIR_DB), u"import-jet"_s, u"../source.mdb"_s, u"new.mdb"_s});
-            QVERIFY(process.waitForStarted());
-            usleep(i * longestRun / tries);
-            process.terminate();
-            QVERIFY(process.waitForFinished());
-            QFile::remove(Path(u"tmp/new.mdb"_s));
-            QCOMPARE(EntriesOf(Path(u"tmp"_s)), QStringList());
-        }
-    }
-
     void endsWithItsParent()
     {
         std::array<int, 2> ends{};

@@ -1,11 +1,8 @@
 #include "NewFile.h"
 
 #include "platform/data/DatabaseFile.h"
-#include "SignalsHeld.h"
 
-#include <array>
 #include <cerrno>
-#include <csignal>
 #include <cstdio>
 #include <fcntl.h>
 #include <QFile>
@@ -15,27 +12,6 @@
 namespace qor {
 
 namespace {
-
-constexpr std::array endingSignals{SIGINT, SIGTERM, SIGHUP, SIGQUIT};
-constexpr std::array builtSuffixes{"", "-wal", "-shm", "-journal"};
-
-/// What a signal has to remove, in a form that its handler may read.
-struct Leftovers
-{
-    std::array<QByteArray, builtSuffixes.size()> files;
-    std::array<const char*, builtSuffixes.size()> names{};
-    QByteArray folderName;
-    const char* folder = nullptr;
-};
-Leftovers leftovers;
-
-extern "C" void RemoveLeftovers(int signal)
-{
-    for (const char* const name : leftovers.names)
-        unlink(name);
-    rmdir(leftovers.folder);
-    raise(signal); // it has its default action again, so that the shell learns how the program ended
-}
 
 /// Zero, or the number of the system's error; one of them is that the new name is taken.
 int MoveToFreeName(const QByteArray& from, const QByteArray& to)
@@ -68,38 +44,6 @@ void RequireDone(int error, const QString& fileName)
 
 } // namespace
 
-/// While it lives, a signal that ends the program takes the unfinished file away first.
-class NewFile::RemovedBySignal
-{
-public:
-    RemovedBySignal(const QString& folder, const QString& fileName)
-    {
-        for (std::size_t i = 0; i < builtSuffixes.size(); ++i) {
-            leftovers.files[i] = QFile::encodeName(fileName) + builtSuffixes[i];
-            leftovers.names[i] = leftovers.files[i].constData();
-        }
-        leftovers.folderName = QFile::encodeName(folder);
-        leftovers.folder = leftovers.folderName.constData();
-        struct sigaction action = {};
-        action.sa_handler = RemoveLeftovers;
-        action.sa_flags = SA_RESETHAND;
-        for (std::size_t i = 0; i < endingSignals.size(); ++i) {
-            sigaction(endingSignals[i], nullptr, &mBefore[i]);
-            if (mBefore[i].sa_handler != SIG_IGN) // nohup wants it to go on
-                sigaction(endingSignals[i], &action, nullptr);
-        }
-    }
-    ~RemovedBySignal()
-    {
-        for (std::size_t i = 0; i < endingSignals.size(); ++i)
-            sigaction(endingSignals[i], &mBefore[i], nullptr);
-    }
-    Q_DISABLE_COPY_MOVE(RemovedBySignal)
-
-private:
-    std::array<struct sigaction, endingSignals.size()> mBefore{};
-};
-
 void RequireFreeName(const QString& fileName)
 {
     if (QFileInfo::exists(fileName))
@@ -117,25 +61,12 @@ void SyncFolderOf(const QString& fileName)
         RequireDone(error, fileName);
 }
 
-NewFile::NewFile(const QString& fileName) : mName(fileName)
-{
-    const SignalsHeld held; // until their handler knows the folder
-    mFolder.emplace(QFileInfo(fileName).path() + u"/.dir-db-XXXXXX"_s);
-    if (!mFolder->isValid())
-        ThrowFileNotMade(mName, mFolder->errorString() + u"; choose a folder that you may write to"_s);
-    mBuiltName = mFolder->filePath(u"database"_s);
-    mRemovedBySignal = std::make_unique<RemovedBySignal>(mFolder->path(), mBuiltName);
-}
-
-NewFile::~NewFile()
-{
-    mFolder->remove(); // while a signal still finds the handler
-}
+NewFile::NewFile(const QString& fileName) : mName(fileName), mFolder(fileName) {}
 
 void NewFile::Appear()
 {
-    RequireDone(Sync(mBuiltName), mName);
-    const int error = MoveToFreeName(QFile::encodeName(mBuiltName), QFile::encodeName(mName));
+    RequireDone(Sync(BuiltName()), mName);
+    const int error = MoveToFreeName(QFile::encodeName(BuiltName()), QFile::encodeName(mName));
     if (error == EEXIST)
         ThrowFileExists(mName);
     RequireDone(error, mName);
@@ -144,8 +75,8 @@ void NewFile::Appear()
 
 void NewFile::Replace()
 {
-    RequireDone(Sync(mBuiltName), mName);
-    RequireDone(std::rename(QFile::encodeName(mBuiltName), QFile::encodeName(mName)) == 0 ? 0 : errno, mName);
+    RequireDone(Sync(BuiltName()), mName);
+    RequireDone(std::rename(QFile::encodeName(BuiltName()), QFile::encodeName(mName)) == 0 ? 0 : errno, mName);
     SyncFolderOf(mName);
 }
 

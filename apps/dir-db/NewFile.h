@@ -1,11 +1,7 @@
 // A file that is built out of sight and appears under its name complete, or not at all.
 #pragma once
 
-#include "platform/runtime/Text.h"
-
-#include <memory>
-#include <optional>
-#include <QTemporaryDir>
+#include "BuildFolder.h"
 
 namespace qor {
 
@@ -16,22 +12,18 @@ void RequireFreeName(const QString& fileName);
 /// Everything that a folder names is on disk when it returns. Raises RuntimeError when the disk refuses.
 void SyncFolderOf(const QString& fileName);
 
-/// The file is built in a folder of its own beside its future place, which only its owner may enter. The folder goes
-/// with everything in it when the object goes, and also when the user or the system ends the program by a signal.
+/// The file is built in a folder of its own beside its future place, of which nothing is left however the program ends.
 /// There can be one at a time.
 class NewFile
 {
 public:
     /// Raises RuntimeError when the folder cannot be made.
     explicit NewFile(const QString& fileName);
-    ~NewFile();
-    NewFile(const NewFile&) = delete;
-    NewFile& operator=(const NewFile&) = delete;
 
     /// The name that it will have.
     const QString& Name() const { return mName; }
     /// Where it is built: a database of this name may have its logs beside it.
-    const QString& BuiltName() const { return mBuiltName; }
+    const QString& BuiltName() const { return mFolder.BuiltName(); }
 
     /// Brings the file to the disk and under its name; it is on disk when it returns. Raises RuntimeError when that
     /// fails or the name is taken.
@@ -40,12 +32,8 @@ public:
     void Replace();
 
 private:
-    class RemovedBySignal;
-
     QString mName;
-    std::optional<QTemporaryDir> mFolder;
-    QString mBuiltName;
-    std::unique_ptr<RemovedBySignal> mRemovedBySignal;
+    BuildFolder mFolder;
 };
 
 } // namespace qor
