@@ -156,11 +156,15 @@ const QStringList& LogSuffixes()
     return suffixes;
 }
 
-/// A name that neither a database nor a log of one has.
+/// A name that neither a database nor a log of one has; or the one that a restore gave this file before it was killed.
 QString NameToKeep(const QString& fileName)
 {
     QString name = fileName + u".before-restore"_s;
-    for (int number = 2; Exists(name) || Exists(name + u"-wal"_s) || Exists(name + u"-journal"_s); ++number)
+    const auto isTaken = [&] {
+        const bool isOther = Exists(name) && IdentityOf(name) != IdentityOf(fileName);
+        return isOther || Exists(name + u"-wal"_s) || Exists(name + u"-journal"_s);
+    };
+    for (int number = 2; isTaken(); ++number)
         name = u"%1.before-restore-%2"_s.arg(fileName).arg(number);
     return name;
 }
@@ -174,7 +178,7 @@ QStringList Keep(const QString& fileName, bool withLogs)
         const bool isWanted = suffix.isEmpty() || (withLogs && QFileInfo(fileName + suffix).size() > 0);
         if (!isWanted || !Exists(fileName + suffix))
             continue;
-        if (link(QFile::encodeName(fileName + suffix), QFile::encodeName(name + suffix)) != 0)
+        if (!Exists(name + suffix) && link(QFile::encodeName(fileName + suffix), QFile::encodeName(name + suffix)) != 0)
             ThrowFileNotMade(name + suffix, qt_error_string(errno));
         kept << name + suffix;
     }
