@@ -2,8 +2,7 @@
 #include "rules/TabularText.h"
 #include "store/KELDARPlusFilesAndFolders.h"
 #include "support/Cases.h"
-#include "support/Editor.h"
-#include "support/SampleDatabase.h"
+#include "support/ListFiles.h"
 
 #include <QClipboard>
 #include <QDir>
@@ -78,8 +77,7 @@ private Q_SLOTS:
         const QString two = u" =C\tCy\t1\nD\tDi\t2 Ctrl+V"_s;
         const QString undoOne = u"|Undo Paste 1 Entry"_s;
         const QString undo = u"|Undo Paste 2 Entries"_s;
-        const QString head = u"CSV File format: (LastName,FirstName,Extension)\n\nERROR IN FOLLOWING ENTRIES:\n"_s;
-        const QString fault = u"|"_s + head + u"(1,B,x) :\n     Invalid LastName\n     Invalid Extension\n"_s;
+        const QString fault = u"|"_s + listHead + u"(1,B,x) :\n     Invalid LastName\n     Invalid Extension\n"_s;
         const QString full = u"|Limited to 500 names in Directory list "_s;
         const QString none = u"||The clipboard holds no entries. Copy rows with LastName, FirstName and Extension."_s;
         AddCases({{"empty list", two, u"1C13* 2D27*"_s + undo},

@@ -1,5 +1,5 @@
 // Committing, leaving and closing: what is asked in which order, what stands in the database afterwards, and what a
-// failure or the end of the process leaves.
+// failure leaves.
 #include "support/Editor.h"
 #include "support/Files.h"
 #include "support/SampleDatabase.h"
@@ -57,13 +57,6 @@ Editor& Changed(Editor& editor)
     return editor.Type(label, u"x"_s);
 }
 
-/// Saves, which brings up these questions.
-template <typename... Questions>
-void Save(Editor& editor, const Questions&... questions)
-{
-    editor.Expect(questions...).Type(label, u"x"_s).Click("cmdApply").Expected();
-}
-
 } // namespace
 
 class CommitTest : public QObject
@@ -97,15 +90,14 @@ private:
         const ExpectedDialog question = MissingNode(13, u"cmdYes"_s);
         const bool isRefused = fault.contains(u' ');
         const QString told = isRefused ? u"*refused*"_s : u"*dir-db check*"_s;
-        const bool poolIsGone = fault == pool;
         Editor::Open(1, 1, 7, [&](Editor& editor) {
             isRefused ? mSample->Refuse(fault, condition) : void(mSample->Run(renamed.arg(fault, u"gone"_s)));
-            poolIsGone ? editor.Expect(ErrorReport(u"CheckForUnReferencedNodes"_s, told)) : editor.Expect(question);
-            Save(editor, ErrorReport(u"SaveChanges"_s, told));
+            fault == pool ? editor.Expect(ErrorReport(u"CheckForUnReferencedNodes"_s, told)) : editor.Expect(question);
+            editor.Save(ErrorReport(u"SaveChanges"_s, told));
             CompareAt(line, StateOf(editor), at7 + u"clean cmdOK"_s);
             isRefused ? mSample->RefuseNoMore() : void(mSample->Run(renamed.arg(u"gone"_s, fault)));
             CompareAt(line, QString::number(mSample->Entries(7).size()), QString::number(left));
-            poolIsGone ? Save(editor, question) : Save(editor);
+            fault == pool ? editor.Save(question) : editor.Save();
             QCOMPARE(mSample->Entries(7), editor.Rows());
             QCOMPARE(Value(header).section(u'|', 0, 1), u"x|x"_s);
         });
@@ -238,12 +230,12 @@ private Q_SLOTS:
             entries << u"Adams|Anne|1|%1|1"_s.arg(prompt);
         mSample->SetEntries(7, entries);
         Editor::Open(1, 1, 7, [&](Editor& editor) {
-            Save(editor, MissingNode(130));
-            Save(editor, MissingNode(130, u"cmdNo"_s), MissingNode(27, u"cmdYes"_s), MissingNode(41, u"cmdStop"_s));
-            Save(editor, MissingNode(41, u"cmdYesToAll"_s));
+            editor.Save(MissingNode(130));
+            editor.Save(MissingNode(130, u"cmdNo"_s), MissingNode(27, u"cmdYes"_s), MissingNode(41, u"cmdStop"_s));
+            editor.Save(MissingNode(41, u"cmdYesToAll"_s));
             editor.ClickRow(0).Click("cmdDirEdit").Type("cmbPromptNumber", u"61"_s);
-            Save(editor, MissingNode(61, u"cmdNo"_s)); // all were all of one save
-            Save(editor);
+            editor.Save(MissingNode(61, u"cmdNo"_s)); // all were all of one save
+            editor.Save();
             QCOMPARE(mSample->Entries(7), editor.Rows());
         });
         QCOMPARE(Value(u"SELECT NodeNumber FROM Node_MSG WHERE NodeDescription = 'Anne Adams' ORDER BY 1"_s),
@@ -258,60 +250,6 @@ private Q_SLOTS:
         Fails(pool, 0);
         if (!SampleDatabase::IsOnServer()) // where the entries are read first, and nothing is saved
             Fails(u"Detail_DIR"_s, 4);
-    }
-
-    void changedAtAnotherStation()
-    {
-        const QStringList entries = mSample->Entries(7);
-        const auto question = [](const QString& changes, QMessageBox::StandardButton answer) {
-            return Question(u"DIR 7 has been changed at another station.\n%1\nDo you want to overwrite these "
-                            "changes?"_s.arg(changes),
-                            answer);
-        };
-        Editor::Open(1, 1, 7, [&](Editor& editor) {
-            mSample->SetEntries(7, entries.first(3));
-            editor.Type(label, u"x"_s);
-            if (SampleDatabase::IsOnServer()) {
-                editor.Expect(question(u"*"_s, QMessageBox::No)).Click("cmdApply").Expected();
-                QVERIFY(editor.IsDirty() && mSample->Entries(7).size() == 3);
-                editor.Expect(question(u"*"_s, QMessageBox::Yes));
-            }
-            QVERIFY(!editor.Click("cmdApply").Expected().IsDirty());
-            Save(editor);
-        });
-        QCOMPARE(mSample->Entries(7), entries);
-    }
-
-    // A message node that somebody else makes before the save and another one while the question is asked.
-    void numbersTakenAtAnotherStation()
-    {
-        mSample->SetEntries(7, {u"Adams|Anne|1|1|1"_s});
-        const auto make = [&](int number) {
-            mSample->Run(u"INSERT INTO Node_MSG (ConfigID, PartID, NodeNumber) VALUES (1, 1, %1)"_s.arg(number));
-            mSample->Run(
-                u"INSERT INTO Node_General_Pool (ConfigID, PartID, NodeTypeID, NodeNumber) VALUES (1, 1, 0, %1)"_s.arg(
-                    number));
-        };
-        const ExpectedDialog question = MissingNode(27, u"cmdYes"_s);
-        const ExpectedDialog slowAnswer{question.told, [&](QDialog& dialog) {
-                                            make(27);
-                                            question.answer(dialog);
-                                        }};
-        Editor::Open(1, 1, 7, [&](Editor& editor) {
-            editor.ClickRow(0).Keys("Ctrl+Return").Type("txtLastName", u"Berg"_s).Type("txtFirstName", u"Bea"_s);
-            editor.Type("txtExtension", u"2"_s).Click("cmdDirEdit");
-            QCOMPARE(editor.Cell(1, 4), u"13"_s);
-            make(13);
-            if (SampleDatabase::IsOnServer())
-                editor.Expect(slowAnswer, Notice(u"Another station*\nBerg Bea: MSG 27 in place of MSG 13\n"
-                                                 "Berg Bea: MSG 41 in place of MSG 27"_s));
-            editor.Click("cmdApply").Expected();
-            QCOMPARE(mSample->Entries(7), editor.Rows());
-        });
-        const bool isReplaced = SampleDatabase::IsOnServer();
-        QCOMPARE(mSample->Entries(7)[1], isReplaced ? u"Berg|Bea|2|41|1"_s : u"Berg|Bea|2|13|1"_s);
-        QCOMPARE(Value(u"SELECT NodeNumber FROM Node_MSG WHERE NodeDescription = 'Bea Berg'"_s),
-                 isReplaced ? u"41"_s : QString());
     }
 
     void inputMeantForTheSavedRows()

@@ -142,8 +142,6 @@ private Q_SLOTS:
         mSample->Run(u"PRAGMA synchronous = OFF"_s); // of what is set up here only
         BareForm form;
         form.Load();
-        form.SetConfigID(1);
-        form.SetPartitionID(1);
         ResetDirectoryListView(*form.LVDirectory);
         for (int i = 0; i < 200; ++i) {
             mSample->SetEntries(nodeNumber, {oldRow});

@@ -62,6 +62,12 @@ public:
     }
     /// Fails the test unless all that was expected came.
     Editor& Expected() { return mBoxes.Verify(), *this; }
+    /// Changes the label and saves, which brings up these.
+    template <typename... Boxes>
+    Editor& Save(const Boxes&... boxes)
+    {
+        return Expect(boxes...).Type("txtDescription", u"x"_s).Click("cmdApply").Expected();
+    }
 
     bool IsOpen() const { return mForm.isVisible(); }
     bool IsDirty() const { return Find("cmdApply").isEnabled(); }

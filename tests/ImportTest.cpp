@@ -1,75 +1,24 @@
-// A directory's way in and out: the import with its report, the export, where the dialogs start. Files and dialogs are
-// real ones.
-#include "support/Editor.h"
-#include "support/Files.h"
-#include "support/SampleDatabase.h"
+// A directory's way in from a file, with its report, and where the dialogs start. Files and dialogs are real ones.
+#include "support/ListFiles.h"
 
-#include <csignal>
-#include <QApplication>
 #include <QLocale>
-#include <QPushButton>
-#include <QScreen>
-#include <QSettings>
-#include <QTest>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 using namespace qor;
 
 namespace {
 
-/// As on a full disk, no file of this process grows beyond the size.
-void LimitFileSize(rlim_t size)
-{
-    rlimit limit{};
-    getrlimit(RLIMIT_FSIZE, &limit);
-    limit.rlim_cur = std::min(size, limit.rlim_max);
-    setrlimit(RLIMIT_FSIZE, &limit);
-}
-
-/// Whatever a box says, its buttons stay in reach.
-void FitsTheScreen(QMessageBox& box)
-{
-    const QRect frame = box.frameGeometry();
-    QVERIFY2(box.screen()->availableGeometry().contains(frame), qPrintable(QDebug::toString(frame)));
-    const QAbstractButton* button = box.buttons().constFirst();
-    QVERIFY(button->isVisible() && box.rect().contains(QRect(button->mapTo(&box, QPoint()), button->size())));
-}
-
-using Boxes = QList<ExpectedBox>;
-
 const QByteArray adams("Adams,Anne,101\r\n");
 const QByteArray bad("1,B,x\r\n");
 const QString badLine = u"(1,B,x) :\n     Invalid LastName\n     Invalid Extension\n"_s;
-const QString listHead = u"CSV File format: (LastName,FirstName,Extension)\n\nERROR IN FOLLOWING ENTRIES:\n"_s;
 const ExpectedBox limit = Notice(u"Limited to 500 names in Directory list "_s);
 const ExpectedBox invalidFile{u"Invalid csv file format."_s, u"Error"_s, QMessageBox::Warning};
-
-/// The lines of rejected entries, and what comes before and behind.
-ExpectedBox Rejects(const QString& lines, const QString& before = {}, const QString& after = {})
-{
-    return {before + listHead + lines + after, u"Error"_s, QMessageBox::Warning, QMessageBox::Ok, FitsTheScreen};
-}
-
-ExpectedBox Overwrite(QMessageBox::StandardButton answer)
-{
-    return Question(u"Do you want to overwrite the directory list?"_s, answer, u"Question"_s);
-}
 
 /// The last row with its number.
 QString LastOf(const Editor& editor)
 {
     const int last = editor.RowCount() - 1;
     return last < 0 ? u"none"_s : editor.Cell(last, 0) + u'|' + editor.Rows().last();
-}
-
-void Run(Editor& editor, const char* button, const ExpectedDialog& dialog, const Boxes& boxes = {})
-{
-    editor.Expect(dialog);
-    for (const ExpectedBox& box : boxes)
-        editor.Expect(box);
-    editor.Click(button).Expected();
-    QCOMPARE(editor.Focus(), QString::fromLatin1(button));
 }
 
 /// 480 people as a spreadsheet with semicolons writes them.
@@ -80,37 +29,19 @@ QByteArray SpreadsheetList()
     static const QStringList firstNames{u"Anne"_s, u"Jos\u00E9 Luis"_s, u"Zo\u00EB"_s, u"Bob"_s};
     QString text = u"Last Name;First Name;Extension;Office\r\n"_s;
     for (int person = 0; person < 480; ++person) {
-        const QString number = QString::number(1000 + person);
-        text += u"%1;%2;%3;\"B; 4\"\r\n"_s.arg(lastNames[person % 6], firstNames[person % 4],
-                                               person % 5 == 0 ? number.first(2) + u' ' + number.last(2) : number);
+        text += u"%1;%2;%3;\"B; 4\"\r\n"_s.arg(
+            lastNames[person % 6], firstNames[person % 4],
+            QString::number(1000 + person).insert(2, person % 5 == 0 ? u" "_s : QString()));
     }
     return text.toUtf8();
 }
 
 } // namespace
 
-class InterchangeTest : public QObject
+class ImportTest : public ListFilesTest
 {
     Q_OBJECT
 
-private:
-    std::unique_ptr<SampleDatabase> mSample;
-    std::unique_ptr<QTemporaryDir> mFolder; // of the files and the user's settings
-
-    QString Path(const QString& name) const { return QDir(mFolder->path()).filePath(name); }
-    QString MiscFolder() const { return mSample->ProductFolder() + u"/Misc"_s; }
-
-    /// Opens the editor on a directory that has these entries.
-    void Open(const QStringList& entries, const Editor::User& user) const
-    {
-        mSample->SetEntries(12, entries);
-        Editor::Open(1, 1, 12, user);
-    }
-    void Import(Editor& editor, const QByteArray& contents, const Boxes& boxes = {}) const
-    {
-        WriteFile(Path(u"names.csv"_s), contents);
-        Run(editor, "cmdOpenCSVFilename", FileDialog(u"Open"_s, Path(u"names.csv"_s)), boxes);
-    }
     /// How many rows are there before, the file, the boxes; the last row. The report file is written when, and only
     /// when, the last box is a report.
     void Imports(int before, const QByteArray& given, const Boxes& boxes, const QString& expected,
@@ -136,34 +67,9 @@ private:
         QVERIFY(before != 0 || ReadFile(Path(u"other"_s)) == "old");
         CompareAt(line, QString::fromUtf8(ReadFile(reportFile)), record.replace(u'\n', u"\r\n"_s));
     }
-    /// What is typed, the boxes and the size that the disk still takes; the files that are there then, with * if they
-    /// were replaced.
-    void Saves(const QString& name, const Boxes& boxes, const char* expected, rlim_t size = RLIM_INFINITY,
-               int line = __builtin_LINE())
-    {
-        init();
-        const QStringList older{u"names.csv"_s, u"text.txt.csv"_s};
-        for (const QString& file : older)
-            WriteFile(Path(file), "old");
-        Open(QStringList(10, QString(40, u'A') + u"|Anne|1|5|1"_s), [&](Editor& editor) {
-            LimitFileSize(size);
-            Run(editor, "cmdDirSaveList", FileDialog(u"Save"_s, Path(name)), boxes);
-            LimitFileSize(RLIM_INFINITY);
-        });
-        QStringList files = QDir(mFolder->path()).entryList(QDir::Files);
-        for (QString& file : files)
-            file += older.contains(file) && ReadFile(Path(file)) != "old" ? u"*"_s : QString();
-        CompareAt(line, files.join(u' '), QString::fromLatin1(expected));
-    }
 
 private Q_SLOTS:
-    void init()
-    {
-        std::signal(SIGXFSZ, SIG_IGN);
-        mSample = std::make_unique<SampleDatabase>();
-        mFolder = std::make_unique<QTemporaryDir>();
-        QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, mFolder->path());
-    }
+    void init() { StartAnew(); }
 
     // All are in after two rounds: the table, then what is suggested for the refused.
     void spreadsheetOf480People()
@@ -264,41 +170,6 @@ private Q_SLOTS:
         Open({}, [&](Editor& editor) { Import(editor, bad, {Rejects(badLine)}); });
     }
 
-    void thereAndBack()
-    {
-        const QString odd = u"M\u00FC\"l ;|D| 1e2|5|2"_s;
-        Open({u"Evans|Eve|9|5|2"_s, u"Davies|Ed|x|5|2"_s, odd, u"Adams|Anne|101|5|2"_s}, [&](Editor& editor) {
-            const ExpectedBox notice{u"Error in entry. Invalid entry wouldn't be saved to the file."_s, u"ERROR"_s,
-                                     QMessageBox::Warning};
-            Run(editor, "cmdDirSaveList", FileDialog(u"Save"_s, Path(u"names.csv"_s)), {notice});
-            const QByteArray written("\"Evans\",\"Eve\",\"9\"\r\n\"M\xC3\xBC\"\"l ;\",\"D\",\" 1e2\"\r\n"
-                                     "\"Adams\",\"Anne\",\"101\"\r\n");
-            QCOMPARE(ReadFile(Path(u"names.csv"_s)), written);
-            QCOMPARE(editor.Red(0) + editor.Red(1), u"-------rrrr-"_s);
-            QVERIFY(!editor.IsDirty());
-
-            const QString line = u"(M\u00FC\"l ;,D, 1e2) :\n     Invalid LastName\n     Invalid Extension\n"_s;
-            Import(editor.Click("cmdDirEdit"), written, {Overwrite(QMessageBox::Yes), Rejects(line)});
-            QVERIFY(editor.Find("txtLastName").isHidden() && editor.Find("cmdDirSaveList").isEnabled());
-            QCOMPARE(editor.Rows(), (QStringList{u"Evans|Eve|9|13|1"_s, u"Adams|Anne|101|27|1"_s}));
-        });
-    }
-
-    void saves()
-    {
-        const QString exists = u"%1 already exists.\nDo you want to replace it?"_s;
-        const ExpectedBox replace{exists.arg(u"names.csv"_s), u"Save"_s, QMessageBox::Warning, QMessageBox::Yes};
-        const QString replaceText = exists.arg(u"*/text.txt.csv"_s);
-        Saves(u"other.CSV"_s, {}, "names.csv other.CSV text.txt.csv");
-        Saves(u"text.txt"_s, {Question(replaceText, QMessageBox::Yes)}, "names.csv text.txt.csv*");
-        Saves(u"text.txt"_s, {Question(replaceText, QMessageBox::No)}, "names.csv text.txt.csv");
-        const ExpectedBox full{
-            u"ERROR in saving entries... \nDESCRIPTION:*/names.csv cannot be written: File too large. Choose "
-            "another folder or free some space.\nLocation: [cmdDirSaveList]"_s,
-            u"ERROR"_s, QMessageBox::Warning};
-        Saves(u"names"_s, {replace, full}, "names.csv text.txt.csv", 100);
-    }
-
     // The saved folder and the form's file; the folder in which the dialogs start.
     void startFolders()
     {
@@ -322,5 +193,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(InterchangeTest)
-#include "InterchangeTest.moc"
+QTEST_MAIN(ImportTest)
+#include "ImportTest.moc"
