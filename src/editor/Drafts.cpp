@@ -7,7 +7,6 @@
 #include "platform/runtime/DateText.h"
 #include "platform/runtime/ErrorReport.h"
 #include "platform/runtime/StandardError.h"
-#include "platform/ui/MsgBox.h"
 #include "rules/NodeLoading.h"
 #include "store/KELDARPlusFilesAndFolders.h"
 
@@ -91,26 +90,32 @@ void Drafts::Offer()
     QStringList passed;
     while (auto left = FindLeftDraft(GetMiscFolder(), mForm.NodeShown(), passed)) {
         passed << left->fileName;
-        if (IsStored(left->draft.node)) {
-            QFile::remove(left->fileName);
-        } else if (IsWanted(left->draft)) {
-            Restore(std::move(*left));
-            return;
-        } else {
-            DiscardDraft(left->fileName);
+        if (!IsStored(left->draft.node)) {
+            OfferOne(std::move(*left));
             return;
         }
+        QFile::remove(left->fileName);
     }
 }
 
-bool Drafts::IsWanted(const KeptNode& draft) const
+/// Where nobody answers, as when the host quits, the draft stays for the next time.
+void Drafts::OfferOne(LeftDraft left)
+{
+    const MsgBoxAnswer answer = AskWhetherWanted(left.draft);
+    if (answer == MsgBoxAnswer::Yes)
+        Restore(std::move(left));
+    else if (answer == MsgBoxAnswer::No)
+        DiscardDraft(left.fileName);
+}
+
+MsgBoxAnswer Drafts::AskWhetherWanted(const KeptNode& draft) const
 {
     QString question =
         u"Changes to DIR %1 of %2 were not saved.\r\nDo you want to restore them?"_s.arg(mForm.NodeNumber())
             .arg(GeneralDateText(draft.time));
     if (mForm.Stored() && draft.stored != Fingerprint(*mForm.Stored()))
         question += u"\r\nThe directory was saved since then."_s;
-    return MsgBox(question, MsgBoxStyle::YesNo | MsgBoxStyle::Question, u"Question"_s) == MsgBoxAnswer::Yes;
+    return MsgBox(question, MsgBoxStyle::YesNo | MsgBoxStyle::Question, u"Question"_s);
 }
 
 void Drafts::Restore(LeftDraft left)

@@ -2,6 +2,7 @@
 // process dies or a save fails. A draft that cannot be written is told on standard error, once, and stops nobody.
 #pragma once
 
+#include "platform/ui/MsgBox.h"
 #include "rules/DraftFiles.h"
 
 namespace qor {
@@ -36,7 +37,8 @@ public:
 private:
     bool Write(bool synced);
     bool IsStored(const DirectoryNode& node) const;
-    bool IsWanted(const KeptNode& draft) const;
+    void OfferOne(LeftDraft left);
+    MsgBoxAnswer AskWhetherWanted(const KeptNode& draft) const;
     void Restore(LeftDraft left);
 
     EditorForm& mForm;

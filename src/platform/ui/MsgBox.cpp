@@ -58,10 +58,12 @@ constexpr std::array answers{
     Answer{QMessageBox::Cancel, MsgBoxAnswer::Cancel},
 };
 
-/// When the host quits, a box ends without a clicked button; that counts as Escape.
+/// When the host quits, a box ends without a clicked button.
 MsgBoxAnswer AnswerOf(const QMessageBox& box)
 {
-    const QAbstractButton* pressed = box.clickedButton() ? box.clickedButton() : box.escapeButton();
+    const QAbstractButton* pressed = box.clickedButton() ? box.clickedButton() : box.button(QMessageBox::Cancel);
+    if (!pressed)
+        return MsgBoxAnswer::None;
     const auto* const found =
         std::ranges::find_if(answers, [&](const Answer& entry) { return pressed == box.button(entry.button); });
     return found->answer;

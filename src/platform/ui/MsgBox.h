@@ -16,10 +16,10 @@ inline constexpr int Exclamation = 48;
 inline constexpr int Information = 64;
 } // namespace MsgBoxStyle
 
-enum class MsgBoxAnswer { Ok = 1, Cancel = 2, Yes = 6, No = 7 };
+enum class MsgBoxAnswer { None = 0, Ok = 1, Cancel = 2, Yes = 6, No = 7 };
 
 /// Shows a text as it stands (CR LF, no markup) and waits for the answer. Closing the box, or Escape, is Cancel if the
-/// box has that button, else No, else OK.
+/// box has that button, else No, else OK. When it ends because the host quits, the answer is Cancel or None.
 MsgBoxAnswer MsgBox(const QString& text, int style, const QString& title);
 
 /// From now on the error reports of all procedures appear in message boxes.
