@@ -114,6 +114,8 @@ private Q_SLOTS:
             for (const QString& row : editor.Rows())
                 entered << row.section(u'|', 0, 2);
             QCOMPARE(entered, people);
+            editor.FocusOn("cmdOK").Keys("Ctrl+Return");
+            QCOMPARE(editor.RowCount(), people.size() + 1);
         });
         qInfo("%d strokes for %d people", strokes, static_cast<int>(people.size()));
         QCOMPARE(strokes, 3 * people.size());

@@ -140,7 +140,7 @@ void frmDIR::AddEntryKeys()
     }
     mActions->Add({.keys = {Qt::Key_F2}, .where = {LVDirectory}, .run = [this] { cmdDirEdit->click(); }});
     mActions->Add({.keys = {Qt::CTRL | Qt::Key_Return, Qt::CTRL | Qt::Key_Enter},
-                   .where = textFields + QList<QWidget*>{LVDirectory, cmbPromptNumber},
+                   .where = {this}, // a button that has the focus would be pressed otherwise: OK, after Apply
                    .run = [&keys] { keys.AddAndEdit(); }});
 }
 
