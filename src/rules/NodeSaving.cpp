@@ -12,8 +12,9 @@
 #include "rules/SavingSections.h"
 #include "store/DataBase.h"
 
+#include <filesystem>
 #include <QDateTime>
-#include <QStorageInfo>
+#include <QFile>
 
 namespace qor {
 
@@ -129,9 +130,11 @@ void SaveNode(DataBase& dataBase, const DirectoryNode& node)
 
 void RequireRoomForSave(const DataBase& dataBase, const QString& databaseFolder)
 {
-    constexpr qint64 room = 8LL * 1024 * 1024; // the engine empties its log when it has grown to half of that
-    const QStorageInfo disk(databaseFolder);
-    if (!dataBase.Conn.IsShared() && disk.isValid() && disk.bytesAvailable() < room) {
+    constexpr std::uintmax_t room = 8 * 1024 * 1024; // the engine empties its log when it has grown to half of that
+    // Where the space cannot be told, it is the largest number.
+    std::error_code unknown;
+    if (!dataBase.Conn.IsShared() &&
+        std::filesystem::space(QFile::encodeName(databaseFolder).toStdString(), unknown).available < room) {
         throw RuntimeError(
             ErrorNumber::FileAccess,
             u"The disk of %1 is almost full, and the list cannot be kept either. Nothing was saved. Free some "
