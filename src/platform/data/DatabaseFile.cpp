@@ -96,8 +96,9 @@ void RequireDatabaseFile(const QString& fileName)
 {
     const QFileInfo info(fileName);
     if (!info.exists()) {
-        ThrowDatabaseFault(fileName, "does not exist or cannot be reached. Make one with \"dir-db create\", or set "
-                                     "KELDAR_COMMON_APPDATA to the folder that holds Quorvanta/KELDAR+/Database.");
+        ThrowDatabaseFault(fileName, "does not exist or cannot be reached. The editor looks for NewDB.mdb in "
+                                     "Quorvanta/KELDAR+/Database below /var/lib, or below the folder that "
+                                     "KELDAR_COMMON_APPDATA names. Make one there with \"dir-db create\".");
     }
     if (!info.isFile())
         ThrowDatabaseFault(fileName, "is not a file. Choose another name.");
