@@ -6,7 +6,9 @@
 #include <memory>
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QDialog>
 #include <QDir>
+#include <QEvent>
 #include <QTemporaryFile>
 #include <QTextStream>
 
@@ -112,6 +114,30 @@ void PrepareData(const QString& folder)
     qputenv("KELDAR_COMMON_DOCUMENTS", path);
 }
 
+/// Notes whether anything was shown, a box included.
+class ShownDialogs : public QObject
+{
+public:
+    bool Any() const { return mAny; }
+
+private:
+    bool eventFilter(QObject* object, QEvent* event) override
+    {
+        mAny = mAny || (event->type() == QEvent::Show && qobject_cast<QDialog*>(object));
+        return false;
+    }
+
+    bool mAny = false;
+};
+
+/// The editor shows nothing, and no box, of a partition without a maximum for message nodes.
+void TellNothingShown(const Options& options)
+{
+    QTextStream(stderr) << u"dir-host: nothing was shown. If nothing else is said above, partition %1 of configuration "
+                           u"%2 does not exist or has no maximum number of message nodes.\n"_s.arg(options.partition)
+                               .arg(options.config);
+}
+
 bool OpenEditor(const Options& options)
 {
     IClassFactory* factory = nullptr;
@@ -149,9 +175,13 @@ int main(int argc, char** argv)
     std::unique_ptr<Picture> picture;
     if (!options.picture.isEmpty())
         picture = std::make_unique<Picture>(options.picture);
+    ShownDialogs dialogs;
+    QCoreApplication::instance()->installEventFilter(&dialogs);
     const bool opened = OpenEditor(options);
+    if (!dialogs.Any())
+        TellNothingShown(options);
     const bool taken = picture && picture->Taken();
     if (ownPicture)
         ownPicture->setAutoRemove(!taken);
-    return opened && (taken || !picture) ? 0 : 1;
+    return opened && dialogs.Any() && (taken || !picture) ? 0 : 1;
 }
