@@ -31,6 +31,8 @@ install(FILES packaging/dir-host.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/ap
 install(FILES packaging/completions/dir-host packaging/completions/dir-db
     DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT tools)
 
+install(FILES docs/administrator.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/qor-dir-node-tools COMPONENT tools)
+install(DIRECTORY docs/images DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/qor-dir-node-tools COMPONENT tools)
 install(DIRECTORY examples/shared-engine USE_SOURCE_PERMISSIONS
     DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/qor-dir-node-tools/examples COMPONENT tools)
 
