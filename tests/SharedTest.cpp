@@ -287,6 +287,21 @@ private Q_SLOTS:
         QCOMPARE(mSample->Run(u"SELECT NodeNumber FROM Node_MSG WHERE NodeDescription = 'Anne Smith'"_s), made);
     }
 
+    // Nobody waits for its answer where none is wanted.
+    void frozenWhenTheConnectionGoes()
+    {
+        auto dataBase = std::make_unique<DataBase>();
+        LoadNode(*dataBase, node7, highestNode);
+        const QString youngest = u"SELECT pid FROM pg_stat_activity WHERE backend_type = 'client backend' ORDER BY "
+                                 "backend_start DESC LIMIT 1"_s;
+        const pid_t backend = mSample->Run(youngest).value(0).toInt();
+        QVERIFY(backend > 0 && kill(backend, SIGSTOP) == 0);
+        auto end = std::async(std::launch::async, [&] { dataBase.reset(); });
+        const auto status = end.wait_for(std::chrono::seconds(5));
+        kill(backend, SIGCONT);
+        QCOMPARE(status, std::future_status::ready);
+    }
+
     // One of two is first; the other one has not seen what it saved and leaves it alone.
     void savesAtOnce()
     {

@@ -40,6 +40,12 @@ DataBase::DataBase(const QString& connectionString)
     }
 }
 
+/// The connection goes before the commands, which would each tell a server that they end, and wait for its answer.
+DataBase::~DataBase()
+{
+    Conn.Close();
+}
+
 Recordset DataBase::Open(CommandId id, const QStringList& values)
 {
     return Named(id).Open(values);

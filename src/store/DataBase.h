@@ -17,6 +17,8 @@ public:
     DataBase();
     /// The same with another connection string.
     explicit DataBase(const QString& connectionString);
+    ~DataBase();
+    Q_DISABLE_COPY_MOVE(DataBase)
 
     Connection Conn;
 

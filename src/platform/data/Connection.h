@@ -25,7 +25,7 @@ class Connection
 {
 public:
     Connection();
-    /// Every Command on it must be gone.
+    /// Every Command on it must be gone, or the connection closed.
     ~Connection();
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;

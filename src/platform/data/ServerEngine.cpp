@@ -73,6 +73,13 @@ public:
     {
     }
 
+    ~ServerStatement() override
+    {
+        if (mIsPrepared && query.driver())
+            mEngine.End(query);
+    }
+    Q_DISABLE_COPY_MOVE(ServerStatement)
+
     bool Run(const QStringList& values) override
     {
         if (!mHasParameters) // many of these cannot be prepared
@@ -194,6 +201,12 @@ bool ServerEngine::PrepareIn(QSqlQuery& query, const QString& text)
 {
     const AnswerWatch::Wait wait(mWatch.get());
     return query.prepare(text);
+}
+
+void ServerEngine::End(QSqlQuery& query)
+{
+    const AnswerWatch::Wait wait(mWatch.get());
+    query = QSqlQuery(Database());
 }
 
 EngineFailure ServerEngine::Judge(const QSqlError& error) const

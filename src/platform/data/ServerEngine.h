@@ -30,6 +30,8 @@ public:
     bool Run(QSqlQuery& query);
     /// Prepares a statement in the engine's syntax.
     bool PrepareIn(QSqlQuery& query, const QString& text);
+    /// Tells the server that what is prepared in this query is not needed any more.
+    void End(QSqlQuery& query);
 
 private:
     void SendLockTimeout();
