@@ -12,8 +12,6 @@
 
 #include <QScopeGuard>
 #include <QStringEncoder>
-#include <QTemporaryDir>
-#include <sys/stat.h>
 
 using namespace qor;
 
@@ -28,26 +26,14 @@ QVariant ValueV(const QString& key = u"K"_s, const QVariant& defaultValue = {})
 
 } // namespace
 
-class PlatformTest : public QObject
+class PlatformTest : public FileTest
 {
     Q_OBJECT
-
-private:
-    std::unique_ptr<QTemporaryDir> mFolder;
-    QString mFile;
-
-    QString Path(const QString& name) const { return mFolder->filePath(name); }
-    void SetModes(int file, int folder) const
-    {
-        chmod(QFile::encodeName(mFile), static_cast<mode_t>(file));
-        chmod(QFile::encodeName(mFolder->path()), static_cast<mode_t>(folder));
-    }
 
 private Q_SLOTS:
     void init()
     {
-        mFolder = std::make_unique<QTemporaryDir>();
-        mFile = Path(u"file"_s);
+        StartAnew();
         qputenv("KELDAR_REGISTRY", QFile::encodeName(mFile));
     }
     void cleanup() { SetModes(0600, 0700); }

@@ -3,6 +3,8 @@
 
 #include <QDir>
 #include <QFile>
+#include <QTemporaryDir>
+#include <sys/stat.h>
 
 namespace qor {
 
@@ -25,5 +27,25 @@ inline QStringList EntriesOf(const QString& folder)
 {
     return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
 }
+
+/// The place of a file in a folder of its own.
+class FileTest : public QObject
+{
+protected:
+    std::unique_ptr<QTemporaryDir> mFolder;
+    QString mFile;
+
+    void StartAnew()
+    {
+        mFolder = std::make_unique<QTemporaryDir>();
+        mFile = Path(QStringLiteral("file"));
+    }
+    QString Path(const QString& name) const { return mFolder->filePath(name); }
+    void SetModes(int file, int folder) const
+    {
+        chmod(QFile::encodeName(mFile), static_cast<mode_t>(file));
+        chmod(QFile::encodeName(mFolder->path()), static_cast<mode_t>(folder));
+    }
+};
 
 } // namespace qor
