@@ -12,15 +12,6 @@
 
 using namespace qor;
 
-namespace {
-
-Outcome DirDb(const QStringList& arguments)
-{
-    return RunProgram(QStringLiteral(DIR_DB), arguments);
-}
-
-} // namespace
-
 class CallersTest : public QObject
 {
     Q_OBJECT

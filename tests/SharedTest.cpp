@@ -329,11 +329,11 @@ private Q_SLOTS:
         const QString file = mFolder.filePath(u"file"_s);
         const QString back = mFolder.filePath(u"back"_s);
         for (const QStringList& arguments : {QStringList{u"sample"_s, file}, {u"copy"_s, mSample->FileName(), back}}) {
-            const Outcome outcome = RunProgram(QStringLiteral(DIR_DB), arguments);
+            const Outcome outcome = DirDb(arguments);
             QVERIFY2(outcome.exitCode == 0, qPrintable(outcome.errors));
         }
         QCOMPARE(Dump(back), Dump(file));
-        const Outcome again = RunProgram(QStringLiteral(DIR_DB), {u"copy"_s, file, mSample->FileName()});
+        const Outcome again = DirDb({u"copy"_s, file, mSample->FileName()});
         QCOMPARE(again.exitCode, 1);
         CompareTold(again.errors.trimmed(), u"*"_s);
     }

@@ -35,6 +35,12 @@ inline Outcome RunProgram(const QString& program, const QStringList& arguments, 
             QString::fromUtf8(process.readAllStandardError()) + fault};
 }
 
+/// dir-db, in a shell, which can set limits and redirect.
+inline Outcome DirDb(const QStringList& arguments, const QString& script = u"exec \"$@\""_s)
+{
+    return RunProgram(u"/bin/sh"_s, QStringList{u"-c"_s, script, u"sh"_s, QStringLiteral(DIR_DB)} + arguments);
+}
+
 /// The first column of every row; a null text for Null.
 inline QStringList Query(const QString& fileName, const QString& text)
 {
