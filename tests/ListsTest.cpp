@@ -1,7 +1,8 @@
-// Directory lists: delimited text, tables and how they are recognised, what becomes of entries that are refused.
+// Directory lists: delimited text, tables and how they are recognised, entries that are refused, how two lists differ.
 #include "rules/DelimitedReader.h"
 #include "rules/DelimitedWriter.h"
 #include "rules/EntryList.h"
+#include "rules/NodeDifferences.h"
 #include "rules/PlainLetters.h"
 #include "support/Cases.h"
 
@@ -236,6 +237,37 @@ private Q_SLOTS:
         QCOMPARE(FieldsIn(SuggestedText(refused)), u"[ONeilx][JeanLuc][1234][%1][][5]"_s.arg(longest));
         QCOMPARE(PlainLetters(u"M\u00FCller \u00D8re \u00C6sop Stra\u00DFe Nguy\u1EC5n \u0141uk \u4e2d\U0001F600"_s),
                  u"MullerOreAesopStrasseNguyenLuk"_s);
+    }
+
+    void differences()
+    {
+        const auto entries = [](const QString& text) {
+            std::vector<DirectoryEntry> list;
+            for (const QString& fields : text.split(u' ', Qt::SkipEmptyParts))
+                list.push_back({fields.mid(0, 1), fields.mid(1, 1), fields.mid(2, 1), fields.mid(3, 1), fields.mid(4)});
+            return list;
+        };
+        const auto differences = [&](const QString& before, const QString& after) {
+            return DifferencesText(CompareEntries(entries(before), entries(after))) + u": "_s +
+                   DifferencesSentences({{}, {}, entries(before)}, {{}, {}, entries(after)}).replace(u"\r\n"_s, u"|"_s);
+        };
+        QCOMPARE(differences(u"AA11 BB22"_s, u"AA11 BB22"_s), u"+0 -0 ~0: "_s);
+        QCOMPARE(differences(u"AA11 BB22"_s, u"BB22 AA11"_s),
+                 u"+0 -0 ~0, other order: The entries stand in another order."_s);
+        QCOMPARE(differences(u"AA11 AA11 BB22 CC33"_s, u"AA11 AA19 BX22 DD44 EE55"_s),
+                 u"+2 -1 ~2: D D: added|E E: added|C C: removed|A A: prompt 1, now 9|B B: now B X"_s);
+        QCOMPARE(differences(u"AA11 AA11"_s, u"AA11"_s), u"+0 -1 ~0: A A: removed"_s);
+        QCOMPARE(
+            differences(u"AA11old BB22 CC33"_s, u"BB22 AA21new"_s),
+            u"+0 -1 ~1: C C: removed|A A: extension 1, now 2; another password|The entries stand in another order."_s);
+        QCOMPARE(differences({}, u"AA11 BB22 CC33 DD44 EE55 FF66 GG77 HH88 II99 JJ00"_s).section(u"|"_s, 7),
+                 u"H H: added|and 2 more"_s);
+        const QString name(60, u'x');
+        QCOMPARE(DifferencesSentences({{}, {u"%2"_s, u"4711"_s, false, u"1"_s}, {}},
+                                      {{}, {u"b"_s, u"12"_s, true, u"5"_s}, {{name, u"a\nb"_s, {}, {}, {}}}}),
+                 u"Label: \"%2\", now \"b\"\r\nAccess Code: another one\r\nUse Passwords: No, now Yes\r\n"
+                 "Starting Prompt: 1, now 5\r\n"_s +
+                     name.left(39) + u"…: added"_s);
     }
 };
 
