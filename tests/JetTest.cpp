@@ -8,7 +8,6 @@
 #include <array>
 #include <cmath>
 #include <csignal>
-#include <QTemporaryDir>
 #include <QTest>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -24,16 +23,14 @@ QByteArray Utf16(QStringView text)
 
 } // namespace
 
-class JetTest : public QObject
+class JetTest : public FileTest
 {
     Q_OBJECT
 
 private:
-    QString Path(const QString& name) const { return mFolder->filePath(name); }
     int Import() { return DirDb({u"import-jet"_s, Path(u"source.mdb"_s), Path(u"new.mdb"_s)}); }
 
     const QByteArray mSource = ReadFile(QStringLiteral(JET_FILE));
-    std::unique_ptr<QTemporaryDir> mFolder; ///< a fresh one for each row
     QString mSaid;
 
     /// The exit code, or -1 when the program crashed or left something in the folder for temporary files.
@@ -49,7 +46,7 @@ private:
 private Q_SLOTS:
     void init()
     {
-        mFolder = std::make_unique<QTemporaryDir>();
+        StartAnew();
         QVERIFY(QDir(Path({})).mkdir(u"tmp"_s));
         WriteFile(Path(u"source.mdb"_s), mSource);
     }

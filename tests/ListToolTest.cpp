@@ -79,15 +79,13 @@ private:
 
 } // namespace
 
-class ListToolTest : public QObject
+class ListToolTest : public FileTest
 {
     Q_OBJECT
 
 private:
     std::unique_ptr<SampleDatabase> mSample;
-    std::unique_ptr<QTemporaryDir> mFolder;
 
-    QString Path(const QString& name) const { return mFolder->filePath(name); }
     ListImportRequest Request(const QByteArray& list) const
     {
         WriteFile(Path(u"list.csv"_s), list);
@@ -132,7 +130,7 @@ private Q_SLOTS:
     {
         mSample = std::make_unique<SampleDatabase>();
         mSample->SetEntries(nodeNumber, {oldRow});
-        mFolder = std::make_unique<QTemporaryDir>();
+        StartAnew();
     }
 
     void sameRowsAsInTheEditor()

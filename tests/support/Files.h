@@ -40,7 +40,8 @@ protected:
         mFolder = std::make_unique<QTemporaryDir>();
         mFile = Path(QStringLiteral("file"));
     }
-    QString Path(const QString& name) const { return mFolder->filePath(name); }
+    /// An absolute name stays as it is.
+    QString Path(const QString& name) const { return QDir(mFolder->path()).filePath(name); }
     void SetModes(int file, int folder) const
     {
         chmod(QFile::encodeName(mFile), static_cast<mode_t>(file));

@@ -35,20 +35,18 @@ inline ExpectedBox Overwrite(QMessageBox::StandardButton answer)
     return Question(u"Do you want to overwrite the directory list?"_s, answer, u"Question"_s);
 }
 
-/// A sample database, and the files beside it.
-class ListFilesTest : public QObject
+/// A sample database, and a folder of the files and the user's settings.
+class ListFilesTest : public FileTest
 {
 protected:
     std::unique_ptr<SampleDatabase> mSample;
-    std::unique_ptr<QTemporaryDir> mFolder; // of the files and the user's settings
 
     void StartAnew()
     {
         mSample = std::make_unique<SampleDatabase>();
-        mFolder = std::make_unique<QTemporaryDir>();
+        FileTest::StartAnew();
         QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, mFolder->path());
     }
-    QString Path(const QString& name) const { return QDir(mFolder->path()).filePath(name); }
     QString MiscFolder() const { return mSample->ProductFolder() + u"/Misc"_s; }
 
     /// Opens the editor on a directory that has these entries.
