@@ -11,7 +11,6 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
-#include <QRandomGenerator>
 
 using namespace qor;
 
@@ -23,18 +22,13 @@ QString NameOf(int person)
     return u"A"_s + QChar(u'a' + person / 26 % 26) + QChar(u'a' + person % 26);
 }
 
-void TypePerson(Editor& editor, int person)
-{
-    editor.Keys("Ctrl+Return").Type("txtLastName", NameOf(person)).Type("txtFirstName", u"B"_s);
-    editor.Type("txtExtension", QString::number(person + 1));
-}
-
 /// Types people into node 7, saves after every fifth, and tells how many are complete, until the process is killed.
 void TypeAndSave(Editor& editor)
 {
     editor.FocusOn("LVDirectory");
     for (int person = 0; person < 200; ++person) {
-        TypePerson(editor, person);
+        editor.Keys("Ctrl+Return").Type("txtLastName", NameOf(person)).Type("txtFirstName", u"B"_s);
+        editor.Type("txtExtension", QString::number(person + 1));
         if (person % 5 == 4)
             editor.Click("cmdApply").FocusOn("LVDirectory");
         std::cout << person << std::endl; // the one before is complete
