@@ -1,73 +1,15 @@
-// A configuration database on a server: what link files may say, what a server refuses or cannot hold, servers that go
-// away, saves at once. Run by scripts/with-server.
-#include "platform/data/DeferredSync.h"
+// A configuration database on a server: what link files may say, what a server refuses or cannot hold, saves at once.
+// Run by scripts/with-server.
 #include "rules/MessageNodes.h"
-#include "rules/NodeLoading.h"
-#include "rules/NodeSaving.h"
-#include "store/DataBase.h"
-#include "support/Cases.h"
-#include "support/Files.h"
 #include "support/OrdinaryUser.h"
-#include "support/SampleDatabase.h"
+#include "support/ServerNode.h"
 #include "support/Tool.h"
 
-#include <csignal>
 #include <future>
-#include <QElapsedTimer>
-#include <QRandomGenerator>
 
 using namespace qor;
 
 namespace {
-
-constexpr NodeIdentity node7{{1, 1}, 7};
-constexpr int highestNode = 250;
-
-/// The server's pg_ctl.
-Outcome Control(const QStringList& arguments)
-{
-    return RunProgram(qEnvironmentVariable("QOR_SERVER") + u"/control"_s, arguments);
-}
-
-/// To all its processes at once.
-void SignalServer(int signal)
-{
-    const QByteArray server = ReadFile(qEnvironmentVariable("QOR_SERVER") + u"/data/postmaster.pid"_s).split('\n')[0];
-    const QByteArray others = ReadFile(u"/proc/%1/task/%1/children"_s.arg(QString::fromLatin1(server)));
-    for (const QByteArray& process : (server + ' ' + others).simplified().split(' '))
-        kill(process.toInt(), signal);
-}
-
-/// So that nothing is written any more.
-void KillServer()
-{
-    const QString folder = qEnvironmentVariable("QOR_SERVER");
-    SignalServer(SIGKILL);
-    // Where nobody waits for their ends their numbers stay in use.
-    for (const QString& lock : {u"/data/postmaster.pid"_s, u"/.s.PGSQL.5432.lock"_s})
-        QFile::remove(folder + lock);
-}
-
-DirectoryNode NodeWith(int entryCount, const QString& lastName = u"Smith"_s, const QString& prompt = u"1"_s)
-{
-    DirectoryNode node{node7, {u"Staff"_s, {}, false, u"1"_s}, {}};
-    for (int i = 1; i <= entryCount; ++i)
-        node.entries.push_back({lastName, u"Anne"_s, QString::number(i), prompt, u"1"_s});
-    return node;
-}
-
-DirectoryNode StoredNode()
-{
-    DataBase dataBase;
-    return LoadNode(dataBase, node7, highestNode).value();
-}
-
-/// What it raises in a session of its own.
-QString SavingRaises(const DirectoryNode& node)
-{
-    DataBase dataBase;
-    return RaisedBy([&] { SaveNode(dataBase, node); });
-}
 
 /// What a database file holds, in its order, down to the statements that made its tables.
 QStringList Dump(const QString& fileName)
@@ -92,14 +34,6 @@ private:
     QTemporaryDir mFolder;
     const QByteArray mServices = ReadFile(qEnvironmentVariable("PGSERVICEFILE"));
 
-    /// Nothing, or one clear sentence about this database, without a password; behind it what became of a save.
-    void CompareTold(QString told, const QString& expected, int line = __builtin_LINE()) const
-    {
-        told.replace(mSample->FileName(), u"FILE"_s);
-        const bool isClear = told.isEmpty() || (told.contains(u"FILE"_s) && !told.contains(u"secret"_s) &&
-                                                !told.section(u"\r\n"_s, 0, 0).contains(u'\n'));
-        QVERIFY2(isClear && Matches(told, expected), qPrintable(u"line %1: "_s.arg(line) + told));
-    }
     void WriteServices(const QString& settings) const
     {
         WriteFile(mFolder.filePath(u"services"_s), QByteArray(mServices).replace("]", "]\n" + settings.toUtf8()));
@@ -206,68 +140,6 @@ private Q_SLOTS:
         CompareTold(SavingRaises(NodeWith(1, QString(1, QChar(u'\0')))), u"*cannot store*DIR 7 is stored as it was."_s);
     }
 
-    // The next save makes the list whole.
-    void cutOffWhileSaving()
-    {
-        mSample->Run(u"CREATE FUNCTION cut() RETURNS trigger LANGUAGE plpgsql AS $$BEGIN PERFORM "
-                     "pg_terminate_backend(pg_backend_pid()); RETURN NEW; END$$; CREATE TRIGGER cut BEFORE INSERT ON "
-                     "Detail_DIR FOR EACH ROW WHEN (NEW.SequenceNo = 3) EXECUTE FUNCTION cut()"_s);
-        DataBase dataBase;
-        const DirectoryNode node = NodeWith(5);
-        CompareTold(RaisedBy([&] { SaveNode(dataBase, node); }), u"*was lost*not known."_s);
-        mSample->Run(u"DROP FUNCTION cut CASCADE"_s);
-        SaveNode(dataBase, node);
-        QVERIFY(StoredNode().entries == node.entries);
-    }
-
-    // Another session could not answer for the commits of this one.
-    void cutOffBeforeTheFlush()
-    {
-        DataBase dataBase;
-        DeferredSync sync(dataBase.Conn);
-        dataBase.Execute(CommandId::Delete_DIR_DetailsNode, {u"1"_s, u"1"_s, u"7"_s});
-        mSample->Run(u"SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE pid <> pg_backend_pid() AND "
-                     "backend_type = 'client backend'"_s);
-        CompareTold(RaisedBy([&] { sync.Finish(); }), u"*was lost*"_s);
-    }
-
-    void serverThatGoesAway()
-    {
-        DataBase dataBase;
-        const auto entries = LoadNode(dataBase, node7, highestNode)->entries;
-        for (const QString& mode : {u"fast"_s, u"immediate"_s}) {
-            QCOMPARE(Control({u"restart"_s, u"-m"_s, mode}).exitCode, 0);
-            QVERIFY(LoadNode(dataBase, node7, highestNode)->entries == entries);
-        }
-        QCOMPARE(Control({u"stop"_s, u"-m"_s, u"immediate"_s}).exitCode, 0);
-        QElapsedTimer timer;
-        timer.start();
-        CompareTold(RaisedBy([&] { LoadNode(dataBase, node7, highestNode); }), u"*cannot be reached*"_s);
-        CompareTold(RaisedBy([&] { SaveNode(dataBase, NodeWith(5)); }), u"*DIR 7 is stored as it was."_s);
-        QVERIFY(timer.elapsed() < 5'000);
-        QCOMPARE(Control({u"start"_s}).exitCode, 0);
-        QVERIFY(LoadNode(dataBase, node7, highestNode)->entries == entries);
-        SaveNode(dataBase, NodeWith(5));
-    }
-
-    // It is halted: its connections stay, and nothing comes over them.
-    void serverThatIsSilent()
-    {
-        DataBase dataBase;
-        LoadNode(dataBase, node7, highestNode);
-        SignalServer(SIGSTOP);
-        std::promise<void> end;
-        const auto rescue = std::async(std::launch::async, [isOver = end.get_future()] { // or this would never end
-            isOver.wait_for(std::chrono::seconds(45));
-            SignalServer(SIGCONT);
-        });
-        const QString told = RaisedBy([&] { LoadNode(dataBase, node7, highestNode); });
-        end.set_value();
-        rescue.wait();
-        CompareTold(told, u"*was lost*no answer for 35 seconds*"_s);
-        QCOMPARE(LoadNode(dataBase, node7, highestNode)->entries.size(), std::size_t{40});
-    }
-
     // Another station makes the node while the question is open.
     void promptTakenMeanwhile()
     {
@@ -285,21 +157,6 @@ private Q_SLOTS:
              .taken = [](std::size_t) { return u"27"_s; }});
         QCOMPARE(made, QStringList{u"27"_s});
         QCOMPARE(mSample->Run(u"SELECT NodeNumber FROM Node_MSG WHERE NodeDescription = 'Anne Smith'"_s), made);
-    }
-
-    // Nobody waits for its answer where none is wanted.
-    void frozenWhenTheConnectionGoes()
-    {
-        auto dataBase = std::make_unique<DataBase>();
-        LoadNode(*dataBase, node7, highestNode);
-        const QString youngest = u"SELECT pid FROM pg_stat_activity WHERE backend_type = 'client backend' ORDER BY "
-                                 "backend_start DESC LIMIT 1"_s;
-        const pid_t backend = mSample->Run(youngest).value(0).toInt();
-        QVERIFY(backend > 0 && kill(backend, SIGSTOP) == 0);
-        auto end = std::async(std::launch::async, [&] { dataBase.reset(); });
-        const auto status = end.wait_for(std::chrono::seconds(5));
-        kill(backend, SIGCONT);
-        QCOMPARE(status, std::future_status::ready);
     }
 
     // One of two is first; the other one has not seen what it saved and leaves it alone.
@@ -351,27 +208,6 @@ private Q_SLOTS:
         QCOMPARE(RunProgram(QStringLiteral(DIR_DB), {u"copy"_s, mSample->FileName(), copy}).exitCode, 0);
         const QString number = u"SELECT SequenceNo FROM Detail_DIR WHERE ConfigID = 9 ORDER BY "_s;
         QCOMPARE(Query(copy, number + u"rowid"_s), Query(copy, number + u"SequenceNo"_s));
-    }
-
-    // What was reported saved is there, else the list as it was or a beginning of the new one. QOR_SERVER_SEED gives
-    // the moments.
-    void killedAtAnyMoment()
-    {
-        QRandomGenerator moments(Seed("QOR_SERVER_SEED"));
-        for (int round = 0; round < 20; ++round) {
-            const auto before = StoredNode().entries;
-            const DirectoryNode node = NodeWith(500, QString(round + 1, u'A'));
-            auto save = std::async(std::launch::async, SavingRaises, node);
-            save.wait_for(std::chrono::milliseconds(moments.bounded(200)));
-            KillServer();
-            const bool isReported = save.get().isEmpty();
-            QVERIFY(QTest::qWaitFor([] { return Control({u"start"_s}).exitCode == 0; }));
-            const auto entries = StoredNode().entries;
-            const bool isBeginning = std::equal(entries.begin(), entries.end(), node.entries.begin(),
-                                                node.entries.begin() + std::min(entries.size(), node.entries.size()));
-            QVERIFY2(isReported ? entries == node.entries : isBeginning || entries == before,
-                     qPrintable(u"round %1: %2 entries"_s.arg(round).arg(entries.size())));
-        }
     }
 };
 
