@@ -1,12 +1,14 @@
-// Entries over the clipboard: the text that spreadsheets exchange, and copy, cut and paste in the directory list.
+// Entries over the clipboard: the text that spreadsheets exchange, and copy, cut and paste in the directory list, and
+// the menu that offers them.
 #include "rules/TabularText.h"
 #include "store/KELDARPlusFilesAndFolders.h"
 #include "support/Cases.h"
 #include "support/ListFiles.h"
 
+#include <QAccessible>
+#include <QApplication>
 #include <QClipboard>
-#include <QDir>
-#include <QGuiApplication>
+#include <QMenu>
 
 using namespace qor;
 
@@ -118,6 +120,38 @@ private Q_SLOTS:
             if (editor.IsDirty())
                 QVERIFY(editor.ChooseInMenu(expected.section(u'|', 1, 1)).RowCount() != after);
             QCOMPARE(editor.ListKeys("Ctrl+Z").ListKeys("Ctrl+Z").ListKeys("Ctrl+Z").Rows(), before);
+        });
+    }
+
+    void menuAndNotes()
+    {
+        mSample.SetEntries(7, {u"Smith|Anne|1|5|1"_s});
+        Editor::Open(1, 1, 7, [](Editor& editor) {
+            QGuiApplication::clipboard()->clear();
+            editor.Click("cmdDirAdd");
+            const QModelIndex added = editor.List().model()->index(1, 1);
+            for (const int role : {int(Qt::ToolTipRole), int(Qt::AccessibleDescriptionRole)})
+                QCOMPARE(added.data(role), u"Incomplete: No Data in LastName, No Data in FirstName"_s);
+            QVERIFY(added.siblingAtRow(0).data(Qt::ToolTipRole).toString().isEmpty());
+            QStringList items;
+            QTimer timer;
+            timer.callOnTimeout([&] {
+                auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+                if (!menu)
+                    return;
+                const QAccessibleInterface* read = QAccessible::queryAccessibleInterface(menu);
+                for (int i = 0; i < read->childCount(); ++i)
+                    items << (read->child(i)->state().disabled ? u"-"_s : QString()) +
+                                 read->child(i)->text(QAccessible::Name) + u' ' +
+                                 read->child(i)->text(QAccessible::Accelerator);
+                menu->close();
+            });
+            timer.start(1);
+            QContextMenuEvent event(QContextMenuEvent::Keyboard, {}, {});
+            QCoreApplication::sendEvent(editor.List().viewport(), &event);
+            QCOMPARE(items.join(u';'),
+                     u"Undo Add 1 Entry Ctrl+Z;-Redo Ctrl+Y;Cut Ctrl+X;Copy Ctrl+C;-Paste Ctrl+V;Remove Del;"
+                     "Move Up Alt+Up;Move Down Alt+Down;Select All Ctrl+A;Find... Ctrl+F;-Earlier Versions... "_s);
         });
     }
 };

@@ -1,4 +1,4 @@
-// Hands that stay on the keyboard: keys that come quickly, the fields walked over the rows, undo and redo, the menu.
+// Hands that stay on the keyboard: keys that come quickly, the fields walked over the rows, undo and redo, find.
 #include "support/Cases.h"
 #include "support/Editor.h"
 #include "support/SampleDatabase.h"
@@ -6,10 +6,7 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QClipboard>
-#include <QMenu>
-#include <QRandomGenerator>
 #include <QTest>
-#include <QTimer>
 
 using namespace qor;
 
@@ -279,37 +276,6 @@ private Q_SLOTS:
             QVERIFY(editor.IsOpen() && editor.Find("fraFind").isHidden());
             QCOMPARE(editor.Focus(), u"LVDirectory"_s);
             QCOMPARE(editor.Keys("F3").Selected(), QList{0});
-        });
-    }
-
-    void menuAndNotes()
-    {
-        Open({u"Smith|Anne|1|5|1"_s}, [](Editor& editor) {
-            QGuiApplication::clipboard()->clear();
-            editor.Click("cmdDirAdd");
-            const QModelIndex added = editor.List().model()->index(1, 1);
-            for (const int role : {int(Qt::ToolTipRole), int(Qt::AccessibleDescriptionRole)})
-                QCOMPARE(added.data(role), u"Incomplete: No Data in LastName, No Data in FirstName"_s);
-            QVERIFY(added.siblingAtRow(0).data(Qt::ToolTipRole).toString().isEmpty());
-            QStringList items;
-            QTimer timer;
-            timer.callOnTimeout([&] {
-                auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-                if (!menu)
-                    return;
-                const QAccessibleInterface* read = QAccessible::queryAccessibleInterface(menu);
-                for (int i = 0; i < read->childCount(); ++i)
-                    items << (read->child(i)->state().disabled ? u"-"_s : QString()) +
-                                 read->child(i)->text(QAccessible::Name) + u' ' +
-                                 read->child(i)->text(QAccessible::Accelerator);
-                menu->close();
-            });
-            timer.start(1);
-            QContextMenuEvent event(QContextMenuEvent::Keyboard, {}, {});
-            QCoreApplication::sendEvent(editor.List().viewport(), &event);
-            QCOMPARE(items.join(u';'),
-                     u"Undo Add 1 Entry Ctrl+Z;-Redo Ctrl+Y;Cut Ctrl+X;Copy Ctrl+C;-Paste Ctrl+V;Remove Del;"
-                     "Move Up Alt+Up;Move Down Alt+Down;Select All Ctrl+A;Find... Ctrl+F;-Earlier Versions... "_s);
         });
     }
 };
