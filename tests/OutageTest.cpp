@@ -12,12 +12,6 @@ using namespace qor;
 
 namespace {
 
-/// The server's pg_ctl.
-Outcome Control(const QStringList& arguments)
-{
-    return RunProgram(qEnvironmentVariable("QOR_SERVER") + u"/control"_s, arguments);
-}
-
 /// To all its processes at once.
 void SignalServer(int signal)
 {

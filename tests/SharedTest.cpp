@@ -205,7 +205,7 @@ private Q_SLOTS:
         mSample->Run(
             u"INSERT INTO Detail_DIR SELECT 9, 9, 9, i, 'A', 'B', '1', 1, '1' FROM generate_series(1, 9999) AS i"_s);
         mSample->Run(u"SELECT 1 FROM Detail_DIR LIMIT 9000"_s);
-        QCOMPARE(RunProgram(QStringLiteral(DIR_DB), {u"copy"_s, mSample->FileName(), copy}).exitCode, 0);
+        QCOMPARE(DirDb({u"copy"_s, mSample->FileName(), copy}).exitCode, 0);
         const QString number = u"SELECT SequenceNo FROM Detail_DIR WHERE ConfigID = 9 ORDER BY "_s;
         QCOMPARE(Query(copy, number + u"rowid"_s), Query(copy, number + u"SequenceNo"_s));
     }

@@ -7,6 +7,7 @@
 #include "store/KELDARPlusFilesAndFolders.h"
 #include "support/Cases.h"
 #include "support/SampleDatabase.h"
+#include "support/Tool.h"
 
 namespace qor {
 
@@ -32,6 +33,12 @@ inline QString SavingRaises(const DirectoryNode& node)
 {
     DataBase dataBase;
     return RaisedBy([&] { SaveNode(dataBase, node); });
+}
+
+/// The server's pg_ctl.
+inline Outcome Control(const QStringList& arguments)
+{
+    return RunProgram(qEnvironmentVariable("QOR_SERVER") + u"/control"_s, arguments);
 }
 
 /// Nothing, or one clear sentence about this database, without a password; behind it what became of a save.
