@@ -150,6 +150,7 @@ void TimeLook(int rounds)
     const NodeIdentity identity{{1, 1}, NodeOfSize(500)};
     const KnownNode known{.stored = LoadNode(dataBase, identity, 250), .attempted = {}};
     std::vector<double> times;
+    times.reserve(static_cast<std::size_t>(rounds));
     for (int round = 0; round < rounds; ++round) {
         times.push_back(TimeOf([&] {
             if (!ChangesOfOthers(known, LoadNode(dataBase, identity, 250), 250).isEmpty())
@@ -184,6 +185,7 @@ int main(int argc, char** argv)
     CompareOpenings(file, server, rounds);
     TimeLook(rounds);
     std::vector<double> times;
+    times.reserve(directorySizes.size());
     for (const int size : directorySizes)
         times.push_back(CompareSaves(size, rounds));
     Report(u"saving 500 entries on a server, waits for the disk"_s, SyncsOfASave(server, rounds), u"syncs"_s, {}, 1.0);

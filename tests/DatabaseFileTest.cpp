@@ -15,12 +15,12 @@ int folderSyncs = 0;
 } // namespace
 
 /// In place of the system's, for the code in this program.
-extern "C" int fsync(int descriptor)
+extern "C" int fsync(int fd)
 {
     struct stat status;
-    if (fstat(descriptor, &status) == 0 && S_ISDIR(status.st_mode))
+    if (fstat(fd, &status) == 0 && S_ISDIR(status.st_mode))
         ++folderSyncs;
-    return static_cast<int>(syscall(SYS_fsync, descriptor));
+    return static_cast<int>(syscall(SYS_fsync, fd));
 }
 
 class DatabaseFileTest : public TableFileTest
@@ -97,10 +97,11 @@ private Q_SLOTS:
 
     void opensAnew()
     {
-        for (const auto& [journal, saves] :
+        for (const auto& mode :
              {std::pair(u"DELETE"_s, false), {u"DELETE"_s, true}, {u"WAL"_s, false}, {u"WAL"_s, true}}) {
+            const bool saves = mode.second;
             init();
-            MakeTable(mFile, journal);
+            MakeTable(mFile, mode.first);
             Writer writer(mFile);
             QString raised;
             SetModes(0444, 0777);
@@ -128,12 +129,12 @@ private Q_SLOTS:
     void fileGoesWhileOpen()
     {
         QFETCH(int, bits);
-        const bool isReplaced = bits & 1;
-        const bool isKept = bits & 2; // under another name
-        const bool isSaving = bits & 4;
+        const bool isReplaced = (bits & 1) != 0;
+        const bool isKept = (bits & 2) != 0; // under another name
+        const bool isSaving = (bits & 4) != 0;
         const QString newFile = Path(u"new"_s);
         const QString oldFile = Path(u"old"_s);
-        MakeTable(mFile, bits & 8 ? u"WAL"_s : u"DELETE"_s);
+        MakeTable(mFile, (bits & 8) != 0 ? u"WAL"_s : u"DELETE"_s);
         MakeTable(newFile, u"WAL"_s,
                   u"INSERT INTO t WITH RECURSIVE s(n) AS (SELECT 100 UNION ALL SELECT n + 1 FROM s WHERE n < 999) "
                   "SELECT n FROM s"_s);

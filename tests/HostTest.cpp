@@ -71,7 +71,7 @@ QStringList Plain(const QString& scenario, const QStringList& calls = {})
 QString PluginFolder(const QString& file)
 {
     static std::map<QString, QTemporaryDir> folders;
-    const QString path = folders[file].path();
+    QString path = folders[file].path();
     QDir().mkpath(path + u"/platforms"_s);
     QByteArray sound = ReadFile(QLibraryInfo::path(QLibraryInfo::PluginsPath) + u"/platforms/libqoffscreen.so"_s);
     const bool isIncomplete = file == u"libqincomplete.so"_s;
@@ -161,11 +161,17 @@ private Q_SLOTS:
             {plugins(u"libqoffscreen.so"_s)});
 
         const QStringList fourTimes(4, Sentence(u"the process has hardly a file descriptor left; *"_s));
-        row("few descriptors", Plain(u"crowd"_s, {node7}), QStringList(4, Shown(7)) + QStringList{staff, Shown(7)},
-            fourTimes);
+#ifdef __SANITIZE_ADDRESS__ // which needs descriptors itself, and the rights that it began with
+        constexpr bool isSanitized = true;
+#else
+        constexpr bool isSanitized = false;
+#endif
+        if (!isSanitized)
+            row("few descriptors", Plain(u"crowd"_s, {node7}), QStringList(4, Shown(7)) + QStringList{staff, Shown(7)},
+                fourTimes);
         row("closed files", Plain(u"close-files"_s, {node7}), {u"FREE 111"_s});
         row("broken pipe", Plain(u"break-error"_s, {node7}), {Shown(7)}, {}, {platform + u"=nonsense"_s});
-        if (geteuid() == 0)
+        if (geteuid() == 0 && !isSanitized)
             row("other user's rights", Plain(u"other-rights"_s, {node7}), {Shown(7)},
                 {u"QOR_DIR_NODE: The registry file *"_s,
                  Sentence(u"the process has taken on another user's rights *"_s)});

@@ -4,6 +4,7 @@
 #include "support/ServerNode.h"
 #include "support/Tool.h"
 
+#include <algorithm>
 #include <csignal>
 #include <future>
 #include <QElapsedTimer>
@@ -140,8 +141,8 @@ private Q_SLOTS:
             const bool isReported = save.get().isEmpty();
             QVERIFY(QTest::qWaitFor([] { return Control({u"start"_s}).exitCode == 0; }));
             const auto entries = StoredNode().entries;
-            const bool isBeginning = std::equal(entries.begin(), entries.end(), node.entries.begin(),
-                                                node.entries.begin() + std::min(entries.size(), node.entries.size()));
+            const auto differing = std::ranges::mismatch(entries, node.entries);
+            const bool isBeginning = differing.in1 == entries.end();
             QVERIFY2(isReported ? entries == node.entries : isBeginning || entries == before,
                      qPrintable(u"round %1: %2 entries"_s.arg(round).arg(entries.size())));
         }

@@ -53,7 +53,7 @@ bool Drafts::Write(bool synced)
 {
     KeptNode draft = KeptNow(NodeOn(mForm, mForm.NodeNumber()));
     draft.incompleteRows = RedRows(*mForm.LVDirectory);
-    if (mForm.Stored())
+    if (mForm.Stored() != nullptr)
         draft.stored = Fingerprint(*mForm.Stored());
     try {
         WriteDraft(GetMiscFolder(), draft, synced);
@@ -66,7 +66,7 @@ bool Drafts::Write(bool synced)
 
 bool Drafts::IsStored(const DirectoryNode& node) const
 {
-    return mForm.Stored() && IsLoadedFrom(*mForm.Stored(), node, mForm.HighestMessageNode());
+    return mForm.Stored() != nullptr && IsLoadedFrom(*mForm.Stored(), node, mForm.HighestMessageNode());
 }
 
 void Drafts::DropIfSaved()
@@ -77,7 +77,7 @@ void Drafts::DropIfSaved()
 
 void Drafts::Drop()
 {
-    if (mForm.Stored())
+    if (mForm.Stored() != nullptr)
         RemoveOwnDraft(GetMiscFolder(), mForm.NodeShown());
     else
         DiscardDraft(OwnDraftName(GetMiscFolder(), mForm.NodeShown()));
@@ -113,7 +113,7 @@ MsgBoxAnswer Drafts::AskWhetherWanted(const KeptNode& draft) const
     QString question =
         u"Changes to DIR %1 of %2 were not saved.\r\nDo you want to restore them?"_s.arg(mForm.NodeNumber())
             .arg(GeneralDateText(draft.time));
-    if (mForm.Stored() && draft.stored != Fingerprint(*mForm.Stored()))
+    if (mForm.Stored() != nullptr && draft.stored != Fingerprint(*mForm.Stored()))
         question += u"\r\nThe directory was saved since then."_s;
     return MsgBox(question, MsgBoxStyle::YesNo | MsgBoxStyle::Question, u"Question"_s);
 }

@@ -44,7 +44,7 @@ QString TakenPrompts::Replace(int row)
     const qint16 next = mIsNew(entry.prompt) ? mNext() : qint16{0};
     if (next == 0)
         return entry.prompt;
-    const QString prompt = QString::number(next);
+    QString prompt = QString::number(next);
     list.Items().SetText(row, static_cast<int>(DirectoryColumn::Prompt), prompt);
     mReplaced << u"%1 %2: MSG %3 in place of MSG %4"_s.arg(entry.lastName, entry.firstName, prompt, entry.prompt);
     return prompt;

@@ -52,8 +52,8 @@ Entries PointersTo(const std::vector<DirectoryEntry>& entries)
 Pairs TakePairs(Entries& before, Entries& after, Key key)
 {
     QHash<QStringList, Entries> waiting; // the last one first
-    for (auto entry = before.rbegin(); entry != before.rend(); ++entry)
-        waiting[key(**entry)].push_back(*entry);
+    std::for_each(before.rbegin(), before.rend(),
+                  [&](const DirectoryEntry* entry) { waiting[key(*entry)].push_back(entry); });
     Pairs pairs;
     std::erase_if(after, [&](const DirectoryEntry* entry) {
         const auto same = waiting.find(key(*entry));

@@ -70,7 +70,7 @@ void RequireDriver(const QString& driver, const QString& package)
         ThrowNoDriver(driver, package);
 }
 
-DatabaseEngine::DatabaseEngine(const QString& fileName) : mFileName(fileName), mName(NewConnectionName()) {}
+DatabaseEngine::DatabaseEngine(QString fileName) : mFileName(std::move(fileName)), mName(NewConnectionName()) {}
 
 DatabaseEngine::~DatabaseEngine()
 {

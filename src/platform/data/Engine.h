@@ -69,7 +69,7 @@ struct OpenOptions
 class DatabaseEngine
 {
 public:
-    explicit DatabaseEngine(const QString& fileName);
+    explicit DatabaseEngine(QString fileName);
     /// Removes Qt's connection; queries on it have ended, or end now.
     virtual ~DatabaseEngine();
     Q_DISABLE_COPY_MOVE(DatabaseEngine)

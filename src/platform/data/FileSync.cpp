@@ -36,8 +36,10 @@ void SyncPath(const QString& path, int harmlessError)
 class FileEngine::FileSync : public EngineSync
 {
 public:
-    FileSync(Connection& connection, const QString& canonicalPath)
-        : mConnection(connection), mPath(canonicalPath), mIsDeferred(RunPragma(u"PRAGMA journal_mode"_s) == u"wal"_s)
+    FileSync(Connection& connection, QString canonicalPath)
+        : mConnection(connection),
+          mPath(std::move(canonicalPath)),
+          mIsDeferred(RunPragma(u"PRAGMA journal_mode"_s) == u"wal"_s)
     {
         if (mIsDeferred)
             RunPragma(u"PRAGMA synchronous = NORMAL"_s);
@@ -78,7 +80,7 @@ void FileEngine::FileSync::SyncFiles() const
     // failed command has dropped the engine.
     if (mIsDeferred)
         SyncPath(mPath + u"-wal"_s, ENOENT);
-    auto* const engine = static_cast<FileEngine*>(In(mConnection));
+    auto* const engine = dynamic_cast<FileEngine*>(In(mConnection));
     if (mIsDeferred && engine && engine->mLogIsOnDisk)
         return;
     // The log may be new in its folder when the first save ends. A journal leaves the folder with each commit; one that

@@ -84,7 +84,7 @@ std::optional<QString> Display::ProblemOfNamed(const QStringList& platforms)
     for (const QString& entry : platforms) {
         const QString platform = entry.section(u':', 0, 0).toLower();
         const auto problem = PlatformProblem(platform);
-        if (!problem && !std::ranges::count(knownPlatforms, QStringView(platform)))
+        if (!problem && std::ranges::count(knownPlatforms, QStringView(platform)) == 0)
             return u"QT_QPA_PLATFORM names \"%1\"; use xcb, wayland or offscreen"_s.arg(platform);
         if (!problem)
             return std::nullopt;
@@ -108,7 +108,7 @@ std::optional<QString> Display::ProblemOfDefault()
 
 std::optional<QString> Display::FindProblem()
 {
-    if (const auto problem = ProcessProblem())
+    if (auto problem = ProcessProblem())
         return problem;
     const QStringList named = qEnvironmentVariable("QT_QPA_PLATFORM").split(u';', Qt::SkipEmptyParts);
     return named.isEmpty() ? ProblemOfDefault() : ProblemOfNamed(named);
