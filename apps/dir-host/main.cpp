@@ -123,7 +123,7 @@ public:
 private:
     bool eventFilter(QObject* object, QEvent* event) override
     {
-        mAny = mAny || (event->type() == QEvent::Show && qobject_cast<QDialog*>(object));
+        mAny = mAny || (event->type() == QEvent::Show && qobject_cast<QDialog*>(object) != nullptr);
         return false;
     }
 

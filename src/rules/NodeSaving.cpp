@@ -130,7 +130,7 @@ void SaveNode(DataBase& dataBase, const DirectoryNode& node)
 
 void RequireRoomForSave(const DataBase& dataBase, const QString& databaseFolder)
 {
-    constexpr std::uintmax_t room = 8 * 1024 * 1024; // the engine empties its log when it has grown to half of that
+    constexpr std::uintmax_t room = 8UL * 1024 * 1024; // the engine empties its log when it has grown to half of that
     // Where the space cannot be told, it is the largest number.
     std::error_code unknown;
     if (!dataBase.Conn.IsShared() &&

@@ -4,6 +4,7 @@
 //     PlainHost SCENARIO LIBRARY [CALL...]
 #include "Host.h"
 
+#include <array>
 #include <clocale>
 #include <csignal>
 #include <fcntl.h>
@@ -163,7 +164,7 @@ void CloseStandardFiles(const std::string& path, const Calls& calls)
     for (const int file : {0, 1, 2})
         close(file);
     ShowAll(getClassObject, calls);
-    const bool isFree[] = {close(0) != 0, close(1) != 0, close(2) != 0};
+    const std::array isFree{close(0) != 0 ? 1 : 0, close(1) != 0 ? 1 : 0, close(2) != 0 ? 1 : 0};
     dprintf(output, "FREE %d%d%d\n", isFree[0], isFree[1], isFree[2]);
     dup2(output, STDOUT_FILENO);
 }

@@ -48,7 +48,7 @@ void Editor::Open(int config, int partition, int node, const User& user, BoxScri
     QTimer timer;
     QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
         auto* form = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-        const bool isForm = form && form->inherits("qor::Form");
+        const bool isForm = form != nullptr && form->inherits("qor::Form");
         seen = isForm && form->isActiveWindow() ? seen + 1 : 0;
         if (isForm && seen == 0)
             form->activateWindow(); // as a window manager does behind a box

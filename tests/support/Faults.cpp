@@ -18,7 +18,7 @@ bool IsWatched(int descriptor)
     const std::string link = "/proc/self/fd/" + std::to_string(descriptor);
     if (readlink(link.c_str(), path, sizeof path - 1) < 0)
         return false;
-    return std::strstr(path, "/Database/NewDB") || std::strstr(path, "/Misc/");
+    return std::strstr(path, "/Database/NewDB") != nullptr || std::strstr(path, "/Misc/") != nullptr;
 }
 
 void TellFault()
@@ -34,9 +34,10 @@ bool Fails(int descriptor)
     const char* error = std::getenv("QOR_FAULTS");
     if (!error || !IsWatched(descriptor))
         return false;
-    const int from = std::atoi(std::getenv("QOR_FAULT_FROM"));
+    const char* const first = std::getenv("QOR_FAULT_FROM");
+    const int from = first == nullptr ? 1 : std::atoi(first);
     ++count;
-    if (count < from || (count > from && std::getenv("QOR_FAULT_ONCE")))
+    if (count < from || (count > from && std::getenv("QOR_FAULT_ONCE") != nullptr))
         return false;
     TellFault();
     errno = std::atoi(error);

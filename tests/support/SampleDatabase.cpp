@@ -49,7 +49,7 @@ void MakeServerSample(const QString& link, QSqlDatabase database)
 {
     static const QStringList tables = [&] {
         RunTool({u"copy"_s, FreshSample(), link});
-        const QStringList names = database.tables();
+        QStringList names = database.tables();
         Execute(database, u"ALTER SCHEMA public RENAME TO fresh"_s);
         return names;
     }();
