@@ -25,8 +25,8 @@ public:
     bool IsNewNode = false;
 
     /// Opens the database, for which another program may have to give up a lock first: then the administrator sees a
-    /// dialog and may cancel. False when the lock did not go, after a report, or on Cancel; what else is wrong with the
-    /// database the loaders report.
+    /// dialog and may cancel. False on Cancel, and after a report when the lock did not go or a server cannot be used.
+    /// What is wrong with a file the loaders report.
     bool WaitForDatabase();
 
     /// Fills the record selector with the partition's directory nodes and selects the one with this number,

@@ -38,6 +38,8 @@ std::optional<RuntimeError> LockOn(Connection& connection, int timeout)
     } catch (const RuntimeError& error) {
         if (error.Number() == ErrorNumber::DatabaseLocked)
             return error;
+        if (connection.IsShared()) // where each loader would wait for the server again, and report the same
+            throw;
     }
     return std::nullopt;
 }

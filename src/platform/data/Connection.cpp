@@ -112,7 +112,7 @@ bool Connection::IsShared() const
     try {
         return ServiceIn(FileIn(mConnectionString)).has_value();
     } catch (const RuntimeError&) {
-        return false;
+        return true; // meant as a link, but none
     }
 }
 
