@@ -231,9 +231,9 @@ private Q_SLOTS:
         const QString longest(DelimitedReader::highestFieldLength - 1, u'x');
         const std::vector<RefusedEntry> refused{
             {{u"O'Neil \"x\",\r\n"_s, u"Jean-Luc"_s, u"12 3\u0664"_s, {}, {}}, {}, 1},
-            {{longest + u"\u4e2d"_s, {}, u" 5"_s, {}, {}}, {}, 2}};
+            {{longest + u"\u4e2d"_s, {}, u"\ufeff 5"_s, {}, {}}, {}, 2}};
         QCOMPARE(FieldsIn(RejectedText(refused)),
-                 u"[O'Neil \"x\",\r\n][Jean-Luc][12 3\u0664][%1][][ 5]"_s.arg(longest));
+                 u"[O'Neil \"x\",\r\n][Jean-Luc][12 3\u0664][%1][][\ufeff 5]"_s.arg(longest));
         QCOMPARE(FieldsIn(SuggestedText(refused)), u"[ONeilx][JeanLuc][1234][%1][][5]"_s.arg(longest));
         QCOMPARE(PlainLetters(u"M\u00FCller \u00D8re \u00C6sop Stra\u00DFe Nguy\u1EC5n \u0141uk \u4e2d\U0001F600"_s),
                  u"MullerOreAesopStrasseNguyenLuk"_s);

@@ -5,6 +5,7 @@
 #include "rules/DelimitedWriter.h"
 #include "rules/PlainLetters.h"
 #include "rules/TabularText.h"
+#include "rules/TextBytes.h"
 #include "rules/Validation.h"
 
 #include <algorithm>
@@ -166,7 +167,7 @@ DirectoryEntry Readable(DirectoryEntry entry)
         qsizetype length = std::min(bytes.size(), DelimitedReader::highestFieldLength);
         while (length < bytes.size() && (bytes[length] & 0xC0) == 0x80) // inside a character
             --length;
-        entry.*field = QString::fromUtf8(bytes.first(length));
+        DecodeText(bytes.first(length), entry.*field);
     }
     return entry;
 }
