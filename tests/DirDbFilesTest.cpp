@@ -120,8 +120,8 @@ private Q_SLOTS:
         lock.l_start = 4711; // of some node
         lock.l_len = 1;
         QCOMPARE(fcntl(saving.handle(), F_OFD_SETLK, &lock), 0);
-        const Outcome waiting =
-            DirDb(backup, u"exec script -qec \"timeout --foreground 1.5 $*\" /dev/null"_s); // in a terminal
+        const Outcome waiting = DirDb(
+            backup, u"exec script -qec \"timeout --foreground 1.5 '$1' '$2' '$3' '$4'\" /dev/null"_s); // in a terminal
         QCOMPARE(waiting.exitCode, 124); // it still waited for the save when it was ended
         QVERIFY2(waiting.output.contains(u"\rWaiting for the end of a save (1 s) "), qPrintable(waiting.output));
         QCOMPARE(EntriesOf(mFolder->path()), names);
