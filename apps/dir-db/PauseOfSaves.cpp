@@ -50,6 +50,7 @@ StillReading::StillReading(Connection& connection, const QString& fileName) : mC
 {
     if (mConnection.IsShared()) {
         WaitUntil([this] { return IsQuiet(); }, fileName);
+        mConnection.StayWithEngine(true); // another session would show another moment
         return;
     }
     const PauseOfSaves pause(fileName);
@@ -60,6 +61,8 @@ StillReading::StillReading(Connection& connection, const QString& fileName) : mC
 StillReading::~StillReading()
 {
     End();
+    if (mConnection.IsShared())
+        mConnection.StayWithEngine(false);
 }
 
 /// A server tells who holds locks, and the same query fixes the moment.
