@@ -24,7 +24,7 @@ namespace {
 
 void RequireFile(const QString& fileName, const QString& whatToDo)
 {
-    if (QFileInfo(fileName).isFile() && ServiceIn(fileName)) {
+    if (ServiceIn(fileName)) {
         throw RuntimeError(ErrorNumber::Provider,
                            u"The file %1 is a link to a shared database. %2"_s.arg(fileName, whatToDo));
     }

@@ -1,7 +1,7 @@
 #include "BuildFolder.h"
 
 #include "platform/data/DatabaseFile.h"
-#include "SignalsHeld.h"
+#include "platform/runtime/SignalsHeld.h"
 
 #include <algorithm>
 #include <cerrno>

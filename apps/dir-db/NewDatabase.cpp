@@ -10,7 +10,6 @@
 #include "Schema.h"
 
 #include <QDir>
-#include <QFileInfo>
 
 namespace qor {
 
@@ -80,7 +79,7 @@ void FillServer(const QString& fileName, const FillDatabase& fill)
 
 void MakeDatabase(const QString& fileName, const FillDatabase& fill)
 {
-    if (QFileInfo(fileName).isFile() && ServiceIn(fileName)) {
+    if (ServiceIn(fileName)) {
         FillServer(fileName, fill);
         return;
     }

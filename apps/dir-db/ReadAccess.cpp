@@ -41,7 +41,7 @@ void Open(Connection& connection, Access access)
 ReadAccess::ReadAccess(Connection& connection, const QString& fileName) : mFileName(fileName)
 {
     connection.SetConnectionString(ConnectionStringFor(fileName));
-    if (QFileInfo(fileName).isFile() && ServiceIn(fileName)) {
+    if (ServiceIn(fileName)) {
         Open(connection, Access::ReadOnly);
         return;
     }

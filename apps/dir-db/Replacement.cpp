@@ -4,8 +4,8 @@
 #include "platform/data/Connection.h"
 #include "platform/data/DatabaseFile.h"
 #include "platform/runtime/RuntimeError.h"
+#include "platform/runtime/SignalsHeld.h"
 #include "Query.h"
-#include "SignalsHeld.h"
 
 #include <cerrno>
 #include <fcntl.h>

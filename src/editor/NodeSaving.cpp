@@ -75,12 +75,12 @@ SaveOutcome BusinessRules::SaveChanges(EditorForm& form, qint16 nodeNumber)
         form.SetKnown({.stored = known.stored, .attempted = node, .isDeleted = known.isDeleted});
         try {
             auto result = SaveNodeKeepingVersion(mDataBase, node, known, GetMiscFolder(), form.HighestMessageNode());
-            if (result.isOvertaken || result.stored)
-                form.SetKnown(result.isOvertaken
-                                  ? known
-                                  : KnownNode{.stored = result.stored, .attempted = {}, .isDeleted = false});
-            if (result.isOvertaken)
+            if (result.isOvertaken) {
+                form.SetKnown(known);
                 return SaveOutcome::Overtaken;
+            }
+            if (result.stored)
+                form.SetKnown({.stored = std::move(result.stored), .attempted = {}, .isDeleted = false});
         } catch (const RuntimeError& error) {
             throw RuntimeError(error.Number(), error.Description() + KeptSentence(node.identity), error.Source());
         }

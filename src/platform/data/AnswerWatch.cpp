@@ -1,6 +1,7 @@
 #include "platform/data/AnswerWatch.h"
 
-#include <csignal>
+#include "platform/runtime/SignalsHeld.h"
+
 #include <sys/socket.h>
 
 namespace qor {
@@ -11,29 +12,11 @@ using namespace std::chrono_literals;
 
 constexpr auto betweenLooks = 1s;
 
-/// Signals go to other threads while it lives, and to those that are made from this one for good.
-class SignalsBlocked
-{
-public:
-    SignalsBlocked()
-    {
-        sigset_t all;
-        sigfillset(&all);
-        pthread_sigmask(SIG_SETMASK, &all, &mBefore);
-    }
-    ~SignalsBlocked() { pthread_sigmask(SIG_SETMASK, &mBefore, nullptr); }
-    SignalsBlocked(const SignalsBlocked&) = delete;
-    SignalsBlocked& operator=(const SignalsBlocked&) = delete;
-
-private:
-    sigset_t mBefore{};
-};
-
 } // namespace
 
 AnswerWatch::AnswerWatch(int socket, std::chrono::seconds limit) : mSocket(socket), mLimit(limit)
 {
-    const SignalsBlocked blocked;
+    const SignalsHeld held; // those of the host are not for the thread
     mThread = std::jthread([this](const std::stop_token& stop) { Look(stop); });
 }
 

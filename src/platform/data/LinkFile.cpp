@@ -3,6 +3,7 @@
 #include "platform/runtime/RuntimeError.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QRegularExpression>
 
 namespace qor {
@@ -10,6 +11,8 @@ namespace qor {
 std::optional<QString> ServiceIn(const QString& fileName)
 {
     constexpr qint64 smallestDatabase = 512; // bytes, the smallest page of the embedded engine
+    if (!QFileInfo(fileName).isFile())       // a pipe would wait for a writer
+        return std::nullopt;
     QFile file(fileName);
     // Leave a database alone: closing it would drop the locks that its engine holds in this process.
     if (file.size() >= smallestDatabase || !file.open(QIODevice::ReadOnly))

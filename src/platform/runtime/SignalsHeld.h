@@ -6,7 +6,8 @@
 
 namespace qor {
 
-/// While it lives, signals that would end the program wait.
+/// While it lives, signals that would end the program wait, or go to other threads. A thread or process that is started
+/// meanwhile keeps them out for good.
 class SignalsHeld
 {
 public:
@@ -14,9 +15,9 @@ public:
     {
         sigset_t all;
         sigfillset(&all);
-        sigprocmask(SIG_BLOCK, &all, &mBefore);
+        pthread_sigmask(SIG_BLOCK, &all, &mBefore);
     }
-    ~SignalsHeld() { sigprocmask(SIG_SETMASK, &mBefore, nullptr); }
+    ~SignalsHeld() { pthread_sigmask(SIG_SETMASK, &mBefore, nullptr); }
     Q_DISABLE_COPY_MOVE(SignalsHeld)
 
 private:
